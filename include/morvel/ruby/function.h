@@ -1,0 +1,83 @@
+// Host functions, their argument lists, and what a function value points at.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "morvel/ruby/value.h"
+
+namespace morvel::ruby {
+
+class RubyVM;
+
+namespace internal {
+struct Code;
+struct Program;
+}  // namespace internal
+
+/// Read-only, non-owning view of a call's arguments, valid during the call.
+///
+/// It converts to a vector of copies, so that a host function may also take `const std::vector<RubyValue>&`.
+class RubyArguments {
+public:
+    RubyArguments() = default;
+    /// Views `count` consecutive values; `first` may be null when `count` is 0.
+    RubyArguments(const RubyValue* first, std::size_t count) noexcept : m_first(first), m_count(count) {}
+    RubyArguments(const std::vector<RubyValue>& values) noexcept : m_first(values.data()), m_count(values.size()) {}
+
+    [[nodiscard]] std::size_t size() const noexcept { return m_count; }
+    [[nodiscard]] bool empty() const noexcept { return m_count == 0; }
+    /// The argument at 0-based `index`, which must be below size().
+    [[nodiscard]] const RubyValue& operator[](std::size_t index) const noexcept { return m_first[index]; }
+    [[nodiscard]] const RubyValue* begin() const noexcept { return m_first; }
+    [[nodiscard]] const RubyValue* end() const noexcept { return m_first + m_count; }
+    [[nodiscard]] operator std::vector<RubyValue>() const { return {begin(), end()}; }
+
+private:
+    const RubyValue* m_first = nullptr;
+    std::size_t m_count = 0;
+};
+
+/// A host function: receives the VM that runs the script and the arguments, returns the call's result. It may throw
+/// any standard exception to raise a script error with that exception's text, and may run scripts on the same VM.
+using RubyHostFunction = std::function<RubyValue(RubyVM&, RubyArguments)>;
+
+/// A host function without state, called directly.
+using RubyNativeFunction = RubyValue (*)(RubyVM&, RubyArguments);
+
+/// What a function value points at. Two function values are equal when they share one handle.
+struct RubyFunctionHandle : internal::Box {
+    enum class Kind : std::uint8_t { Script = 0, Host = 1, Empty = 2 };
+    /// Host functions that the interpreter carries out itself, recognised by the name they were bound under.
+    enum class Intrinsic : std::uint8_t { None = 0, Error = 1, Pcall = 2, TableSet = 3 };
+
+    /// Built-ins that the runtime carries out in place when their arguments are of the usual kinds.
+    enum class Shortcut : std::uint8_t { None, Len, ArrayPush, MathFloor };
+
+    RubyFunctionHandle() = default;
+    RubyFunctionHandle(const RubyFunctionHandle&) = delete;
+    RubyFunctionHandle& operator=(const RubyFunctionHandle&) = delete;
+    ~RubyFunctionHandle();
+
+    Kind kind = Kind::Host;
+    Intrinsic intrinsic = Intrinsic::None;
+    Shortcut shortcut = Shortcut::None;
+    /// Index into the program's functions; -1 for host functions.
+    std::int32_t functionIndex = -1;
+    /// The program that holds the script function, kept alive by this handle; empty for host functions.
+    std::shared_ptr<internal::Program> program;
+    /// The callback; empty for script functions.
+    RubyHostFunction hostFunction;
+    /// The callback's plain function, when it is one; lets calls skip the callable wrapper.
+    RubyNativeFunction nativeFunction = nullptr;
+    /// The name under which the function was defined or bound.
+    std::string name;
+    /// The runtime's translation of the script function, once there is one; it lives as long as the program.
+    mutable const internal::Code* code = nullptr;
+};
+
+}  // namespace morvel::ruby

@@ -1,0 +1,200 @@
+// Allocation and release of the heap objects behind values.
+#include <cstddef>
+#include <cstdint>
+#include <new>
+
+#include "morvel/ruby/function.h"
+#include "morvel/ruby/map.h"
+#include "morvel/ruby/value.h"
+#include "value/deferred_release.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#define MORVEL_RECYCLES_BOXES 0
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define MORVEL_RECYCLES_BOXES 0
+#endif
+#endif
+#ifndef MORVEL_RECYCLES_BOXES
+#define MORVEL_RECYCLES_BOXES 1
+#endif
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+/// Free blocks of one size, kept for reuse: strings, arrays and maps come and go at a rate that the general
+/// allocator is slow for. Blocks come one by one from the general allocator, so a block may be freed by another
+/// thread than the one that made it. Under AddressSanitizer every block goes back at once, so that it sees misuse.
+class FreeList {
+public:
+    constexpr FreeList() = default;
+
+    void* take(std::size_t size) {
+        if (m_first == nullptr) {
+            return ::operator new(size);
+        }
+        Link* link = m_first;
+        m_first = link->next;
+        --m_length;
+        return link;
+    }
+
+    void give(void* block) noexcept;
+
+    void freeAll() noexcept {
+        while (m_first != nullptr) {
+            Link* link = m_first;
+            m_first = link->next;
+            ::operator delete(link);
+        }
+        m_length = 0;
+    }
+
+private:
+    struct Link {
+        Link* next;
+    };
+
+    static constexpr std::size_t kMostBlocks = MORVEL_RECYCLES_BOXES != 0 ? 1 << 16 : 0;
+
+    Link* m_first = nullptr;
+    std::size_t m_length = 0;
+};
+
+struct ThreadPool {
+    FreeList strings;
+    FreeList arrays;
+    FreeList maps;
+    /// Set when the thread ends: later releases go straight to the general allocator.
+    bool closed = false;
+};
+
+constinit thread_local ThreadPool pool;
+
+/// Returns a thread's free blocks when the thread ends.
+struct PoolCloser {
+    bool armed = false;
+    ~PoolCloser() {
+        pool.closed = true;
+        pool.strings.freeAll();
+        pool.arrays.freeAll();
+        pool.maps.freeAll();
+    }
+};
+
+thread_local PoolCloser poolCloser;
+
+void FreeList::give(void* block) noexcept {
+    if (m_length >= kMostBlocks || pool.closed) {
+        ::operator delete(block);
+        return;
+    }
+    if (m_length == 0) {
+        poolCloser.armed = true;
+    }
+    m_first = new (block) Link{m_first};
+    ++m_length;
+}
+
+/// Containers whose last reference is gone and whose contents still have to be released. The chain runs through the
+/// dead boxes themselves, so that releasing needs no memory and no recursion.
+struct Graveyard {
+    Box* first = nullptr;
+    bool draining = false;
+};
+
+constinit thread_local Graveyard graveyard;
+
+static_assert(alignof(ArrayBox) >= 8 && alignof(MapBox) >= 8 && alignof(RubyFunctionHandle) >= 8,
+              "the low bits of a box address hold its type");
+
+void bury(std::uint8_t type, Box* box) noexcept {
+    // The count is 0 and no longer needed: it links to the next dead box.
+    box->references = reinterpret_cast<std::uintptr_t>(graveyard.first);
+    graveyard.first = reinterpret_cast<Box*>(reinterpret_cast<std::uintptr_t>(box) | type);
+}
+
+void deleteContainer(RubyValue::Type type, Box* box) noexcept {
+    switch (type) {
+        case RubyValue::Type::Array:
+            delete static_cast<ArrayBox*>(box);
+            break;
+        case RubyValue::Type::Map:
+            delete static_cast<MapBox*>(box);
+            break;
+        default:
+            delete static_cast<RubyFunctionHandle*>(box);
+            break;
+    }
+}
+
+/// Host functions whose end is put off, chained like dead containers.
+struct Deferred {
+    Box* first = nullptr;
+    std::size_t depth = 0;
+};
+
+constinit thread_local Deferred deferred;
+
+bool mayRunHostCode(std::uint8_t type, const Box* box) noexcept {
+    if (static_cast<RubyValue::Type>(type) != RubyValue::Type::Function) {
+        return false;
+    }
+    const auto* handle = static_cast<const RubyFunctionHandle*>(box);
+    return handle->kind == RubyFunctionHandle::Kind::Host && handle->nativeFunction == nullptr;
+}
+
+}  // namespace
+
+DeferHostReleases::DeferHostReleases() noexcept { ++deferred.depth; }
+
+DeferHostReleases::~DeferHostReleases() {
+    --deferred.depth;
+    releaseDeferredHosts();
+}
+
+void releaseDeferredHosts() noexcept {
+    // What one of them lets go of waits for its turn, as it may be in the middle of changing a container.
+    ++deferred.depth;
+    while (deferred.first != nullptr) {
+        Box* dead = deferred.first;
+        deferred.first = reinterpret_cast<Box*>(static_cast<std::uintptr_t>(dead->references));
+        delete static_cast<RubyFunctionHandle*>(dead);
+    }
+    --deferred.depth;
+}
+
+void destroyBox(std::uint8_t type, Box* box) noexcept {
+    if (static_cast<RubyValue::Type>(type) == RubyValue::Type::String) {
+        delete static_cast<StringBox*>(box);
+        return;
+    }
+    if (deferred.depth > 0 && mayRunHostCode(type, box)) {
+        box->references = reinterpret_cast<std::uintptr_t>(deferred.first);
+        deferred.first = box;
+        return;
+    }
+    bury(type, box);
+    if (graveyard.draining) {
+        return;
+    }
+    graveyard.draining = true;
+    constexpr std::uintptr_t kTypeBits = 7;
+    while (graveyard.first != nullptr) {
+        const auto tagged = reinterpret_cast<std::uintptr_t>(graveyard.first);
+        Box* dead = reinterpret_cast<Box*>(tagged & ~kTypeBits);
+        graveyard.first = reinterpret_cast<Box*>(static_cast<std::uintptr_t>(dead->references));
+        deleteContainer(static_cast<RubyValue::Type>(tagged & kTypeBits), dead);
+    }
+    graveyard.draining = false;
+}
+
+void* StringBox::operator new(std::size_t size) { return pool.strings.take(size); }
+void StringBox::operator delete(void* block) noexcept { pool.strings.give(block); }
+void* ArrayBox::operator new(std::size_t size) { return pool.arrays.take(size); }
+void ArrayBox::operator delete(void* block) noexcept { pool.arrays.give(block); }
+void* MapBox::operator new(std::size_t size) { return pool.maps.take(size); }
+void MapBox::operator delete(void* block) noexcept { pool.maps.give(block); }
+
+}  // namespace morvel::ruby::internal

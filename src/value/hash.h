@@ -1,0 +1,24 @@
+// Seeded hashing of map keys.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace morvel::ruby::internal {
+
+/// SipHash-1-3 (Aumasson and Bernstein, "SipHash: a fast short-input PRF", 2012) of the bytes under a key drawn at
+/// random once per process. Never 0, so that 0 can stand for "not computed".
+[[nodiscard]] std::uint64_t hashText(std::string_view text) noexcept;
+
+/// Lets the standard hash tables find texts under hashText: their own hash has no secret, so that chosen names could
+/// make them slow.
+struct TextHash {
+    // Not noexcept: then the tables keep the hash with each entry instead of computing it again.
+    [[nodiscard]] std::size_t operator()(std::string_view text) const { return hashText(text); }
+};
+
+/// A hash of an integer key under the same random key.
+[[nodiscard]] std::uint64_t hashInteger(std::int64_t number) noexcept;
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,11 @@
+// Refuses sizes that no machine could serve before any memory is touched.
+#pragma once
+
+#include <cstddef>
+
+namespace morvel::ruby::internal {
+
+/// Throws std::bad_alloc when `count` elements of `size` bytes each exceed the machine's memory.
+void requireMemory(std::size_t count, std::size_t size);
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,212 @@
+#include "value/operators.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "morvel/ruby/error.h"
+#include "morvel/ruby/function.h"
+#include "value/native_stack.h"
+#include "value/numbers.h"
+#include "value/render.h"
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+bool bothIntegers(const RubyValue& left, const RubyValue& right) noexcept {
+    return left.isInteger() && right.isInteger();
+}
+
+bool bothNumeric(const RubyValue& left, const RubyValue& right) noexcept {
+    return left.isNumeric() && right.isNumeric();
+}
+
+// Integer arithmetic wraps: it is done on the unsigned bit patterns, where that is well defined.
+std::uint64_t bits(const RubyValue& value) noexcept { return static_cast<std::uint64_t>(value.data.integer); }
+
+RubyValue wrapped(std::uint64_t pattern) noexcept { return static_cast<std::int64_t>(pattern); }
+
+bool countsAsZero(double number) noexcept { return std::fabs(number) <= kZeroTolerance; }
+
+RubyValue joinArrays(const RubyArray& left, const RubyArray& right) {
+    RubyArray joined;
+    joined.reserve(left.size() + right.size());
+    joined.insert(joined.end(), left.begin(), left.end());
+    joined.insert(joined.end(), right.begin(), right.end());
+    return joined;
+}
+
+RubyValue joinTexts(const RubyValue& left, const RubyValue& right) {
+    std::string text;
+    if (left.isString() && right.isString()) {
+        text.reserve(left.asString().size() + right.asString().size());
+    }
+    appendText(text, left);
+    appendText(text, right);
+    return text;
+}
+
+bool arraysEqual(const RubyArray& left, const RubyArray& right) {
+    if (left.size() != right.size()) {
+        return false;
+    }
+    checkNativeStack();
+    return std::equal(left.begin(), left.end(), right.begin(), valuesEqual);
+}
+
+bool mapsEqual(const RubyMap& left, const RubyMap& right) {
+    if (left.size() != right.size()) {
+        return false;
+    }
+    checkNativeStack();
+    return std::all_of(left.begin(), left.end(), [&right](const auto& entry) {
+        const auto found = right.find(entry.first);
+        return found != right.end() && valuesEqual(entry.second, found->second);
+    });
+}
+
+template <typename Number>
+bool ordered(Number left, Number right, Ordering ordering) noexcept {
+    switch (ordering) {
+        case Ordering::Less:
+            return left < right;
+        case Ordering::LessEqual:
+            return left <= right;
+        case Ordering::Greater:
+            return left > right;
+        case Ordering::GreaterEqual:
+            break;
+    }
+    return left >= right;
+}
+
+int compareBytes(const std::string& left, const std::string& right) noexcept {
+    const int common = std::memcmp(left.data(), right.data(), std::min(left.size(), right.size()));
+    if (common != 0) {
+        return common;
+    }
+    return left.size() < right.size() ? -1 : static_cast<int>(left.size() > right.size());
+}
+
+}  // namespace
+
+RubyValue addValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    if (left.isString() || right.isString()) {
+        return joinTexts(left, right);
+    }
+    if (left.isArray() && right.isArray()) {
+        return joinArrays(left.asArray(), right.asArray());
+    }
+    if (!bothNumeric(left, right)) {
+        runtimeError(program, line, "operator '+' expects numbers, strings, or arrays");
+    }
+    return bothIntegers(left, right) ? wrapped(bits(left) + bits(right)) : RubyValue(left.asFloat() + right.asFloat());
+}
+
+RubyValue subtractValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    if (!bothNumeric(left, right)) {
+        runtimeError(program, line, "operator '-' expects numeric values");
+    }
+    return bothIntegers(left, right) ? wrapped(bits(left) - bits(right)) : RubyValue(left.asFloat() - right.asFloat());
+}
+
+RubyValue multiplyValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    if (!bothNumeric(left, right)) {
+        runtimeError(program, line, "operator '*' expects numeric values");
+    }
+    return bothIntegers(left, right) ? wrapped(bits(left) * bits(right)) : RubyValue(left.asFloat() * right.asFloat());
+}
+
+RubyValue divideValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    if (!bothNumeric(left, right)) {
+        runtimeError(program, line, "operator '/' expects numeric values");
+    }
+    const double divisor = right.asFloat();
+    if (countsAsZero(divisor)) {
+        runtimeError(program, line, "division by zero");
+    }
+    return left.asFloat() / divisor;
+}
+
+RubyValue moduloValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    if (!bothNumeric(left, right)) {
+        runtimeError(program, line, "operator '%' expects numeric values");
+    }
+    if (countsAsZero(right.asFloat())) {
+        runtimeError(program, line, "modulo by zero");
+    }
+    if (!bothIntegers(left, right)) {
+        return std::fmod(left.asFloat(), right.asFloat());
+    }
+    // Dividing the smallest integer by -1 would trap; the remainder by -1 is always 0.
+    return right.data.integer == -1 ? 0 : left.data.integer % right.data.integer;
+}
+
+RubyValue negateValue(const RubyValue& value, const Program& program, unsigned line) {
+    if (!value.isNumeric()) {
+        runtimeError(program, line, "unary '-' expects a numeric value");
+    }
+    return value.isInteger() ? wrapped(0 - bits(value)) : RubyValue(-value.asFloat());
+}
+
+bool valuesEqual(const RubyValue& left, const RubyValue& right) {
+    if (left.type != right.type) {
+        return bothNumeric(left, right) && countsAsZero(left.asFloat() - right.asFloat());
+    }
+    switch (left.type) {
+        case RubyValue::Type::Nil:
+            return true;
+        case RubyValue::Type::Integer:
+            return left.data.integer == right.data.integer;
+        case RubyValue::Type::Float:
+            return left.data.floating == right.data.floating;
+        case RubyValue::Type::Boolean:
+            return left.data.boolean == right.data.boolean;
+        case RubyValue::Type::String:
+            return left.data.box == right.data.box || left.asString() == right.asString();
+        case RubyValue::Type::Array:
+            return arraysEqual(left.asArray(), right.asArray());
+        case RubyValue::Type::Map:
+            return mapsEqual(left.asMap(), right.asMap());
+        case RubyValue::Type::Function:
+            break;
+    }
+    return left.data.box == right.data.box;
+}
+
+RubyValue compareOrdered(const RubyValue& left, const RubyValue& right, Ordering ordering, const Program& program,
+                         unsigned line) {
+    if (bothNumeric(left, right)) {
+        return ordered(left.asFloat(), right.asFloat(), ordering);
+    }
+    if (!left.isString() || !right.isString()) {
+        runtimeError(program, line, "ordered comparisons require matching numeric or string values");
+    }
+    return ordered(compareBytes(left.asString(), right.asString()), 0, ordering);
+}
+
+std::string valueKeyString(const RubyValue& value) {
+    if (value.isArray() || value.isMap() || value.isFunction()) {
+        throw RubyError("unsupported map key type");
+    }
+    return value.toString();
+}
+
+RubyValue* findMapValue(RubyMap& map, const RubyValue& key) {
+    if (key.isString() || key.isInteger()) {
+        return map.findValue(key);
+    }
+    const auto found = map.find(valueKeyString(key));
+    return found == map.end() ? nullptr : &found->second;
+}
+
+const RubyValue* findMapValue(const RubyMap& map, const RubyValue& key) {
+    return findMapValue(const_cast<RubyMap&>(map), key);
+}
+
+RubyValue& setMapValue(RubyMap& map, const RubyValue& key) {
+    return key.isString() || key.isInteger() ? map.findOrInsert(key) : map[valueKeyString(key)];
+}
+
+}  // namespace morvel::ruby::internal

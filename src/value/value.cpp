@@ -1,0 +1,138 @@
+// Construction and checked access of values.
+#include "morvel/ruby/value.h"
+
+#include "morvel/ruby/error.h"
+#include "morvel/ruby/function.h"
+#include "morvel/ruby/map.h"
+#include "value/numbers.h"
+#include "value/render.h"
+
+namespace morvel::ruby {
+
+namespace {
+
+RubyValue::Data boxed(internal::Box* box) noexcept {
+    RubyValue::Data data{};
+    data.box = box;
+    return data;
+}
+
+std::unique_ptr<RubyFunctionHandle> orEmptyHandle(std::unique_ptr<RubyFunctionHandle> handle) {
+    if (handle == nullptr) {
+        handle = std::make_unique<RubyFunctionHandle>();
+        handle->kind = RubyFunctionHandle::Kind::Empty;
+    }
+    return handle;
+}
+
+}  // namespace
+
+RubyFunctionHandle::~RubyFunctionHandle() = default;
+
+RubyValue::RubyValue(const char* text) : RubyValue(text == nullptr ? std::string() : std::string(text)) {}
+
+RubyValue::RubyValue(std::string text) : type(Type::String), data(boxed(new internal::StringBox(std::move(text)))) {}
+
+RubyValue::RubyValue(std::string_view text) : type(Type::String), data(boxed(new internal::StringBox(text))) {}
+
+RubyValue::RubyValue(const RubyArray& elements) : RubyValue(RubyArray(elements)) {}
+
+RubyValue::RubyValue(RubyArray&& elements)
+    : type(Type::Array), data(boxed(new internal::ArrayBox(std::move(elements)))) {}
+
+RubyValue::RubyValue(const RubyMap& entries) : RubyValue(RubyMap(entries)) {}
+
+RubyValue::RubyValue(RubyMap&& entries) : type(Type::Map), data(boxed(new internal::MapBox(std::move(entries)))) {}
+
+RubyValue::RubyValue(const std::unordered_map<std::string, RubyValue>& entries) : RubyValue(RubyMap(entries)) {}
+
+RubyValue::RubyValue(std::unordered_map<std::string, RubyValue>&& entries) : RubyValue(RubyMap()) {
+    for (auto& [key, value] : entries) {
+        asMap()[key] = std::move(value);
+    }
+}
+
+RubyValue::RubyValue(std::unique_ptr<RubyFunctionHandle> handle)
+    : type(Type::Function), data(boxed(orEmptyHandle(std::move(handle)).release())) {}
+
+RubyValue RubyValue::makeArray() { return RubyArray(); }
+
+RubyValue RubyValue::makeMap() { return RubyMap(); }
+
+std::int64_t RubyValue::asInteger() const {
+    switch (type) {
+        case Type::Integer:
+            return data.integer;
+        case Type::Float:
+            return internal::truncateToInteger(data.floating);
+        case Type::Boolean:
+            return data.boolean ? 1 : 0;
+        default:
+            throw RubyError("value is not numeric");
+    }
+}
+
+double RubyValue::asFloat() const {
+    switch (type) {
+        case Type::Integer:
+            return static_cast<double>(data.integer);
+        case Type::Float:
+            return data.floating;
+        case Type::Boolean:
+            return data.boolean ? 1.0 : 0.0;
+        default:
+            throw RubyError("value is not numeric");
+    }
+}
+
+bool RubyValue::asBoolean() const {
+    if (type != Type::Boolean) {
+        throw RubyError("value is not boolean");
+    }
+    return data.boolean;
+}
+
+const std::string& RubyValue::asString() const {
+    if (type != Type::String) {
+        throw RubyError("value is not a string");
+    }
+    return static_cast<const internal::StringBox*>(data.box)->text;
+}
+
+// NOLINTNEXTLINE(readability-make-member-function-const): a const value gives read-only contents.
+RubyArray& RubyValue::asArray() {
+    if (type != Type::Array) {
+        throw RubyError("value is not an array");
+    }
+    return static_cast<internal::ArrayBox*>(data.box)->elements;
+}
+
+const RubyArray& RubyValue::asArray() const {
+    if (type != Type::Array) {
+        throw RubyError("value is not an array");
+    }
+    return static_cast<const internal::ArrayBox*>(data.box)->elements;
+}
+
+// NOLINTNEXTLINE(readability-make-member-function-const): a const value gives read-only contents.
+RubyMap& RubyValue::asMap() {
+    if (type != Type::Map) {
+        throw RubyError("value is not a map");
+    }
+    return static_cast<internal::MapBox*>(data.box)->entries;
+}
+
+const RubyMap& RubyValue::asMap() const {
+    if (type != Type::Map) {
+        throw RubyError("value is not a map");
+    }
+    return static_cast<const internal::MapBox*>(data.box)->entries;
+}
+
+std::string RubyValue::toString() const {
+    std::string text;
+    internal::appendText(text, *this);
+    return text;
+}
+
+}  // namespace morvel::ruby
