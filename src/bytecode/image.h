@@ -1,0 +1,35 @@
+// Bytecode images: a program's name, constants and functions as a self-contained byte string.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "compiler/program.h"
+#include "morvel/ruby/vm.h"
+
+namespace morvel::ruby::internal {
+
+inline constexpr std::string_view kBytecodeMagic = "MTBC";
+inline constexpr std::uint32_t kBytecodeVersion = 2;
+/// Bytes of an instruction in an image.
+inline constexpr std::size_t kInstructionSize = 13;
+
+/// The image of a program. Throws RubyError "bytecode serializer only supports scalar constants" for a constant that
+/// is an array, a map or a function.
+[[nodiscard]] RubyBytecode serializeProgram(const Program& program);
+
+/// The program of an image, ready to run. Any bytes are safe; memory is taken only as the bytes for it are there.
+/// Operands are not checked here, but when they are executed. Throws RubyError, in the order of reading:
+/// "bytecode file is too small", "invalid bytecode header", "unsupported bytecode version", "bytecode is truncated",
+/// "bytecode string exceeds file size", "bytecode constant type is not supported" or
+/// "bytecode contains no entry function".
+[[nodiscard]] Program deserializeProgram(const RubyBytecode& bytecode);
+
+/// Reads the string at `position` and moves `position` past it. Throws RubyError "bytecode is truncated" or
+/// "bytecode string exceeds file size".
+[[nodiscard]] std::string_view readString(std::span<const std::uint8_t> bytes, std::size_t& position);
+
+}  // namespace morvel::ruby::internal

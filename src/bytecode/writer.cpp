@@ -1,0 +1,131 @@
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <iterator>
+
+#include "bytecode/image.h"
+#include "morvel/ruby/error.h"
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+class ImageWriter {
+public:
+    explicit ImageWriter(std::vector<std::uint8_t>& bytes) : m_bytes(bytes) {}
+
+    void writeByte(std::uint8_t byte) { m_bytes.push_back(byte); }
+
+    void writeU32(std::uint32_t number) {
+        std::array<std::uint8_t, 4> bytes;
+        store(bytes.data(), number);
+        m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
+    }
+
+    void writeU64(std::uint64_t number) {
+        writeU32(static_cast<std::uint32_t>(number));
+        writeU32(static_cast<std::uint32_t>(number >> 32));
+    }
+
+    void writeCount(std::size_t count) { writeU32(static_cast<std::uint32_t>(count)); }
+
+    void writeRaw(std::string_view text) { m_bytes.insert(m_bytes.end(), text.begin(), text.end()); }
+
+    void writeString(std::string_view text) {
+        writeCount(text.size());
+        writeRaw(text);
+    }
+
+    void writeInstruction(const Instruction& instruction) {
+        std::array<std::uint8_t, kInstructionSize> record;
+        record[0] = static_cast<std::uint8_t>(instruction.op);
+        store(record.data() + 1, static_cast<std::uint32_t>(instruction.a));
+        store(record.data() + 5, static_cast<std::uint32_t>(instruction.b));
+        store(record.data() + 9, instruction.line);
+        m_bytes.insert(m_bytes.end(), record.begin(), record.end());
+    }
+
+private:
+    // Little-endian, whatever the processor's order is.
+    static void store(std::uint8_t* bytes, std::uint32_t number) {
+        bytes[0] = static_cast<std::uint8_t>(number);
+        bytes[1] = static_cast<std::uint8_t>(number >> 8);
+        bytes[2] = static_cast<std::uint8_t>(number >> 16);
+        bytes[3] = static_cast<std::uint8_t>(number >> 24);
+    }
+
+    std::vector<std::uint8_t>& m_bytes;
+};
+
+void writeConstant(ImageWriter& writer, const RubyValue& constant) {
+    writer.writeByte(static_cast<std::uint8_t>(constant.type));
+    switch (constant.type) {
+        case RubyValue::Type::Nil:
+            return;
+        case RubyValue::Type::Integer:
+            writer.writeU64(static_cast<std::uint64_t>(constant.data.integer));
+            return;
+        case RubyValue::Type::Float:
+            writer.writeU64(std::bit_cast<std::uint64_t>(constant.data.floating));
+            return;
+        case RubyValue::Type::Boolean:
+            writer.writeByte(constant.data.boolean ? 1 : 0);
+            return;
+        case RubyValue::Type::String:
+            writer.writeString(constant.asString());
+            return;
+        default:
+            throw RubyError("bytecode serializer only supports scalar constants");
+    }
+}
+
+void writeFunction(ImageWriter& writer, const CompiledFunction& function) {
+    writer.writeString(function.name);
+    writer.writeCount(function.params.size());
+    for (const std::string& param : function.params) {
+        writer.writeString(param);
+    }
+    writer.writeCount(function.code.size());
+    for (const Instruction& instruction : function.code) {
+        writer.writeInstruction(instruction);
+    }
+}
+
+// At least what the image will take: growing it step by step would touch twice the memory.
+std::size_t imageSize(const Program& program) {
+    constexpr std::size_t kLongestNumber = 9;
+    constexpr std::size_t kCounts = 3 * sizeof(std::uint32_t);
+    std::size_t size = kBytecodeMagic.size() + kCounts + sizeof(std::uint32_t) + program.name.size();
+    for (const RubyValue& constant : program.constants) {
+        size += constant.isString() ? 5 + constant.asString().size() : kLongestNumber;
+    }
+    for (const CompiledFunction& function : program.functions) {
+        size += kCounts + function.name.size() + function.code.size() * kInstructionSize;
+        for (const std::string& param : function.params) {
+            size += 4 + param.size();
+        }
+    }
+    return size;
+}
+
+}  // namespace
+
+RubyBytecode serializeProgram(const Program& program) {
+    RubyBytecode bytecode;
+    bytecode.bytes.reserve(imageSize(program));
+    ImageWriter writer(bytecode.bytes);
+    writer.writeRaw(kBytecodeMagic);
+    writer.writeU32(kBytecodeVersion);
+    writer.writeString(program.name);
+    writer.writeCount(program.constants.size());
+    for (const RubyValue& constant : program.constants) {
+        writeConstant(writer, constant);
+    }
+    writer.writeCount(program.functions.size());
+    for (const CompiledFunction& function : program.functions) {
+        writeFunction(writer, function);
+    }
+    return bytecode;
+}
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,92 @@
+// Compiles tokens to stack code in one pass, without a syntax tree.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "compiler/program.h"
+#include "compiler/token.h"
+#include "value/hash.h"
+
+namespace morvel::ruby::internal {
+
+/// The program of a whole source text. Throws RubyError "chunk:line:column: message" for the first error, lexical
+/// errors before all others. The derived tables are not filled: loading the image does that.
+[[nodiscard]] Program compileSource(std::string_view source, const std::string& chunkName);
+
+/// Recursive descent over the tokens. Every operation compiles into the function with the given index, at the current
+/// token, and leaves the current token after what it compiled. Errors are raised with the position of the token found
+/// in place of the expected one; nesting too deep for the native stack fails with "stack overflow".
+class Compiler {
+public:
+    Compiler(std::vector<Token> tokens, const std::string& chunkName);
+
+    /// Compiles all statements into the top-level function and hands over the program.
+    [[nodiscard]] Program compileProgram();
+
+private:
+    // Expressions, lowest precedence first.
+    void compileExpression(int functionIndex);
+    void compileAnd(int functionIndex);
+    void compileEquality(int functionIndex);
+    void compileComparison(int functionIndex);
+    void compileTerm(int functionIndex);
+    void compileFactor(int functionIndex);
+    void compileUnary(int functionIndex);
+    void compilePrimary(int functionIndex);
+    void compilePostfix(int functionIndex);
+    void compileArrayLiteral(int functionIndex);
+    /// Compiles expressions separated by commas up to `closing`, which is then required; their number.
+    int compileList(int functionIndex, TokenType closing, std::string_view message);
+
+    // Statements.
+    void compileStatement(int functionIndex);
+    void compileWhile(int functionIndex);
+    void compileIf(int functionIndex);
+    void compileDef(int functionIndex);
+    void compileReturn(int functionIndex);
+    void compileAssignment(int functionIndex);
+    void compileIndexedAssignment(int functionIndex);
+    void compileExpressionStatement(int functionIndex);
+    [[nodiscard]] std::vector<std::string> parseParameters();
+    /// Condition and branch of an `if` or `elsif`; the index of the jump to the end that closes the branch.
+    std::size_t compileBranch(int functionIndex);
+    /// Statements up to `end`, or also up to `elsif` and `else`.
+    void compileBlock(int functionIndex, bool endsAtElse);
+    [[nodiscard]] bool isIndexedAssignment() const;
+    void skipSeparators();
+    void skipThenOrDo();
+
+    // Tokens.
+    [[nodiscard]] const Token& token() const { return m_tokens[m_current]; }
+    [[nodiscard]] bool at(TokenType kind) const { return m_tokens[m_current].kind == kind; }
+    /// Steps over the current token; the end-of-file token stays current.
+    const Token& advance();
+    const Token& require(TokenType kind, std::string_view message);
+    [[noreturn]] void failAtToken(std::string_view message) const;
+    void checkNesting() const;
+
+    // Code.
+    void emit(int functionIndex, OpCode op, std::int32_t a, std::int32_t b, std::uint32_t line);
+    [[nodiscard]] std::size_t codeSize(int functionIndex) const;
+    void patchJump(int functionIndex, std::size_t instruction);
+    /// Appends a constant, never merged with an equal one; its index.
+    std::int32_t addConstant(RubyValue value);
+    /// Appends a string constant. Equal texts share their bytes, not their index.
+    std::int32_t addText(std::string_view text);
+    void pushConstant(int functionIndex, RubyValue value, std::uint32_t line);
+    [[nodiscard]] RubyValue integerLiteral() const;
+    [[nodiscard]] RubyValue floatLiteral() const;
+
+    std::vector<Token> m_tokens;
+    std::string m_chunkName;
+    std::size_t m_current = 0;
+    Program m_program;
+    std::unordered_map<std::string_view, RubyValue, TextHash> m_texts;
+};
+
+}  // namespace morvel::ruby::internal

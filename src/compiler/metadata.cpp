@@ -1,0 +1,260 @@
+#include "compiler/metadata.h"
+
+#include <algorithm>
+#include <array>
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+// Node kind of the opcodes Add to GreaterEqual, in their order; the two unary ones are handled apart.
+constexpr std::array kBinaryNodeKinds{
+    FastNodeKind::Add,          FastNodeKind::Subtract, FastNodeKind::Multiply,  FastNodeKind::Divide,
+    FastNodeKind::Modulo,       FastNodeKind::Negate,   FastNodeKind::Not,       FastNodeKind::Equal,
+    FastNodeKind::NotEqual,     FastNodeKind::Less,     FastNodeKind::LessEqual, FastNodeKind::Greater,
+    FastNodeKind::GreaterEqual,
+};
+
+/// A run of the stack machine over node indices instead of values.
+class FastExpressionBuilder {
+public:
+    FastExpressionBuilder(const CompiledFunction& function, std::vector<FastNode>& nodes)
+        : m_function(function), m_nodes(nodes) {}
+
+    bool add(std::size_t index) {
+        const Instruction& instruction = m_function.code[index];
+        switch (instruction.op) {
+            case OpCode::PushConst:
+                return addLeaf(instruction, FastLeafSource::Constant, instruction.a);
+            case OpCode::LoadName:
+                return addName(index);
+            case OpCode::Negate:
+            case OpCode::Not:
+                return addUnary(instruction);
+            case OpCode::MakeArray:
+                return addArray(instruction);
+            default:
+                return instruction.op >= OpCode::Add && instruction.op <= OpCode::GreaterEqual &&
+                       addBinary(instruction);
+        }
+    }
+
+    [[nodiscard]] bool isComplete() const { return m_stack.size() == 1; }
+    [[nodiscard]] std::int32_t root() const { return m_stack.front(); }
+
+private:
+    FastNode& push(const Instruction& instruction, FastNodeKind kind) {
+        m_stack.push_back(static_cast<std::int32_t>(m_nodes.size()));
+        FastNode& node = m_nodes.emplace_back();
+        node.kind = kind;
+        node.line = instruction.line;
+        return node;
+    }
+
+    std::int32_t pop() {
+        const std::int32_t top = m_stack.back();
+        m_stack.pop_back();
+        return top;
+    }
+
+    bool addLeaf(const Instruction& instruction, FastLeafSource source, std::int32_t value) {
+        FastNode& leaf = push(instruction, FastNodeKind::Leaf);
+        leaf.source = source;
+        leaf.value = value;
+        return true;
+    }
+
+    bool addName(std::size_t index) {
+        const Instruction& instruction = m_function.code[index];
+        const std::int32_t slot = localSlotAt(m_function, index);
+        if (slot == kNoLocalSlot) {
+            return addLeaf(instruction, FastLeafSource::Global, instruction.a);
+        }
+        return static_cast<std::size_t>(slot) < m_function.params.size() &&
+               addLeaf(instruction, FastLeafSource::Parameter, slot);
+    }
+
+    bool addUnary(const Instruction& instruction) {
+        if (m_stack.empty()) {
+            return false;
+        }
+        const std::int32_t operand = pop();
+        push(instruction, instruction.op == OpCode::Not ? FastNodeKind::Not : FastNodeKind::Negate).left = operand;
+        return true;
+    }
+
+    bool addBinary(const Instruction& instruction) {
+        if (m_stack.size() < 2) {
+            return false;
+        }
+        const std::int32_t right = pop();
+        const std::int32_t left = pop();
+        const auto row = static_cast<std::size_t>(instruction.op) - static_cast<std::size_t>(OpCode::Add);
+        FastNode& node = push(instruction, kBinaryNodeKinds[row]);
+        node.left = left;
+        node.right = right;
+        return true;
+    }
+
+    bool addArray(const Instruction& instruction) {
+        if (instruction.a < 0 || static_cast<std::size_t>(instruction.a) > m_stack.size()) {
+            return false;
+        }
+        const auto first = m_stack.end() - instruction.a;
+        std::vector<std::int32_t> children(first, m_stack.end());
+        m_stack.erase(first, m_stack.end());
+        push(instruction, FastNodeKind::MakeArray).children = std::move(children);
+        return true;
+    }
+
+    const CompiledFunction& m_function;
+    std::vector<FastNode>& m_nodes;
+    std::vector<std::int32_t> m_stack;
+};
+
+void clearFastForm(CompiledFunction& function) {
+    function.fastKind = FastKind::None;
+    function.fastNodes.clear();
+    function.fastRoot = -1;
+    function.fastGuardRoot = -1;
+    function.fastErrorMessage.clear();
+}
+
+void assignLocalSlots(CompiledFunction& function, const Program& program) {
+    for (const std::string& param : function.params) {
+        ensureLocalSlot(function, param);
+    }
+    for (const Instruction& instruction : function.code) {
+        if (instruction.op == OpCode::StoreName) {
+            if (const std::string* name = getStringConstantPtr(program, instruction.a)) {
+                ensureLocalSlot(function, *name);
+            }
+        }
+    }
+    if (function.localSlots.empty()) {
+        return;
+    }
+    function.instructionSlots.assign(function.code.size(), kNoLocalSlot);
+    for (std::size_t i = 0; i < function.code.size(); ++i) {
+        const Instruction& instruction = function.code[i];
+        if (instruction.op != OpCode::LoadName && instruction.op != OpCode::StoreName) {
+            continue;
+        }
+        const std::string* name = getStringConstantPtr(program, instruction.a);
+        const auto slot = name == nullptr ? function.localSlots.end() : function.localSlots.find(*name);
+        if (slot != function.localSlots.end()) {
+            function.instructionSlots[i] = slot->second;
+        }
+    }
+}
+
+/// Positions of the guard's conditional jump and of the jump that ends its branch.
+struct GuardShape {
+    std::size_t jumpIfFalse = 0;
+    std::size_t jump = 0;
+    std::size_t body = 0;
+};
+
+// Recognises `if <condition> <branch> end` without else before the final Return: condition, JumpIfFalse to just after
+// the Jump, branch, Jump to the same place.
+bool findGuard(const CompiledFunction& function, std::size_t last, GuardShape& shape) {
+    std::size_t jumps = 0;
+    std::size_t conditionalJumps = 0;
+    for (std::size_t i = 0; i < last; ++i) {
+        if (function.code[i].op == OpCode::Jump) {
+            shape.jump = i;
+            ++jumps;
+        } else if (function.code[i].op == OpCode::JumpIfFalse) {
+            shape.jumpIfFalse = i;
+            ++conditionalJumps;
+        }
+    }
+    if (jumps != 1 || conditionalJumps != 1 || shape.jump <= shape.jumpIfFalse) {
+        return false;
+    }
+    const std::int32_t target = function.code[shape.jumpIfFalse].a;
+    if (target < 0 || target != function.code[shape.jump].a) {
+        return false;
+    }
+    shape.body = static_cast<std::size_t>(target);
+    return shape.body == shape.jump + 1 && shape.body < last;
+}
+
+void findGuardedForm(CompiledFunction& function, const Program& program, std::size_t last) {
+    GuardShape shape;
+    clearFastForm(function);
+    if (findGuard(function, last, shape) &&
+        buildFastExpressionRange(function, 0, shape.jumpIfFalse, function.fastNodes, function.fastGuardRoot) &&
+        extractFastErrorCall(function, program, shape.jumpIfFalse + 1, shape.jump, function.fastErrorMessage) &&
+        buildFastExpressionRange(function, shape.body, last, function.fastNodes, function.fastRoot)) {
+        function.fastKind = FastKind::Guarded;
+        return;
+    }
+    clearFastForm(function);
+}
+
+void findFastForm(CompiledFunction& function, const Program& program) {
+    if (function.code.empty() || function.code.back().op != OpCode::Return) {
+        return;
+    }
+    const std::size_t last = function.code.size() - 1;
+    if (buildFastExpressionRange(function, 0, last, function.fastNodes, function.fastRoot)) {
+        function.fastKind = FastKind::Expression;
+        return;
+    }
+    findGuardedForm(function, program, last);
+}
+
+}  // namespace
+
+void finalizeProgramMetadata(Program& program) {
+    for (std::size_t i = 0; i < program.functions.size(); ++i) {
+        CompiledFunction& function = program.functions[i];
+        function.localNames.clear();
+        function.localSlots.clear();
+        function.instructionSlots.clear();
+        clearFastForm(function);
+        if (i == 0) {
+            continue;
+        }
+        assignLocalSlots(function, program);
+        findFastForm(function, program);
+    }
+}
+
+bool buildFastExpressionRange(const CompiledFunction& function, std::size_t begin, std::size_t end,
+                              std::vector<FastNode>& nodes, std::int32_t& root) {
+    FastExpressionBuilder builder(function, nodes);
+    for (std::size_t i = begin; i < end; ++i) {
+        if (!builder.add(i)) {
+            return false;
+        }
+    }
+    if (!builder.isComplete()) {
+        return false;
+    }
+    root = builder.root();
+    return true;
+}
+
+bool extractFastErrorCall(const CompiledFunction& function, const Program& program, std::size_t begin, std::size_t end,
+                          std::string& message) {
+    constexpr std::array kShape{OpCode::LoadName, OpCode::PushConst, OpCode::Call, OpCode::Pop};
+    if (end < begin || end - begin != kShape.size()) {
+        return false;
+    }
+    const Instruction* call = function.code.data() + begin;
+    const auto sameOp = [](const Instruction& instruction, OpCode op) { return instruction.op == op; };
+    if (!std::equal(call, call + kShape.size(), kShape.begin(), sameOp) || call[2].a != 1) {
+        return false;
+    }
+    const std::string* callee = getStringConstantPtr(program, call[0].a);
+    const std::string* text = getStringConstantPtr(program, call[1].a);
+    if (callee == nullptr || *callee != "error" || text == nullptr) {
+        return false;
+    }
+    message = *text;
+    return true;
+}
+
+}  // namespace morvel::ruby::internal

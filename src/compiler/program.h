@@ -1,0 +1,111 @@
+// The compiled form of a script.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "compiler/opcodes.h"
+#include "morvel/ruby/value.h"
+#include "value/hash.h"
+
+namespace morvel::ruby::internal {
+
+/// Marks an instruction that addresses no local slot.
+inline constexpr std::int32_t kNoLocalSlot = -1;
+
+struct Instruction {
+    OpCode op = OpCode::PushConst;
+    std::int32_t a = 0;
+    std::int32_t b = 0;
+    /// Source line of the token that the instruction stems from.
+    std::uint32_t line = 0;
+};
+
+/// Kinds of node in the expression tree of a fast function.
+enum class FastNodeKind : std::uint8_t {
+    Leaf = 0,
+    Add = 1,
+    Subtract = 2,
+    Multiply = 3,
+    Divide = 4,
+    Modulo = 5,
+    Negate = 6,
+    Not = 7,
+    Equal = 8,
+    NotEqual = 9,
+    Less = 10,
+    LessEqual = 11,
+    Greater = 12,
+    GreaterEqual = 13,
+    MakeArray = 14,
+};
+
+/// Where a leaf takes its value from.
+enum class FastLeafSource : std::uint8_t { Constant = 0, Parameter = 1, Global = 2 };
+
+struct FastNode {
+    FastNodeKind kind = FastNodeKind::Leaf;
+    FastLeafSource source = FastLeafSource::Constant;
+    /// Leaf: constant index, parameter slot, or constant index of the global's name, by source.
+    std::int32_t value = 0;
+    std::int32_t left = -1;
+    std::int32_t right = -1;
+    /// MakeArray: the elements in source order.
+    std::vector<std::int32_t> children;
+    std::uint32_t line = 0;
+};
+
+/// Which short form a function has.
+enum class FastKind : std::uint8_t {
+    None = 0,
+    /// The whole function is `return <expression>`.
+    Expression = 1,
+    /// `if <condition> then error("...") end return <expression>`.
+    Guarded = 2,
+};
+
+struct CompiledFunction {
+    std::string name;
+    std::vector<std::string> params;
+    std::vector<Instruction> code;
+
+    // Derived by finalizeProgramMetadata, never stored in images.
+    std::vector<std::string> localNames;
+    std::unordered_map<std::string, std::int32_t, TextHash> localSlots;
+    /// For each instruction the local slot that it addresses, or kNoLocalSlot. Empty when no name is local.
+    std::vector<std::int32_t> instructionSlots;
+    FastKind fastKind = FastKind::None;
+    std::vector<FastNode> fastNodes;
+    std::int32_t fastRoot = -1;
+    std::int32_t fastGuardRoot = -1;
+    std::string fastErrorMessage;
+};
+
+/// A program that runs is owned by shared pointers, one of them in every function value made from it.
+struct Program : std::enable_shared_from_this<Program> {
+    /// The chunk name, which stands in front of error locations.
+    std::string name = "<string>";
+    /// Scalars only: nil, integers, floats, booleans, strings.
+    std::vector<RubyValue> constants;
+    /// Element 0 is the top-level code.
+    std::vector<CompiledFunction> functions;
+    /// What the executors keep with a program; they alone know what it is.
+    mutable std::shared_ptr<void> executionState;
+};
+
+/// The local slot that instruction `index` of the function addresses, or kNoLocalSlot.
+[[nodiscard]] inline std::int32_t localSlotAt(const CompiledFunction& function, std::size_t index) noexcept {
+    return index < function.instructionSlots.size() ? function.instructionSlots[index] : kNoLocalSlot;
+}
+
+/// Slot of the local variable `name`, which gets the next slot when it has none yet.
+std::int32_t ensureLocalSlot(CompiledFunction& function, const std::string& name);
+
+/// The string held by constant `index`; null when there is no such constant or it is no string.
+[[nodiscard]] const std::string* getStringConstantPtr(const Program& program, std::int32_t index) noexcept;
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,4 @@
+# Nothing but comments and separators.
+;
+
+;; # no code

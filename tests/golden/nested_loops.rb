@@ -1,0 +1,4 @@
+while a
+  while b then c end
+  d = 1
+end

@@ -1,0 +1,1 @@
+puts("tab\tquote\"back\\slash", '\n', "café", "\q")
