@@ -1,0 +1,64 @@
+// A call of a built-in, and the checks of its arguments.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "morvel/ruby/vm.h"
+
+namespace morvel::ruby::internal {
+
+/// What a built-in receives. The argument count has been checked against the registration table.
+struct BuiltinCall {
+    /// The registered name, which begins every message.
+    const char* name;
+    RubyVM& vm;
+    RubyArguments arguments;
+
+    [[nodiscard]] std::size_t count() const noexcept { return arguments.size(); }
+    [[nodiscard]] const RubyValue& operator[](std::size_t index) const noexcept { return arguments[index]; }
+};
+
+// Checks of single arguments, by 0-based index. Each first makes sure that the argument is there: "NAME is missing
+// argument N", counted from 1.
+
+const RubyValue& requireArgument(const BuiltinCall& call, std::size_t index);
+/// The argument, an integer, a float or a boolean; fails with "NAME expects a numeric argument".
+[[nodiscard]] const RubyValue& requireNumber(const BuiltinCall& call, std::size_t index);
+
+/// The argument as an integer; fails with "NAME expects a numeric argument".
+[[nodiscard]] inline std::int64_t requireIntegerArgument(const BuiltinCall& call, std::size_t index) {
+    if (index < call.count() && call[index].isInteger()) {
+        return call[index].data.integer;
+    }
+    return requireNumber(call, index).asInteger();
+}
+
+/// The argument as a double; fails with "NAME expects a numeric argument".
+[[nodiscard]] inline double requireNumericArgument(const BuiltinCall& call, std::size_t index) {
+    if (index < call.count() && call[index].isFloat()) {
+        return call[index].data.floating;
+    }
+    if (index < call.count() && call[index].isInteger()) {
+        return static_cast<double>(call[index].data.integer);
+    }
+    return requireNumber(call, index).asFloat();
+}
+
+/// Fails with "NAME expects a string argument".
+[[nodiscard]] const std::string& requireStringArgument(const BuiltinCall& call, std::size_t index);
+/// Argument 0 as an array; fails with "NAME expects an array".
+[[nodiscard]] RubyArray& requireArrayArgument(const BuiltinCall& call);
+
+/// The container behind an array or map value, which the holder of a copy may change. Fails as asArray and asMap do.
+[[nodiscard]] RubyArray& sharedArray(const RubyValue& value);
+[[nodiscard]] RubyMap& sharedMap(const RubyValue& value);
+
+/// An integer when `number` is whole (within the double epsilon) and in the 64-bit range, else the float.
+[[nodiscard]] RubyValue numericResult(double number);
+
+/// Throws RubyError with the call's name and `message` after it: "NAME MESSAGE".
+[[noreturn]] void failCall(const BuiltinCall& call, const char* message);
+
+}  // namespace morvel::ruby::internal

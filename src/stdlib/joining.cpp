@@ -1,0 +1,30 @@
+#include "stdlib/joining.h"
+
+#include <string>
+#include <string_view>
+
+#include "value/memory_limit.h"
+#include "value/render.h"
+
+namespace morvel::ruby::internal {
+
+RubyValue joinElements(const BuiltinCall& call, const RubyArray& elements) {
+    const std::string_view separator = call.count() > 1 ? std::string_view(requireStringArgument(call, 1)) : "";
+    // What is known of the size is reserved at once: growing step by step would need up to three times the memory.
+    std::size_t size = elements.empty() ? 0 : separator.size() * (elements.size() - 1);
+    for (const RubyValue& element : elements) {
+        size += element.isString() ? element.asString().size() : 0;
+    }
+    requireMemory(size, 1);
+    std::string text;
+    text.reserve(size);
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        if (i > 0) {
+            text += separator;
+        }
+        appendText(text, elements[i]);
+    }
+    return text;
+}
+
+}  // namespace morvel::ruby::internal

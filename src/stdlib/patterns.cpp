@@ -1,0 +1,161 @@
+#include "stdlib/patterns.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include "stdlib/text_classes.h"
+
+namespace morvel::ruby::internal::builtins {
+
+namespace {
+
+constexpr std::string_view kDigits = "%d+";
+constexpr std::string_view kDigit = "%d";
+constexpr std::string_view kLettersDashDigits = "(%a+)%-(%d+)";
+
+/// End of the run of bytes of one class that starts at `begin`.
+std::size_t runEnd(std::string_view text, std::size_t begin, bool (*belongs)(char)) {
+    while (begin < text.size() && belongs(text[begin])) {
+        ++begin;
+    }
+    return begin;
+}
+
+struct Run {
+    std::size_t begin;
+    std::size_t end;
+};
+
+/// The first run of digits at or after `from`; empty at the end of the text when there is none.
+Run nextDigitRun(std::string_view text, std::size_t from) {
+    const auto* first = std::find_if(text.begin() + from, text.end(), isDigitByte);
+    const auto begin = static_cast<std::size_t>(first - text.begin());
+    return {begin, runEnd(text, begin, isDigitByte)};
+}
+
+std::vector<Run> digitRuns(std::string_view text) {
+    std::vector<Run> runs;
+    for (Run run = nextDigitRun(text, 0); run.begin < text.size(); run = nextDigitRun(text, run.end)) {
+        runs.push_back(run);
+    }
+    return runs;
+}
+
+std::string_view textOf(std::string_view text, Run run) { return text.substr(run.begin, run.end - run.begin); }
+
+RubyValue matchLettersDashDigits(std::string_view text) {
+    std::size_t position = 0;
+    while (position < text.size()) {
+        const Run letters{position, runEnd(text, position, isLetterByte)};
+        if (letters.begin == letters.end) {
+            ++position;
+            continue;
+        }
+        position = letters.end;
+        if (letters.end < text.size() && text[letters.end] == '-') {
+            const Run digits{letters.end + 1, runEnd(text, letters.end + 1, isDigitByte)};
+            if (digits.begin != digits.end) {
+                return RubyArray{textOf(text, letters), textOf(text, digits)};
+            }
+        }
+    }
+    return {};
+}
+
+std::string replaceRuns(std::string_view text, std::string_view replacement) {
+    std::string result;
+    std::size_t copied = 0;
+    for (const Run& run : digitRuns(text)) {
+        result += text.substr(copied, run.begin - copied);
+        result += replacement;
+        copied = run.end;
+    }
+    result += text.substr(copied);
+    return result;
+}
+
+std::string replaceDigits(std::string_view text, std::string_view replacement) {
+    std::string result;
+    for (const char c : text) {
+        if (isDigitByte(c)) {
+            result += replacement;
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
+std::string replaceText(std::string_view text, std::string_view needle, std::string_view replacement) {
+    std::string result;
+    std::size_t copied = 0;
+    for (std::size_t found = text.find(needle); found != std::string_view::npos; found = text.find(needle, copied)) {
+        result += text.substr(copied, found - copied);
+        result += replacement;
+        copied = found + needle.size();
+    }
+    result += text.substr(copied);
+    return result;
+}
+
+/// The 1-based inclusive positions of a run, as scripts see them.
+RubyValue positions(std::size_t begin, std::size_t end) { return RubyArray{begin + 1, end}; }
+
+}  // namespace
+
+RubyValue stringFind(const BuiltinCall& call) {
+    const std::string_view text = requireStringArgument(call, 0);
+    const std::string_view pattern = requireStringArgument(call, 1);
+    if (pattern == kDigits) {
+        const Run run = nextDigitRun(text, 0);
+        return run.begin < text.size() ? positions(run.begin, run.end) : RubyValue();
+    }
+    const std::size_t found = text.find(pattern);
+    return found == std::string_view::npos ? RubyValue() : positions(found, found + pattern.size());
+}
+
+RubyValue stringMatch(const BuiltinCall& call) {
+    const std::string_view text = requireStringArgument(call, 0);
+    const std::string_view pattern = requireStringArgument(call, 1);
+    if (pattern == kLettersDashDigits) {
+        return matchLettersDashDigits(text);
+    }
+    if (pattern == kDigits) {
+        const Run run = nextDigitRun(text, 0);
+        return run.begin < text.size() ? RubyValue(textOf(text, run)) : RubyValue();
+    }
+    return text.find(pattern) == std::string_view::npos ? RubyValue() : call[1];
+}
+
+RubyValue stringGmatch(const BuiltinCall& call) {
+    const std::string_view text = requireStringArgument(call, 0);
+    const std::string_view pattern = requireStringArgument(call, 1);
+    RubyArray matches;
+    if (pattern == kDigits) {
+        for (const Run& run : digitRuns(text)) {
+            matches.emplace_back(textOf(text, run));
+        }
+    } else if (!pattern.empty()) {
+        for (std::size_t found = text.find(pattern); found != std::string_view::npos;
+             found = text.find(pattern, found + pattern.size())) {
+            matches.push_back(call[1]);
+        }
+    }
+    return matches;
+}
+
+RubyValue stringGsub(const BuiltinCall& call) {
+    const std::string_view text = requireStringArgument(call, 0);
+    const std::string_view pattern = requireStringArgument(call, 1);
+    const std::string_view replacement = requireStringArgument(call, 2);
+    if (pattern.empty()) {
+        return call[0];
+    }
+    if (pattern == kDigit) {
+        return replaceDigits(text, replacement);
+    }
+    return pattern == kDigits ? replaceRuns(text, replacement) : replaceText(text, pattern, replacement);
+}
+
+}  // namespace morvel::ruby::internal::builtins

@@ -1,0 +1,13 @@
+// Searching: a few fixed patterns, and literal text for everything else.
+#pragma once
+
+#include "stdlib/arguments.h"
+
+namespace morvel::ruby::internal::builtins {
+
+RubyValue stringFind(const BuiltinCall& call);
+RubyValue stringMatch(const BuiltinCall& call);
+RubyValue stringGmatch(const BuiltinCall& call);
+RubyValue stringGsub(const BuiltinCall& call);
+
+}  // namespace morvel::ruby::internal::builtins

@@ -1,0 +1,204 @@
+#include "stdlib/strings.h"
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+
+#include "stdlib/text_classes.h"
+#include "value/memory_limit.h"
+#include "value/short_strings.h"
+
+namespace morvel::ruby::internal::builtins {
+
+namespace {
+
+RubyValue mapBytes(const BuiltinCall& call, char (*convert)(char)) {
+    std::string text = requireStringArgument(call, 0);
+    std::transform(text.begin(), text.end(), text.begin(), convert);
+    return text;
+}
+
+/// A run of bytes: 0-based begin, length.
+struct ByteRange {
+    std::size_t begin = 0;
+    std::size_t length = 0;
+};
+
+// From 1-based inclusive positions, negative ones counted from the end, to the bytes that exist between them.
+ByteRange byteRange(std::int64_t first, std::int64_t last, std::size_t size) {
+    const auto length = static_cast<std::int64_t>(size);
+    first = std::max<std::int64_t>(first < 0 ? first + length + 1 : first, 1);
+    last = std::min(last < 0 ? last + length + 1 : last, length);
+    if (last < first) {
+        return {};
+    }
+    return {static_cast<std::size_t>(first - 1), static_cast<std::size_t>(last - first + 1)};
+}
+
+std::string_view stripped(const BuiltinCall& call, bool atStart, bool atEnd) {
+    std::string_view text = requireStringArgument(call, 0);
+    while (atStart && !text.empty() && isSpaceByte(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (atEnd && !text.empty() && isSpaceByte(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+using PieceStrings = ShortStrings<256>;
+
+void addPiece(RubyArray& pieces, PieceStrings& strings, std::string_view piece) {
+    if (piece.size() <= PieceStrings::kLongest) {
+        pieces.push_back(strings.valueOf(piece));
+    } else {
+        pieces.emplace_back(piece);
+    }
+}
+
+std::size_t countOf(std::string_view text, std::string_view separator) {
+    std::size_t count = 0;
+    for (std::size_t found = text.find(separator); found != std::string_view::npos;
+         found = text.find(separator, found + separator.size())) {
+        ++count;
+    }
+    return count;
+}
+
+/// Splits one piece after the other off the front of a text.
+RubyValue splitPieces(std::string_view text, std::string_view separator, std::size_t mostPieces) {
+    RubyArray pieces;
+    pieces.reserve(std::min(mostPieces, countOf(text, separator) + 1));
+    PieceStrings strings;
+    while (pieces.size() + 1 < mostPieces) {
+        const std::size_t end = text.find(separator);
+        if (end == std::string_view::npos) {
+            break;
+        }
+        addPiece(pieces, strings, text.substr(0, end));
+        text.remove_prefix(end + separator.size());
+    }
+    pieces.emplace_back(text);
+    return pieces;
+}
+
+RubyValue splitBytes(std::string_view text, std::size_t mostPieces) {
+    RubyArray pieces;
+    PieceStrings strings;
+    while (!text.empty() && pieces.size() + 1 < mostPieces) {
+        addPiece(pieces, strings, text.substr(0, 1));
+        text.remove_prefix(1);
+    }
+    if (!text.empty()) {
+        pieces.emplace_back(text);
+    }
+    return pieces;
+}
+
+}  // namespace
+
+RubyValue stringUpper(const BuiltinCall& call) { return mapBytes(call, toUpperByte); }
+
+RubyValue stringLower(const BuiltinCall& call) { return mapBytes(call, toLowerByte); }
+
+RubyValue stringSub(const BuiltinCall& call) {
+    const std::string& text = requireStringArgument(call, 0);
+    const std::int64_t first = requireIntegerArgument(call, 1);
+    const std::int64_t last =
+        call.count() > 2 ? requireIntegerArgument(call, 2) : static_cast<std::int64_t>(text.size());
+    const ByteRange range = byteRange(first, last, text.size());
+    return std::string_view(text).substr(range.begin, range.length);
+}
+
+RubyValue stringByte(const BuiltinCall& call) {
+    const std::string& text = requireStringArgument(call, 0);
+    const std::int64_t first = call.count() > 1 ? requireIntegerArgument(call, 1) : 1;
+    const std::int64_t last = call.count() > 2 ? requireIntegerArgument(call, 2) : first;
+    const ByteRange range = byteRange(first, last, text.size());
+    RubyArray codes;
+    codes.reserve(range.length);
+    for (std::size_t i = 0; i < range.length; ++i) {
+        codes.emplace_back(static_cast<unsigned char>(text[range.begin + i]));
+    }
+    return codes;
+}
+
+RubyValue stringChar(const BuiltinCall& call) {
+    constexpr std::uint64_t kCodes = 256;
+    std::string text;
+    for (std::size_t i = 0; i < call.count(); ++i) {
+        const auto code = static_cast<std::uint64_t>(requireIntegerArgument(call, i));
+        if (code >= kCodes) {
+            failCall(call, "code must be between 0 and 255");
+        }
+        text += static_cast<char>(code);
+    }
+    return text;
+}
+
+RubyValue stringRep(const BuiltinCall& call) {
+    const std::string& text = requireStringArgument(call, 0);
+    const std::int64_t times = requireIntegerArgument(call, 1);
+    if (times < 1 || text.empty()) {
+        return "";
+    }
+    const auto count = static_cast<std::uint64_t>(times);
+    if (text.size() > std::numeric_limits<std::uint64_t>::max() / count) {
+        failCall(call, "result is too large");
+    }
+    requireMemory(text.size() * count, 1);
+    std::string repeated;
+    repeated.reserve(text.size() * count);
+    for (std::uint64_t i = 0; i < count; ++i) {
+        repeated += text;
+    }
+    return repeated;
+}
+
+RubyValue stringSplit(const BuiltinCall& call) {
+    const std::string& text = requireStringArgument(call, 0);
+    const std::string& separator = requireStringArgument(call, 1);
+    const std::int64_t limit = call.count() > 2 ? requireIntegerArgument(call, 2) : 0;
+    if (limit == 1) {
+        return RubyArray{call[0]};
+    }
+    const std::size_t mostPieces =
+        limit < 1 ? std::numeric_limits<std::size_t>::max() : static_cast<std::size_t>(limit);
+    return separator.empty() ? splitBytes(text, mostPieces) : splitPieces(text, separator, mostPieces);
+}
+
+RubyValue stringStrip(const BuiltinCall& call) { return stripped(call, true, true); }
+
+RubyValue stringLstrip(const BuiltinCall& call) { return stripped(call, true, false); }
+
+RubyValue stringRstrip(const BuiltinCall& call) { return stripped(call, false, true); }
+
+RubyValue stringReverse(const BuiltinCall& call) {
+    const std::string& text = requireStringArgument(call, 0);
+    return std::string(text.rbegin(), text.rend());
+}
+
+RubyValue stringInclude(const BuiltinCall& call) {
+    const std::string& text = requireStringArgument(call, 0);
+    return text.find(requireStringArgument(call, 1)) != std::string::npos;
+}
+
+RubyValue stringStartWith(const BuiltinCall& call) {
+    const std::string& text = requireStringArgument(call, 0);
+    return text.starts_with(requireStringArgument(call, 1));
+}
+
+RubyValue stringEndWith(const BuiltinCall& call) {
+    const std::string& text = requireStringArgument(call, 0);
+    return text.ends_with(requireStringArgument(call, 1));
+}
+
+RubyValue utf8Len(const BuiltinCall& call) {
+    const std::string& text = requireStringArgument(call, 0);
+    constexpr unsigned kTopBits = 0xC0;
+    constexpr unsigned kContinuation = 0x80;
+    return std::count_if(text.begin(), text.end(),
+                         [](char c) { return (static_cast<unsigned char>(c) & kTopBits) != kContinuation; });
+}
+
+}  // namespace morvel::ruby::internal::builtins

@@ -1,0 +1,195 @@
+// Calls: who carries out a call of what, and the three host functions that the interpreter carries out itself.
+#include <array>
+
+#include "morvel/ruby/error.h"
+#include "value/native_stack.h"
+#include "vm/engine/engine.h"
+#include "vm/errors.h"
+#include "vm/impl.h"
+#include "vm/indexing.h"
+
+namespace morvel::ruby {
+
+using internal::FastKind;
+using Kind = RubyFunctionHandle::Kind;
+using Intrinsic = RubyFunctionHandle::Intrinsic;
+
+namespace {
+
+bool hasFunction(const RubyFunctionHandle& handle) {
+    return handle.functionIndex >= 0 &&
+           static_cast<std::size_t>(handle.functionIndex) < handle.program->functions.size();
+}
+
+RubyValue pcallSuccess(RubyValue value) {
+    RubyArray outcome;
+    outcome.reserve(2);
+    outcome.emplace_back(true);
+    outcome.push_back(std::move(value));
+    return outcome;
+}
+
+RubyValue pcallFailure(const std::string& message) {
+    RubyArray outcome;
+    outcome.reserve(2);
+    outcome.emplace_back(false);
+    outcome.emplace_back(message);
+    return outcome;
+}
+
+// The outcome of the forms that are not run as calls is judged by whether there is a message.
+RubyValue pcallOutcome(const std::string& message, RubyValue value) {
+    return message.empty() ? pcallSuccess(std::move(value)) : pcallFailure(message);
+}
+
+RubyValue protectedGuardedCall(RubyVM::Impl& vm, const RubyFunctionHandle& handle, const RubyValue* arguments,
+                               std::size_t argumentCount) {
+    const internal::Program& program = *handle.program;
+    const auto& function = program.functions[static_cast<std::size_t>(handle.functionIndex)];
+    if (argumentCount != function.params.size()) {
+        return pcallFailure(internal::arityMessage(function, argumentCount));
+    }
+    if (vm.evaluateFastNode(program, function, function.fastGuardRoot, arguments, argumentCount).isTruthy()) {
+        return pcallOutcome(function.fastErrorMessage, RubyValue());
+    }
+    return pcallSuccess(vm.evaluateFastNode(program, function, function.fastRoot, arguments, argumentCount));
+}
+
+bool isGuardedFunction(const RubyFunctionHandle& handle) {
+    return handle.kind == Kind::Script && handle.program != nullptr && hasFunction(handle) &&
+           handle.program->functions[static_cast<std::size_t>(handle.functionIndex)].fastKind == FastKind::Guarded;
+}
+
+RubyValue callHost(RubyVM& vm, const RubyFunctionHandle& handle, const RubyValue* arguments,
+                   std::size_t argumentCount) {
+    const RubyArguments view(arguments, argumentCount);
+    return handle.nativeFunction != nullptr ? handle.nativeFunction(vm, view) : handle.hostFunction(vm, view);
+}
+
+}  // namespace
+
+namespace internal {
+
+RubyValue makeScriptFunction(const std::string& name, std::int32_t functionIndex,
+                             const std::shared_ptr<Program>& program) {
+    auto handle = std::make_unique<RubyFunctionHandle>();
+    handle->kind = Kind::Script;
+    handle->functionIndex = functionIndex;
+    handle->program = program;
+    handle->name = name;
+    return RubyValue(std::move(handle));
+}
+
+std::string errorCallMessage(const RubyValue* arguments, std::size_t argumentCount) {
+    requireArgumentCount("error", argumentCount, 0, 1);
+    return argumentCount == 0 ? "error" : arguments[0].toString();
+}
+
+RubyValue tableSet(const RubyValue* arguments, std::size_t argumentCount) {
+    requireArgumentCount("table_set", argumentCount, 3, 3);
+    // Copies are cheap handles and keep the container alive whatever the store replaces.
+    RubyValue table = arguments[0];
+    const RubyValue& key = arguments[1];
+    const RubyValue& value = arguments[2];
+    if (table.isMap()) {
+        setMapValue(table.asMap(), key) = value;
+        return value;
+    }
+    if (!table.isArray()) {
+        throw RubyError("table_set expects an array or map");
+    }
+    if (!key.isNumeric()) {
+        throw RubyError("table_set array index must be numeric");
+    }
+    const std::int64_t index = key.asInteger();
+    if (index < 0) {
+        throw RubyError("table_set array index must be non-negative");
+    }
+    storeElement(table.asArray(), static_cast<std::size_t>(index), value);
+    return value;
+}
+
+}  // namespace internal
+
+RubyValue RubyVM::Impl::runFunction(const std::shared_ptr<Program>& program, std::int32_t functionIndex,
+                                    const RubyValue* arguments, std::size_t argumentCount) {
+    internal::checkNativeStack();
+    if (executor == internal::ExecutorChoice::Automatic) {
+        if (const internal::Code* code = m_engine->codeFor(*program, functionIndex)) {
+            return m_engine->run(*code, arguments, argumentCount);
+        }
+    }
+    const CompiledFunction& function = program->functions[static_cast<std::size_t>(functionIndex)];
+    if (function.fastKind != FastKind::None) {
+        return executeFastFunction(program, function, arguments, argumentCount);
+    }
+    return executeFunction(program, functionIndex, arguments, argumentCount);
+}
+
+RubyValue RubyVM::Impl::callValue(const Program& program, const RubyValue& callee, const RubyValue* arguments,
+                                  std::size_t argumentCount, unsigned line) {
+    if (internal::nativeStackLow()) {
+        internal::runtimeError(program, line, "stack overflow");
+    }
+    if (!callee.isFunction()) {
+        internal::runtimeError(program, line, "attempted to call a non-function value");
+    }
+    const RubyFunctionHandle& handle = internal::handleOf(callee);
+    if (handle.kind == Kind::Empty) {
+        internal::runtimeError(program, line, "function handle is empty");
+    }
+    if (handle.kind == Kind::Script) {
+        if (handle.program == nullptr) {
+            internal::runtimeError(program, line, "script function program is missing");
+        }
+        if (!hasFunction(handle)) {
+            internal::runtimeError(program, line, "function index is out of range");
+        }
+        return runFunction(handle.program, handle.functionIndex, arguments, argumentCount);
+    }
+    switch (handle.intrinsic) {
+        case Intrinsic::Error:
+            throw RubyError(internal::errorCallMessage(arguments, argumentCount));
+        case Intrinsic::Pcall:
+            return protectedCall(program, arguments, argumentCount, line);
+        case Intrinsic::TableSet:
+            return internal::tableSet(arguments, argumentCount);
+        case Intrinsic::None:
+            break;
+    }
+    return callHost(*owner, handle, arguments, argumentCount);
+}
+
+RubyValue RubyVM::Impl::protectedCall(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
+                                      unsigned line) {
+    internal::requireArgumentCount("pcall", argumentCount, 1, internal::kNoMaximum);
+    const RubyValue& protectedFunction = arguments[0];
+    const RubyValue* rest = arguments + 1;
+    const std::size_t restCount = argumentCount - 1;
+    if (!protectedFunction.isFunction()) {
+        return pcallFailure("pcall expects a function");
+    }
+    const RubyFunctionHandle& handle = internal::handleOf(protectedFunction);
+    if (handle.kind == Kind::Empty) {
+        return pcallFailure("pcall function handle is empty");
+    }
+    if (handle.kind == Kind::Host && handle.intrinsic == Intrinsic::Error) {
+        return pcallOutcome(internal::errorCallMessage(rest, restCount), RubyValue());
+    }
+    if (isGuardedFunction(handle)) {
+        return protectedGuardedCall(*this, handle, rest, restCount);
+    }
+    // The success marker comes first, so a failure gives three elements.
+    RubyArray outcome;
+    outcome.reserve(2);
+    outcome.emplace_back(true);
+    try {
+        outcome.push_back(callValue(program, protectedFunction, rest, restCount, line));
+    } catch (const std::exception& exception) {
+        outcome.emplace_back(false);
+        outcome.emplace_back(internal::errorText(exception));
+    }
+    return outcome;
+}
+
+}  // namespace morvel::ruby

@@ -1,0 +1,58 @@
+// Definite assignment: where a local is surely assigned and a global surely defined.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "compiler/program.h"
+#include "vm/engine/flow.h"
+#include "vm/globals.h"
+
+namespace morvel::ruby::internal {
+
+/// Stands for "addresses no global".
+inline constexpr std::uint32_t kNotGlobal = ~std::uint32_t{0};
+
+/// Walks along with the translation: enterBlock at the start of each block, then noteLocal and noteGlobal at every
+/// assignment. A global that was read successfully counts as defined from then on, since globals are never undefined
+/// again.
+class DefiniteAssignment {
+public:
+    /// `globalSlots` gives, by instruction, the global that a LoadName, StoreName or DefineFunction addresses, or
+    /// kNotGlobal.
+    DefiniteAssignment(const CompiledFunction& function, const Flow& flow, const GlobalTable& globals,
+                       const std::vector<std::uint32_t>& globalSlots);
+
+    void enterBlock(std::size_t block);
+    void noteLocal(std::int32_t slot) { set(m_current, static_cast<std::size_t>(slot)); }
+    void noteGlobal(std::size_t slot);
+    [[nodiscard]] bool isLocalAssigned(std::int32_t slot) const {
+        return has(m_current, static_cast<std::size_t>(slot));
+    }
+    [[nodiscard]] bool isGlobalDefined(std::size_t slot) const;
+
+private:
+    using Bits = std::vector<std::uint64_t>;
+
+    [[nodiscard]] static bool has(const Bits& bits, std::size_t index) {
+        return (bits[index / 64] >> (index % 64) & 1) != 0;
+    }
+    static void set(Bits& bits, std::size_t index) { bits[index / 64] |= std::uint64_t{1} << (index % 64); }
+    [[nodiscard]] Bits entryFacts(const CompiledFunction& function) const;
+    [[nodiscard]] Bits blockFacts(const CompiledFunction& function, const Block& block,
+                                  const std::vector<std::uint32_t>& globalSlots) const;
+    void solve(const CompiledFunction& function, const Flow& flow, const std::vector<std::uint32_t>& globalSlots);
+
+    const GlobalTable& m_globals;
+    /// Bit of each global that is not yet defined; the bits of the locals come first.
+    std::unordered_map<std::size_t, std::size_t> m_globalBits;
+    std::size_t m_bitCount = 0;
+    /// Facts at the start of each block; all the same as m_entry when the function is too large to solve.
+    std::vector<Bits> m_blockEntry;
+    Bits m_entry;
+    Bits m_current;
+};
+
+}  // namespace morvel::ruby::internal

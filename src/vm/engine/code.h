@@ -1,0 +1,71 @@
+// A function in the engine's register form.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "compiler/program.h"
+#include "morvel/ruby/value.h"
+#include "vm/engine/instruction.h"
+
+namespace morvel::ruby::internal {
+
+/// A read of a local that may be unassigned: then the global of the same name is meant.
+struct LocalFallback {
+    std::uint16_t local;
+    std::size_t globalSlot;
+};
+
+/// What a DefineFunction instruction defines.
+struct Definition {
+    std::string name;
+    std::int32_t functionIndex;
+    std::size_t globalSlot;
+};
+
+struct Code {
+    std::vector<EngineInstruction> instructions;
+    /// Constants used by this function, each once.
+    std::vector<RubyValue> constants;
+    std::vector<LocalFallback> fallbacks;
+    std::vector<Definition> definitions;
+    /// Source line of each instruction.
+    std::vector<std::uint32_t> lines;
+
+    const Program* program = nullptr;
+    const CompiledFunction* function = nullptr;
+    /// The engine that the global slots belong to.
+    const void* engine = nullptr;
+    std::uint32_t parameterCount = 0;
+    /// Locals come first in a frame, parameters before the others; then, when `keepsLastValue`, the value of the last
+    /// expression statement; then the temporaries. Everything before `firstTemporary` is released on return.
+    std::uint32_t localCount = 0;
+    std::uint32_t firstTemporary = 0;
+    std::uint32_t registerCount = 0;
+    bool keepsLastValue = false;
+    /// The locals beyond the parameters must read as unassigned on entry.
+    bool marksUnassigned = false;
+    /// Entering takes more than moving to the new frame: there are registers to prepare.
+    bool hasPrologue = false;
+
+    [[nodiscard]] std::uint32_t lineAt(const EngineInstruction* next) const {
+        return lines[static_cast<std::size_t>(next - instructions.data()) - 1];
+    }
+};
+
+/// What the engine keeps with a program: the translated functions.
+struct ProgramCode {
+    enum class State : std::uint8_t { Untried, Translated, Unsuitable };
+    struct Entry {
+        State state = State::Untried;
+        std::unique_ptr<Code> code;
+    };
+
+    /// Keeps the engine's identity from being used again by another engine while its translations exist.
+    std::shared_ptr<const char> engine;
+    std::vector<Entry> functions;
+};
+
+}  // namespace morvel::ruby::internal

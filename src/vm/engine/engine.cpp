@@ -1,0 +1,227 @@
+// Frames of the engine: entering, leaving, unwinding, and failures on their way to a pcall.
+#include "vm/engine/engine.h"
+
+#include <algorithm>
+#include <new>
+
+#include "morvel/ruby/error.h"
+#include "value/deferred_release.h"
+#include "vm/engine/registers.h"
+#include "vm/engine/translator.h"
+#include "vm/errors.h"
+#include "vm/impl.h"
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+constexpr const char* kOutOfMemory = "out of memory";
+constexpr std::size_t kFirstFrames = 64;
+// Calls may nest this deep. Small functions reach it before the value stack is full.
+constexpr std::size_t kMostFrames = std::size_t{1} << 21;
+
+// The frame below all others has no code of its own.
+const Code& emptyCode() {
+    static const Code code;
+    return code;
+}
+
+RubyValue pcallOutcome(RubyValue value) {
+    RubyArray outcome;
+    outcome.reserve(2);
+    outcome.emplace_back(true);
+    outcome.push_back(std::move(value));
+    return outcome;
+}
+
+// A failure caught by pcall leaves the success marker in front.
+RubyValue pcallFailure(const std::string& message) {
+    RubyArray outcome;
+    outcome.reserve(3);
+    outcome.emplace_back(true);
+    outcome.emplace_back(false);
+    outcome.emplace_back(message);
+    return outcome;
+}
+
+std::string textOf(const std::exception& exception) noexcept {
+    try {
+        return errorText(exception);
+    } catch (const std::bad_alloc&) {
+        return kOutOfMemory;
+    }
+}
+
+}  // namespace
+
+Engine::Engine(RubyVM::Impl& vm)
+    : m_vm(vm),
+      m_globals(vm.globals),
+      m_identity(std::make_shared<const char>()),
+      m_frames(std::make_unique<Frame[]>(kFirstFrames)) {
+    m_current = m_frames.get();
+    m_lastFrame = m_current + kFirstFrames - 1;
+    m_current->code = &emptyCode();
+    m_current->base = m_stack.begin();
+}
+
+const Code* Engine::codeFor(const Program& program, std::int32_t functionIndex) {
+    if (program.executionState == nullptr) {
+        auto fresh = std::make_shared<ProgramCode>();
+        fresh->engine = m_identity;
+        fresh->functions.resize(program.functions.size());
+        program.executionState = std::move(fresh);
+    }
+    auto& translations = *static_cast<ProgramCode*>(program.executionState.get());
+    if (translations.engine != m_identity) {
+        // The translation belongs to another VM, whose global slots are not these.
+        return nullptr;
+    }
+    ProgramCode::Entry& entry = translations.functions[static_cast<std::size_t>(functionIndex)];
+    if (entry.state == ProgramCode::State::Untried) {
+        entry.code = translateFunction(program, functionIndex, m_globals);
+        entry.state = entry.code != nullptr ? ProgramCode::State::Translated : ProgramCode::State::Unsuitable;
+        if (entry.code != nullptr) {
+            entry.code->engine = m_identity.get();
+        }
+    }
+    return entry.code.get();
+}
+
+RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t argumentCount) {
+    if (argumentCount != code.parameterCount) {
+        runtimeError(*code.program, 0, arityMessage(*code.function, argumentCount));
+    }
+    RubyValue result;
+    const std::size_t entry = depth();
+    // Destroyed last: by then the frames of this run are gone.
+    const DeferHostReleases deferral;
+    struct Unwinder {
+        Engine& engine;
+        std::size_t frame;
+        ~Unwinder() { engine.unwindTo(frame); }
+    } const unwinder{*this, entry};
+    pushFrame(code, m_current->base + m_current->code->registerCount, &result, kEntryFrame);
+    for (std::size_t i = 0; i < argumentCount; ++i) {
+        copyToDead(m_current->base + i, arguments + i);
+    }
+    prepareRegisters(code, m_current->base);
+    while (true) {
+        try {
+            interpret(entry);
+            return result;
+        } catch (const std::exception& exception) {
+            if (!recover(entry, textOf(exception))) {
+                throw;
+            }
+        }
+    }
+}
+
+void Engine::growFrames() {
+    const std::size_t used = depth() + 1;
+    if (used >= kMostFrames) {
+        failOverflow();
+    }
+    auto larger = std::make_unique<Frame[]>(used * 2);
+    std::copy(m_frames.get(), m_current + 1, larger.get());
+    m_frames = std::move(larger);
+    m_current = m_frames.get() + used - 1;
+    m_lastFrame = m_frames.get() + used * 2 - 1;
+}
+
+void Engine::failOverflow() const {
+    if (m_current->code->program == nullptr) {
+        throw RubyError("stack overflow");
+    }
+    runtimeError(program(), line(), "stack overflow");
+}
+
+void Engine::pushFrame(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t marks) {
+    if (m_current == m_lastFrame) {
+        growFrames();
+    }
+    const auto previousChunk = static_cast<std::uint32_t>(m_stack.chunk());
+    if (code.registerCount > static_cast<std::size_t>(m_stack.end() - base)) {
+        RubyValue* fresh = m_stack.enterNextChunk(code.registerCount);
+        if (fresh == nullptr) {
+            failOverflow();
+        }
+        base = fresh;
+        marks |= kChunkFrame;
+    }
+    ++m_current;
+    *m_current = {&code, base, code.instructions.data(), result, nullptr, marks, previousChunk};
+}
+
+void Engine::prepareRegisters(const Code& code, RubyValue* base) noexcept {
+    for (std::uint32_t i = code.localCount; i < code.parameterCount; ++i) {
+        releaseRegister(base + i);
+    }
+    for (std::uint32_t i = code.parameterCount; i < code.localCount; ++i) {
+        base[i].type = kUndefinedType;
+    }
+    if (code.keepsLastValue) {
+        base[code.localCount].type = RubyValue::Type::Nil;
+    }
+}
+
+void Engine::popFrame() noexcept {
+    const Frame frame = *m_current;
+    for (std::uint32_t i = 0; i < frame.code->registerCount; ++i) {
+        releaseRegister(frame.base + i);
+    }
+    if ((frame.marks & kChunkFrame) != 0) {
+        m_stack.returnToChunk(frame.previousChunk);
+    }
+    --m_current;
+    if (frame.handle != nullptr && --frame.handle->references == 0) {
+        destroyBox(static_cast<std::uint8_t>(RubyValue::Type::Function), frame.handle);
+    }
+}
+
+void Engine::unwindTo(std::size_t frame) noexcept {
+    while (depth() > frame) {
+        popFrame();
+    }
+}
+
+bool Engine::leaveFrame(RubyValue* value) {
+    RubyValue outcome;
+    moveRegister(&outcome, value);
+    const std::uint32_t marks = m_current->marks;
+    if ((marks & kProtectedFrame) != 0) {
+        outcome = pcallOutcome(std::move(outcome));
+    }
+    RubyValue* result = m_current->result;
+    popFrame();
+    assignRegister(result, std::move(outcome));
+    return (marks & kEntryFrame) != 0;
+}
+
+bool Engine::recover(std::size_t entry, const std::string& message) {
+    bool isOutOfMemory = false;
+    while (true) {
+        std::size_t index = depth();
+        while (index > entry && (m_frames[index].marks & kProtectedFrame) == 0) {
+            --index;
+        }
+        if (index == entry && isOutOfMemory) {
+            throw std::bad_alloc();
+        }
+        if (index == entry) {
+            return false;
+        }
+        RubyValue* result = m_frames[index].result;
+        unwindTo(index - 1);
+        try {
+            assignRegister(result, pcallFailure(isOutOfMemory ? std::string(kOutOfMemory) : message));
+            return true;
+        } catch (const std::bad_alloc&) {
+            // The call of pcall fails in its turn, and the next one further out sees that.
+            isOutOfMemory = true;
+        }
+    }
+}
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,133 @@
+// The engine: runs functions in register form. Script calls do not recurse natively.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "morvel/ruby/vm.h"
+#include "value/short_strings.h"
+#include "vm/engine/code.h"
+#include "vm/engine/value_stack.h"
+#include "vm/globals.h"
+
+namespace morvel::ruby::internal {
+
+/// What is special about a frame; 0 for a plain call of one script function by another.
+enum FrameMarks : std::uint32_t {
+    kPlainFrame = 0,
+    /// Returning from the frame leaves the run.
+    kEntryFrame = 1,
+    /// The frame is the protected function of a pcall.
+    kProtectedFrame = 2,
+    /// The frame's registers begin a chunk of the value stack.
+    kChunkFrame = 4,
+};
+
+/// An active call.
+struct Frame {
+    const Code* code;
+    RubyValue* base;
+    /// Where execution goes on; kept up to date only around what may fail or leave the frame.
+    const EngineInstruction* next;
+    /// Where the call's result goes.
+    RubyValue* result;
+    /// The function being called, kept alive by one reference; null when the caller keeps it alive.
+    RubyFunctionHandle* handle;
+    std::uint32_t marks;
+    /// The chunk to go back to, for a kChunkFrame.
+    std::uint32_t previousChunk;
+};
+
+class Engine {
+public:
+    explicit Engine(RubyVM::Impl& vm);
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
+    /// The translation of a function; null when it is left to the plain executor.
+    [[nodiscard]] const Code* codeFor(const Program& program, std::int32_t functionIndex);
+
+    /// Runs a translated function, whose program the caller keeps alive. Fails as its script does, with located errors
+    /// for a wrong argument count and for "stack overflow".
+    RubyValue run(const Code& code, const RubyValue* arguments, std::size_t argumentCount);
+
+private:
+    enum class CallOutcome : std::uint8_t { Done, Raised };
+
+    /// The instruction loop; returns when the frame above `entry` has returned.
+    void interpret(std::size_t entry);
+
+    // Frames.
+    [[nodiscard]] std::size_t depth() const noexcept { return static_cast<std::size_t>(m_current - m_frames.get()); }
+    void growFrames();
+    [[noreturn]] void failOverflow() const;
+    /// Puts a frame for `code` on top, with its registers at `base` or, when they do not fit there, in another chunk.
+    /// The registers are not prepared. On failure nothing has changed.
+    void pushFrame(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t marks);
+    /// Brings the registers of a new frame, which hold just the arguments, into the state that its code expects.
+    static void prepareRegisters(const Code& code, RubyValue* base) noexcept;
+    /// Releases the top frame's registers and takes it off.
+    void popFrame() noexcept;
+    void unwindTo(std::size_t frame) noexcept;
+    /// Ends the top frame, which is not a plain one, with the value at `value`; true when the run is over.
+    [[nodiscard]] bool leaveFrame(RubyValue* value);
+    /// Delivers a failure to the innermost pcall above `entry`; false when there is none. Throws std::bad_alloc when
+    /// there is one, but neither it nor those around it find the memory for their outcome.
+    [[nodiscard]] bool recover(std::size_t entry, const std::string& message);
+
+    // Calls. The arguments are at window + 1; afterwards, unless a script function was entered, the window is dead.
+    [[nodiscard]] CallOutcome callFunction(const RubyValue& callee, RubyValue* window, std::size_t argumentCount,
+                                           RubyValue* result);
+    /// Calls a host function without state: nothing has to keep it alive.
+    void callNative(const RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount, RubyValue* result);
+    /// Carries out a built-in in place; false when the arguments are not of the usual kinds, and then nothing is done.
+    [[nodiscard]] static bool takeShortcut(const RubyFunctionHandle& handle, RubyValue* window,
+                                           std::size_t argumentCount, RubyValue* result);
+    void callScript(RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount, RubyValue* result);
+    [[nodiscard]] CallOutcome callHost(const RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount,
+                                       RubyValue* result);
+    void enterFunction(RubyFunctionHandle& handle, const Code& code, RubyValue* arguments, std::size_t argumentCount,
+                       RubyValue* result, std::uint32_t marks);
+    void callProtected(RubyValue* window, std::size_t argumentCount, RubyValue* result);
+    [[nodiscard]] const Code* codeOf(const RubyFunctionHandle& handle);
+
+    // What the loop leaves to functions: rare cases, and all that may fail.
+    template <OpCode Operation>
+    void arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks);
+    [[nodiscard]] bool equalSlow(RubyValue* left, RubyValue* right, std::uint8_t marks);
+    template <bool OrEqual>
+    [[nodiscard]] bool lessSlow(RubyValue* left, RubyValue* right, std::uint8_t marks);
+    /// Joins two texts whose result is short; false when they are not of that kind, and then nothing is done.
+    [[nodiscard]] bool joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks);
+    void loadByte(RubyValue* target, const std::string& text, std::size_t position);
+    void getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t marks);
+    void setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* value, std::uint8_t marks);
+    void negateSlow(RubyValue* target, RubyValue* value, std::uint8_t marks);
+    static void pushElement(RubyValue* array, RubyValue* value, bool valueDies);
+    void makeArray(RubyValue* target, RubyValue* first, std::size_t count);
+    void defineFunction(const Definition& definition);
+    void loadFallback(RubyValue* target, const LocalFallback& fallback);
+    [[noreturn]] void failUndefined(std::size_t globalSlot);
+
+    [[nodiscard]] const Program& program() const noexcept { return *m_current->code->program; }
+    [[nodiscard]] unsigned line() const { return m_current->code->lineAt(m_current->next); }
+
+    RubyVM::Impl& m_vm;
+    GlobalTable& m_globals;
+    const std::shared_ptr<const char> m_identity;
+    ValueStack m_stack;
+    std::unique_ptr<Frame[]> m_frames;
+    /// The top frame; below the first real one lies an empty frame.
+    Frame* m_current = nullptr;
+    Frame* m_lastFrame = nullptr;
+    /// The one-byte strings, made when first needed: indexing a string gives one of them.
+    std::array<RubyValue, 256> m_byteStrings;
+    ShortStrings<1024> m_shortStrings;
+    /// Message of an error that is on its way without a C++ exception.
+    std::string m_message;
+};
+
+}  // namespace morvel::ruby::internal

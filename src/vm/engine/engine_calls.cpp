@@ -1,0 +1,192 @@
+// Calls made by the engine: which become frames, and which leave it.
+#include "value/native_stack.h"
+#include "vm/engine/engine.h"
+#include "vm/engine/registers.h"
+#include "vm/errors.h"
+#include "vm/impl.h"
+
+#include <cmath>
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+using Kind = RubyFunctionHandle::Kind;
+using Intrinsic = RubyFunctionHandle::Intrinsic;
+
+bool hasFunction(const RubyFunctionHandle& handle) {
+    return handle.functionIndex >= 0 &&
+           static_cast<std::size_t>(handle.functionIndex) < handle.program->functions.size();
+}
+
+/// Releases callee and arguments, then delivers the result.
+void finishCall(RubyValue* window, std::size_t argumentCount, RubyValue* result, RubyValue&& value) noexcept {
+    for (std::size_t i = 0; i <= argumentCount; ++i) {
+        releaseRegister(window + i);
+    }
+    assignRegister(result, std::move(value));
+}
+
+}  // namespace
+
+Engine::CallOutcome Engine::callFunction(const RubyValue& callee, RubyValue* window, std::size_t argumentCount,
+                                         RubyValue* result) {
+    if (!callee.isFunction()) {
+        runtimeError(program(), line(), "attempted to call a non-function value");
+    }
+    // The variable that holds the function may be rebound during the call.
+    const RubyValue kept = callee;
+    auto& handle = *static_cast<RubyFunctionHandle*>(kept.data.box);
+    switch (handle.kind) {
+        case Kind::Empty:
+            runtimeError(program(), line(), "function handle is empty");
+        case Kind::Script:
+            callScript(handle, window, argumentCount, result);
+            return CallOutcome::Done;
+        case Kind::Host:
+            break;
+    }
+    return callHost(handle, window, argumentCount, result);
+}
+
+bool Engine::takeShortcut(const RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount,
+                          RubyValue* result) {
+    using Shortcut = RubyFunctionHandle::Shortcut;
+    RubyValue* argument = window + 1;
+    RubyValue value;
+    switch (handle.shortcut) {
+        case Shortcut::None:
+            return false;
+        case Shortcut::Len:
+            if (argumentCount != 1 || !(argument->isArray() || argument->isString())) {
+                return false;
+            }
+            value =
+                argument->isArray() ? RubyValue(argument->asArray().size()) : RubyValue(argument->asString().size());
+            break;
+        case Shortcut::ArrayPush:
+            if (argumentCount != 2 || !argument->isArray()) {
+                return false;
+            }
+            argument->asArray().push_back(std::move(argument[1]));
+            moveRegister(&value, argument);
+            break;
+        case Shortcut::MathFloor:
+            // Beyond 2 to the power 53 the way through doubles would show.
+            if (argumentCount != 1) {
+                return false;
+            }
+            constexpr std::int64_t kLargestExact = std::int64_t{1} << 53;
+            if (argument->isInteger() && argument->data.integer < kLargestExact &&
+                argument->data.integer > -kLargestExact) {
+                moveRegister(&value, argument);
+                break;
+            }
+            if (!argument->isFloat() || !(std::fabs(argument->data.floating) < 0x1p53)) {
+                return false;
+            }
+            value = static_cast<std::int64_t>(std::floor(argument->data.floating));
+            break;
+    }
+    finishCall(window, argumentCount, result, std::move(value));
+    return true;
+}
+
+void Engine::callNative(const RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount,
+                        RubyValue* result) {
+    if (handle.shortcut != RubyFunctionHandle::Shortcut::None && takeShortcut(handle, window, argumentCount, result)) {
+        return;
+    }
+    finishCall(window, argumentCount, result,
+               handle.nativeFunction(*m_vm.owner, RubyArguments(window + 1, argumentCount)));
+}
+
+void Engine::callScript(RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount, RubyValue* result) {
+    if (handle.program == nullptr) {
+        runtimeError(program(), line(), "script function program is missing");
+    }
+    if (!hasFunction(handle)) {
+        runtimeError(program(), line(), "function index is out of range");
+    }
+    if (const Code* code = codeOf(handle)) {
+        releaseRegister(window);
+        return enterFunction(handle, *code, window + 1, argumentCount, result, kPlainFrame);
+    }
+    if (nativeStackLow()) {
+        runtimeError(program(), line(), "stack overflow");
+    }
+    RubyValue value = m_vm.runFunction(handle.program, handle.functionIndex, window + 1, argumentCount);
+    finishCall(window, argumentCount, result, std::move(value));
+}
+
+Engine::CallOutcome Engine::callHost(const RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount,
+                                     RubyValue* result) {
+    const RubyValue* arguments = window + 1;
+    switch (handle.intrinsic) {
+        case Intrinsic::Error:
+            m_message = errorCallMessage(arguments, argumentCount);
+            return CallOutcome::Raised;
+        case Intrinsic::Pcall:
+            callProtected(window, argumentCount, result);
+            return CallOutcome::Done;
+        case Intrinsic::TableSet:
+            finishCall(window, argumentCount, result, tableSet(arguments, argumentCount));
+            return CallOutcome::Done;
+        case Intrinsic::None:
+            break;
+    }
+    const RubyArguments view(arguments, argumentCount);
+    RubyVM& vm = *m_vm.owner;
+    finishCall(window, argumentCount, result,
+               handle.nativeFunction != nullptr ? handle.nativeFunction(vm, view) : handle.hostFunction(vm, view));
+    return CallOutcome::Done;
+}
+
+void Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyValue* arguments,
+                           std::size_t argumentCount, RubyValue* result, std::uint32_t marks) {
+    if (argumentCount != code.parameterCount) {
+        runtimeError(*code.program, 0, arityMessage(*code.function, argumentCount));
+    }
+    pushFrame(code, arguments, result, marks);
+    m_current->handle = &handle;
+    ++handle.references;
+    if (m_current->base != arguments) {
+        for (std::size_t i = 0; i < argumentCount; ++i) {
+            moveRegister(m_current->base + i, arguments + i);
+        }
+    }
+    prepareRegisters(code, m_current->base);
+}
+
+void Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyValue* result) {
+    requireArgumentCount("pcall", argumentCount, 1, kNoMaximum);
+    RubyValue* callee = window + 1;
+    if (callee->isFunction()) {
+        auto& handle = *static_cast<RubyFunctionHandle*>(callee->data.box);
+        const bool isScript = handle.kind == Kind::Script && handle.program != nullptr && hasFunction(handle);
+        const Code* code = isScript ? codeOf(handle) : nullptr;
+        // A wrong argument count fails inside the protection, and a guarded function has an outcome of its own.
+        if (code != nullptr && code->function->fastKind != FastKind::Guarded &&
+            argumentCount - 1 == code->parameterCount) {
+            enterFunction(handle, *code, callee + 1, argumentCount - 1, result, kProtectedFrame);
+            releaseRegister(window);
+            releaseRegister(callee);
+            return;
+        }
+    }
+    RubyValue outcome = m_vm.protectedCall(program(), window + 1, argumentCount, line());
+    finishCall(window, argumentCount, result, std::move(outcome));
+}
+
+const Code* Engine::codeOf(const RubyFunctionHandle& handle) {
+    if (handle.code == nullptr || handle.code->engine != m_identity.get()) {
+        const Code* code = codeFor(*handle.program, handle.functionIndex);
+        if (code == nullptr) {
+            return nullptr;
+        }
+        handle.code = code;
+    }
+    return handle.code;
+}
+
+}  // namespace morvel::ruby::internal

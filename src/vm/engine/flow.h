@@ -1,0 +1,44 @@
+// What is known about a function's stack code before it is translated.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "compiler/program.h"
+
+namespace morvel::ruby::internal {
+
+/// Depth of an instruction that no path reaches.
+inline constexpr std::int32_t kUnreachable = -1;
+
+/// A stretch of instructions that is entered only at its start and left only at its end.
+struct Block {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    /// Blocks that may follow; none after a Return or at the end of the code.
+    std::vector<std::size_t> successors;
+    std::vector<std::size_t> predecessors;
+    /// True when running off the end of the code may follow.
+    bool reachesEnd = false;
+};
+
+/// The control flow of a function whose reachable code is sound.
+struct Flow {
+    /// Stack depth before each instruction.
+    std::vector<std::int32_t> depths;
+    /// Reachable blocks in code order.
+    std::vector<Block> blocks;
+    std::int32_t deepest = 0;
+};
+
+/// Verifies a function: operands in range, constants of the right kind, jump targets inside the code, the stack depth
+/// the same on every path and never below zero. Nothing when any of it fails; the plain executor then reports what is
+/// wrong when, and only if, it is executed.
+[[nodiscard]] std::optional<Flow> analyzeFlow(const Program& program, const CompiledFunction& function);
+
+/// For each instruction, true when it is a Pop whose value may be returned at the end of the code.
+[[nodiscard]] std::vector<bool> findLivePops(const CompiledFunction& function, const Flow& flow);
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,280 @@
+// The parts of instructions that are rare or may fail, kept out of the loop.
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <string_view>
+
+#include "value/render.h"
+#include "vm/engine/engine.h"
+#include "vm/engine/registers.h"
+#include "vm/errors.h"
+#include "vm/impl.h"
+#include "vm/indexing.h"
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+bool isIntegerOrFloat(const RubyValue& value) { return value.isInteger() || value.isFloat(); }
+
+double numberOf(const RubyValue& value) {
+    return value.isInteger() ? static_cast<double>(value.data.integer) : value.data.floating;
+}
+
+/// True for an integer and a float, the one case of numbers that is common and not handled in the loop.
+bool areMixedNumbers(const RubyValue& left, const RubyValue& right) {
+    return left.type != right.type && isIntegerOrFloat(left) && isIntegerOrFloat(right);
+}
+
+/// The operation on an integer and a float; false for those that have more to check.
+template <OpCode Operation>
+bool calculateMixed(RubyValue* target, const RubyValue& left, const RubyValue& right) {
+    if (!areMixedNumbers(left, right)) {
+        return false;
+    }
+    switch (Operation) {
+        case OpCode::Add:
+            assignRegister(target, RubyValue(numberOf(left) + numberOf(right)));
+            return true;
+        case OpCode::Subtract:
+            assignRegister(target, RubyValue(numberOf(left) - numberOf(right)));
+            return true;
+        case OpCode::Multiply:
+            assignRegister(target, RubyValue(numberOf(left) * numberOf(right)));
+            return true;
+        default:
+            return false;
+    }
+}
+
+template <OpCode Operation>
+RubyValue calculate(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    switch (Operation) {
+        case OpCode::Add:
+            return addValues(left, right, program, line);
+        case OpCode::Subtract:
+            return subtractValues(left, right, program, line);
+        case OpCode::Multiply:
+            return multiplyValues(left, right, program, line);
+        case OpCode::Divide:
+            return divideValues(left, right, program, line);
+        default:
+            return moduloValues(left, right, program, line);
+    }
+}
+
+/// A text of few bytes under construction.
+class ShortText {
+public:
+    /// Adds the text of a string or an integer; false when it does not fit or the value is of another kind.
+    bool append(const RubyValue& value) {
+        constexpr std::size_t kLongest = ShortStrings<1>::kLongest;
+        char* const end = m_bytes.data() + m_size;
+        if (value.isString()) {
+            const std::string& text = value.asString();
+            if (text.size() > kLongest - m_size) {
+                return false;
+            }
+            std::memcpy(end, text.data(), text.size());
+            m_size += text.size();
+            return true;
+        }
+        if (!value.isInteger()) {
+            return false;
+        }
+        const auto written = std::to_chars(end, m_bytes.data() + kLongest, value.data.integer);
+        if (written.ec != std::errc()) {
+            return false;
+        }
+        m_size = static_cast<std::size_t>(written.ptr - m_bytes.data());
+        return true;
+    }
+
+    [[nodiscard]] std::string_view view() const { return {m_bytes.data(), m_size}; }
+
+private:
+    std::array<char, ShortStrings<1>::kLongest> m_bytes;
+    std::size_t m_size = 0;
+};
+
+/// Appends in place when the left operand is the only holder of its string and ends with this instruction: replaced by
+/// the result, or dying. Then the result is still in the left operand's place.
+bool appendInPlace(RubyValue* left, const RubyValue& right, bool leftEnds) {
+    if (!leftEnds || !left->isString() || left->data.box->references != 1) {
+        return false;
+    }
+    auto* box = static_cast<StringBox*>(left->data.box);
+    if (right.isString()) {
+        box->text += right.asString();
+    } else {
+        // A rendering that fails half-way must leave the string as it was.
+        std::string text;
+        appendText(text, right);
+        box->text += text;
+    }
+    box->hash = 0;
+    return true;
+}
+
+}  // namespace
+
+bool Engine::joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks) {
+    if (!left->isString() && !right->isString()) {
+        return false;
+    }
+    ShortText text;
+    if (!text.append(*left) || !text.append(*right)) {
+        return false;
+    }
+    RubyValue value = m_shortStrings.valueOf(text.view());
+    releaseIf((marks & kTemporaryB) != 0, left);
+    releaseIf((marks & kTemporaryC) != 0, right);
+    assignRegister(target, std::move(value));
+    return true;
+}
+
+template <OpCode Operation>
+void Engine::arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks) {
+    if (calculateMixed<Operation>(target, *left, *right)) {
+        return;
+    }
+    if constexpr (Operation == OpCode::Add) {
+        if (joinShort(target, left, right, marks)) {
+            return;
+        }
+        if (appendInPlace(left, *right, target == left || (marks & kTemporaryB) != 0)) {
+            releaseIf((marks & kTemporaryC) != 0 && right != left, right);
+            if (target != left) {
+                releaseRegister(target);
+                moveRegister(target, left);
+            }
+            return;
+        }
+    }
+    RubyValue value = calculate<Operation>(*left, *right, program(), line());
+    releaseIf((marks & kTemporaryB) != 0, left);
+    releaseIf((marks & kTemporaryC) != 0, right);
+    assignRegister(target, std::move(value));
+}
+
+template void Engine::arithmeticSlow<OpCode::Add>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
+template void Engine::arithmeticSlow<OpCode::Subtract>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
+template void Engine::arithmeticSlow<OpCode::Multiply>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
+template void Engine::arithmeticSlow<OpCode::Divide>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
+template void Engine::arithmeticSlow<OpCode::Modulo>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
+
+bool Engine::equalSlow(RubyValue* left, RubyValue* right, std::uint8_t marks) {
+    if (!left->isBoxed() && left->type == right->type) {
+        return valuesEqual(*left, *right);
+    }
+    const bool equal = valuesEqual(*left, *right);
+    releaseIf((marks & kTemporaryB) != 0, left);
+    releaseIf((marks & kTemporaryC) != 0, right);
+    return equal;
+}
+
+template <bool OrEqual>
+bool Engine::lessSlow(RubyValue* left, RubyValue* right, std::uint8_t marks) {
+    if (areMixedNumbers(*left, *right)) {
+        return OrEqual ? numberOf(*left) <= numberOf(*right) : numberOf(*left) < numberOf(*right);
+    }
+    constexpr Ordering kOrdering = OrEqual ? Ordering::LessEqual : Ordering::Less;
+    const bool less = compareOrdered(*left, *right, kOrdering, program(), line()).data.boolean;
+    releaseIf((marks & kTemporaryB) != 0, left);
+    releaseIf((marks & kTemporaryC) != 0, right);
+    return less;
+}
+
+template bool Engine::lessSlow<false>(RubyValue*, RubyValue*, std::uint8_t);
+template bool Engine::lessSlow<true>(RubyValue*, RubyValue*, std::uint8_t);
+
+void Engine::loadByte(RubyValue* target, const std::string& text, std::size_t position) {
+    RubyValue& cached = m_byteStrings[static_cast<unsigned char>(text[position])];
+    if (cached.isNil()) {
+        cached = byteString(text[position]);
+    }
+    assignRegister(target, RubyValue(cached));
+}
+
+void Engine::getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t marks) {
+    if (container->isMap() && (index->isString() || index->isInteger())) {
+        const RubyValue* found = container->asMap().findValue(*index);
+        RubyValue value = found == nullptr ? RubyValue() : *found;
+        releaseIf((marks & kTemporaryB) != 0, container);
+        releaseIf((marks & kTemporaryC) != 0, index);
+        assignRegister(target, std::move(value));
+        return;
+    }
+    if (container->isString() && index->isInteger() && (marks & kTemporaryB) == 0) {
+        const std::string& text = container->asString();
+        const auto position = static_cast<std::size_t>(index->data.integer);
+        if (position < text.size()) {
+            loadByte(target, text, position);
+            return;
+        }
+    }
+    RubyValue value = loadIndex(*container, *index, program(), line());
+    releaseIf((marks & kTemporaryB) != 0, container);
+    releaseIf((marks & kTemporaryC) != 0, index);
+    assignRegister(target, std::move(value));
+}
+
+void Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* value, std::uint8_t marks) {
+    if (container->isArray() && index->isInteger()) {
+        RubyArray& elements = container->asArray();
+        const auto position = static_cast<std::size_t>(index->data.integer);
+        if (position < elements.size()) {
+            RubyValue old = std::move(elements[position]);
+            if ((marks & kTemporaryC) != 0) {
+                moveRegister(&elements[position], value);
+            } else {
+                copyToDead(&elements[position], value);
+            }
+            return;
+        }
+    }
+    storeIndex(*container, *index, *value, program(), line());
+    releaseIf((marks & kTemporaryB) != 0, index);
+    releaseIf((marks & kTemporaryC) != 0, value);
+}
+
+void Engine::negateSlow(RubyValue* target, RubyValue* value, std::uint8_t marks) {
+    RubyValue negated = negateValue(*value, program(), line());
+    releaseIf((marks & kTemporaryB) != 0, value);
+    assignRegister(target, std::move(negated));
+}
+
+void Engine::pushElement(RubyValue* array, RubyValue* value, bool valueDies) {
+    RubyArray& elements = array->asArray();
+    if (valueDies) {
+        elements.push_back(std::move(*value));
+    } else {
+        elements.push_back(*value);
+    }
+}
+
+void Engine::makeArray(RubyValue* target, RubyValue* first, std::size_t count) {
+    RubyValue array = RubyValue::makeArray();
+    RubyArray& elements = array.asArray();
+    elements.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        elements.push_back(std::move(first[i]));
+    }
+    assignRegister(target, std::move(array));
+}
+
+void Engine::defineFunction(const Definition& definition) {
+    m_globals.setValue(definition.globalSlot, makeScriptFunction(definition.name, definition.functionIndex,
+                                                                 const_cast<Program&>(program()).shared_from_this()));
+}
+
+void Engine::loadFallback(RubyValue* target, const LocalFallback& fallback) {
+    if (!m_globals.isDefined(fallback.globalSlot)) {
+        failUndefined(fallback.globalSlot);
+    }
+    assignRegister(target, RubyValue(m_globals.value(fallback.globalSlot)));
+}
+
+void Engine::failUndefined(std::size_t globalSlot) { undefinedName(program(), line(), m_globals.nameOf(globalSlot)); }
+
+}  // namespace morvel::ruby::internal

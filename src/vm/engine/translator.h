@@ -1,0 +1,18 @@
+// Translates the stack code of a function into the engine's register form.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "compiler/program.h"
+#include "vm/engine/code.h"
+#include "vm/globals.h"
+
+namespace morvel::ruby::internal {
+
+/// The register form of function `functionIndex`; null when the function does not verify or exceeds what register
+/// operands can name, and is left to the plain executor. Names that the function mentions get global slots.
+[[nodiscard]] std::unique_ptr<Code> translateFunction(const Program& program, std::int32_t functionIndex,
+                                                      GlobalTable& globals);
+
+}  // namespace morvel::ruby::internal

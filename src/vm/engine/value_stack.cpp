@@ -1,0 +1,39 @@
+#include "vm/engine/value_stack.h"
+
+#include <algorithm>
+
+namespace morvel::ruby::internal {
+
+ValueStack::ValueStack() {
+    m_chunks.push_back({std::make_unique<RubyValue[]>(kFirstChunk), kFirstChunk});
+    m_total = kFirstChunk;
+    returnToChunk(0);
+}
+
+RubyValue* ValueStack::enterNextChunk(std::size_t count) {
+    const std::size_t next = m_chunk + 1;
+    if (next < m_chunks.size() && m_chunks[next].size < count) {
+        // Nothing is in use beyond the current chunk, so one that is too small makes way.
+        while (m_chunks.size() > next) {
+            m_total -= m_chunks.back().size;
+            m_chunks.pop_back();
+        }
+    }
+    if (next == m_chunks.size()) {
+        const std::size_t size = std::max(count, std::min(m_chunks.back().size * 2, kLargestStep));
+        if (size > kMostValues - m_total) {
+            return nullptr;
+        }
+        m_chunks.push_back({std::make_unique<RubyValue[]>(size), size});
+        m_total += size;
+    }
+    returnToChunk(next);
+    return m_chunks[next].values.get();
+}
+
+void ValueStack::returnToChunk(std::size_t chunk) noexcept {
+    m_chunk = chunk;
+    m_end = m_chunks[chunk].values.get() + m_chunks[chunk].size;
+}
+
+}  // namespace morvel::ruby::internal

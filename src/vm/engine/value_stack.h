@@ -1,0 +1,44 @@
+// The registers of all active frames. Grows by chunks that never move, so that pointers to registers stay valid.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "morvel/ruby/value.h"
+
+namespace morvel::ruby::internal {
+
+/// A dead register never holds a boxed value; all registers above the top frame are dead.
+class ValueStack {
+public:
+    ValueStack();
+
+    [[nodiscard]] RubyValue* begin() noexcept { return m_chunks.front().values.get(); }
+    [[nodiscard]] RubyValue* end() const noexcept { return m_end; }
+    [[nodiscard]] std::size_t chunk() const noexcept { return m_chunk; }
+
+    /// Moves on to a chunk with room for `count` registers; its begin. Null when the stack has reached its limit.
+    /// Throws std::bad_alloc.
+    [[nodiscard]] RubyValue* enterNextChunk(std::size_t count);
+    /// Moves back to an earlier chunk. Later chunks are kept for the next time.
+    void returnToChunk(std::size_t chunk) noexcept;
+
+private:
+    struct Chunk {
+        std::unique_ptr<RubyValue[]> values;
+        std::size_t size = 0;
+    };
+
+    static constexpr std::size_t kFirstChunk = 1 << 10;
+    static constexpr std::size_t kLargestStep = 1 << 20;
+    /// Limit of the whole stack, in values of 16 bytes.
+    static constexpr std::size_t kMostValues = 1 << 25;
+
+    std::vector<Chunk> m_chunks;
+    std::size_t m_chunk = 0;
+    std::size_t m_total = 0;
+    RubyValue* m_end = nullptr;
+};
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,54 @@
+#include "vm/errors.h"
+
+#include <new>
+
+#include "morvel/ruby/error.h"
+
+namespace morvel::ruby::internal {
+
+void runtimeError(const Program& program, unsigned line, const std::string& message) {
+    throw RubyError(program.name + ":" + std::to_string(line) + ": " + message);
+}
+
+const std::string& requireStringConstant(const Program& program, std::int32_t index, unsigned line) {
+    if (const std::string* text = getStringConstantPtr(program, index)) {
+        return *text;
+    }
+    const bool exists = index >= 0 && static_cast<std::size_t>(index) < program.constants.size();
+    runtimeError(program, line, exists ? "constant is not a string" : "constant index is out of range");
+}
+
+std::string errorText(const std::exception& exception) {
+    if (const auto* error = dynamic_cast<const RubyError*>(&exception)) {
+        return error->message();
+    }
+    if (dynamic_cast<const std::bad_alloc*>(&exception) != nullptr) {
+        return "out of memory";
+    }
+    return exception.what();
+}
+
+std::string arityMessage(const CompiledFunction& function, std::size_t argumentCount) {
+    return "function '" + function.name + "' expected " + std::to_string(function.params.size()) +
+           " arguments but received " + std::to_string(argumentCount);
+}
+
+void undefinedName(const Program& program, unsigned line, const std::string& name) {
+    runtimeError(program, line, "undefined variable or function '" + name + "'");
+}
+
+std::string describeArgumentExpectation(std::size_t minimum, std::size_t maximum) {
+    if (minimum == maximum) {
+        return minimum == 1 ? "exactly 1 argument" : "exactly " + std::to_string(minimum) + " arguments";
+    }
+    if (maximum == kNoMaximum) {
+        return "at least " + std::to_string(minimum) + " arguments";
+    }
+    return "between " + std::to_string(minimum) + " and " + std::to_string(maximum) + " arguments";
+}
+
+void failArgumentCount(const char* name, std::size_t minimum, std::size_t maximum) {
+    throw RubyError(std::string(name) + " expects " + describeArgumentExpectation(minimum, maximum));
+}
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,43 @@
+// How run-time failures get their text.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <string>
+
+#include "compiler/program.h"
+#include "value/operators.h"
+
+namespace morvel::ruby::internal {
+
+/// The string held by constant `index`; fails with "constant index is out of range" or "constant is not a string".
+[[nodiscard]] const std::string& requireStringConstant(const Program& program, std::int32_t index, unsigned line);
+
+/// The text of a caught exception as scripts and results see it: a script error's whole message, "out of memory" for a
+/// failed allocation, else what().
+[[nodiscard]] std::string errorText(const std::exception& exception);
+
+/// "function 'NAME' expected N arguments but received M".
+[[nodiscard]] std::string arityMessage(const CompiledFunction& function, std::size_t argumentCount);
+
+/// Raises "undefined variable or function 'NAME'".
+[[noreturn]] void undefinedName(const Program& program, unsigned line, const std::string& name);
+
+/// "exactly 1 argument", "at least 2 arguments", "between 1 and 2 arguments", ...
+[[nodiscard]] std::string describeArgumentExpectation(std::size_t minimum, std::size_t maximum);
+
+/// Stands for "no maximum" in an argument count.
+inline constexpr std::size_t kNoMaximum = static_cast<std::size_t>(-1);
+
+/// Throws RubyError "NAME expects " and the expectation.
+[[noreturn]] void failArgumentCount(const char* name, std::size_t minimum, std::size_t maximum);
+
+/// Fails as above when `count` is below `minimum` or above `maximum`.
+inline void requireArgumentCount(const char* name, std::size_t count, std::size_t minimum, std::size_t maximum) {
+    if (count < minimum || count > maximum) {
+        failArgumentCount(name, minimum, maximum);
+    }
+}
+
+}  // namespace morvel::ruby::internal

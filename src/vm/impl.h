@@ -1,0 +1,114 @@
+// The state and the operations behind RubyVM.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <random>
+#include <string>
+
+#include "compiler/program.h"
+#include "morvel/ruby/vm.h"
+#include "vm/globals.h"
+
+namespace morvel::ruby {
+
+namespace internal {
+
+class Engine;
+
+/// Which executor runs functions. Tests compare the two; nothing else changes the choice.
+enum class ExecutorChoice : std::uint8_t { Automatic, PlainOnly };
+
+}  // namespace internal
+
+class RubyVM::Impl {
+public:
+    using Program = internal::Program;
+    using CompiledFunction = internal::CompiledFunction;
+
+    /// Binds the standard library.
+    explicit Impl(RubyVM* vm);
+    ~Impl();
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
+
+    /// The implementation behind a VM, for host functions that belong to the runtime.
+    [[nodiscard]] static Impl& of(RubyVM& vm) noexcept { return *vm.m_impl; }
+
+    /// Sets the version globals and binds every built-in.
+    void bindDefaults();
+
+    void bindFunction(const std::string& name, RubyHostFunction callback,
+                      RubyFunctionHandle::Shortcut shortcut = RubyFunctionHandle::Shortcut::None);
+    void setGlobal(const std::string& name, const RubyValue& value);
+    [[nodiscard]] bool getGlobal(const std::string& name, RubyValue& value) const;
+
+    [[nodiscard]] static RubyBytecode compileScript(const std::string& source, const std::string& chunkName);
+    [[nodiscard]] static bool writeBytecodeFile(const std::string& source, const std::string& outputPath,
+                                                const std::string& chunkName, std::string* error);
+    RubyResult runScriptString(const std::string& source, const std::string& chunkName);
+    RubyResult runScriptFile(const std::string& path);
+    RubyResult runBytecode(const RubyBytecode& bytecode);
+    RubyResult runBytecodeFile(const std::string& path);
+
+    /// Compiles source text into a function value for its top-level code, which nothing has run yet.
+    [[nodiscard]] static RubyValue loadScript(const std::string& source, const std::string& chunkName);
+
+    std::size_t ensureGlobalSlot(const std::string& name) { return globals.ensureSlot(name); }
+    void setGlobalSlotValue(std::size_t slot, const RubyValue& value) { globals.setValue(slot, value); }
+
+    /// Runs one function of a loaded program, whoever executes it. This is the one place that decides.
+    RubyValue runFunction(const std::shared_ptr<Program>& program, std::int32_t functionIndex,
+                          const RubyValue* arguments, std::size_t argumentCount);
+
+    /// Calls any value. `program` and `line` are the caller's: they locate errors raised before the callee starts.
+    /// Fails with "attempted to call a non-function value", "function handle is empty",
+    /// "script function program is missing" or "function index is out of range", or as the callee does.
+    RubyValue callValue(const Program& program, const RubyValue& callee, const RubyValue* arguments,
+                        std::size_t argumentCount, unsigned line);
+
+    /// The plain executor: runs stack instructions one by one and checks everything as it goes.
+    RubyValue executeFunction(const std::shared_ptr<Program>& program, std::int32_t functionIndex,
+                              const RubyValue* arguments, std::size_t argumentCount);
+
+    /// Runs a function with a fast form by walking its expression tree.
+    RubyValue executeFastFunction(const std::shared_ptr<Program>& program, const CompiledFunction& function,
+                                  const RubyValue* arguments, std::size_t argumentCount);
+    RubyValue evaluateFastNode(const Program& program, const CompiledFunction& function, std::int32_t nodeIndex,
+                               const RubyValue* arguments, std::size_t argumentCount);
+
+    /// Calls arguments[0] with the other arguments in protected mode; the result array of `pcall`.
+    RubyValue protectedCall(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
+                            unsigned line);
+
+    internal::GlobalTable globals;
+    internal::ExecutorChoice executor = internal::ExecutorChoice::Automatic;
+    std::mt19937_64 random;
+    /// The VM that owns this implementation; host functions receive it.
+    RubyVM* owner;
+
+private:
+    std::unique_ptr<internal::Engine> m_engine;
+};
+
+namespace internal {
+
+/// A function value over function `functionIndex` of `program`, which the value keeps alive.
+[[nodiscard]] RubyValue makeScriptFunction(const std::string& name, std::int32_t functionIndex,
+                                           const std::shared_ptr<Program>& program);
+
+/// What a function value points at.
+[[nodiscard]] inline const RubyFunctionHandle& handleOf(const RubyValue& function) noexcept {
+    return *static_cast<const RubyFunctionHandle*>(function.data.box);
+}
+
+/// Carries out `error(...)`: checks the argument count and gives the message to raise.
+[[nodiscard]] std::string errorCallMessage(const RubyValue* arguments, std::size_t argumentCount);
+
+/// Carries out `table_set(...)`; returns the stored value.
+RubyValue tableSet(const RubyValue* arguments, std::size_t argumentCount);
+
+}  // namespace internal
+
+}  // namespace morvel::ruby

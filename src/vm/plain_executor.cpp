@@ -1,0 +1,294 @@
+// The plain executor: one stack instruction after the other, every check made as it goes.
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+#include "morvel/ruby/error.h"
+#include "vm/errors.h"
+#include "vm/impl.h"
+#include "vm/indexing.h"
+
+namespace morvel::ruby {
+
+namespace internal {
+
+namespace {
+
+/// The values of one call's locals. Few of them live in the activation itself.
+class Locals {
+public:
+    explicit Locals(std::size_t count) : m_count(count) {
+        if (count > kInlineLocals) {
+            m_many.resize(count);
+        }
+        for (std::size_t i = 0; i < count; ++i) {
+            at(i) = makeUndefined();
+        }
+    }
+
+    [[nodiscard]] std::size_t size() const { return m_count; }
+    RubyValue& at(std::size_t slot) { return m_count > kInlineLocals ? m_many[slot] : m_few[slot]; }
+    [[nodiscard]] bool isAssigned(std::size_t slot) { return at(slot).type != kUndefinedType; }
+
+private:
+    static constexpr std::size_t kInlineLocals = 16;
+
+    std::size_t m_count;
+    std::array<RubyValue, kInlineLocals> m_few;
+    std::vector<RubyValue> m_many;
+};
+
+/// One call of one function.
+class Activation {
+public:
+    Activation(RubyVM::Impl& vm, std::shared_ptr<Program> program, std::int32_t functionIndex)
+        : m_vm(vm),
+          m_program(std::move(program)),
+          m_functionIndex(functionIndex),
+          m_function(m_program->functions[static_cast<std::size_t>(functionIndex)]),
+          m_locals(m_function.localNames.size()) {}
+
+    RubyValue run(const RubyValue* arguments, std::size_t argumentCount) {
+        // Duplicate parameter names leave fewer locals than arguments; the surplus is counted but not stored.
+        const std::size_t stored = std::min(argumentCount, m_locals.size());
+        for (std::size_t i = 0; i < stored; ++i) {
+            m_locals.at(i) = arguments[i];
+        }
+        while (m_next < m_function.code.size()) {
+            const std::size_t index = m_next++;
+            const Instruction& instruction = m_function.code[index];
+            if (instruction.op == OpCode::Return) {
+                return m_stack.empty() ? RubyValue() : pop(instruction.line);
+            }
+            execute(instruction, index);
+        }
+        return std::move(m_lastValue);
+    }
+
+private:
+    void execute(const Instruction& instruction, std::size_t index);
+    void pushConstant(const Instruction& instruction);
+    void loadName(const Instruction& instruction, std::size_t index);
+    void storeName(const Instruction& instruction, std::size_t index);
+    void storeGlobal(const Instruction& instruction, const RubyValue& value);
+    void binary(const Instruction& instruction);
+    [[nodiscard]] RubyValue binaryResult(const Instruction& instruction, const RubyValue& left,
+                                         const RubyValue& right) const;
+    void jump(const Instruction& instruction, const char* message);
+    void call(const Instruction& instruction);
+    void makeArray(const Instruction& instruction);
+    void getIndex(const Instruction& instruction);
+    void setIndex(const Instruction& instruction);
+
+    void push(RubyValue value) { m_stack.push_back(std::move(value)); }
+
+    RubyValue pop(unsigned line) {
+        if (m_stack.empty()) {
+            failAt(line, "stack underflow");
+        }
+        RubyValue top = std::move(m_stack.back());
+        m_stack.pop_back();
+        return top;
+    }
+
+    [[noreturn]] void failAt(unsigned line, const char* message) const { runtimeError(*m_program, line, message); }
+
+    RubyVM::Impl& m_vm;
+    const std::shared_ptr<Program> m_program;
+    const std::int32_t m_functionIndex;
+    const CompiledFunction& m_function;
+    Locals m_locals;
+    std::vector<RubyValue> m_stack;
+    RubyValue m_lastValue;
+    std::size_t m_next = 0;
+};
+
+void Activation::execute(const Instruction& instruction, std::size_t index) {
+    const unsigned line = instruction.line;
+    switch (instruction.op) {
+        case OpCode::PushConst:
+            return pushConstant(instruction);
+        case OpCode::LoadName:
+            return loadName(instruction, index);
+        case OpCode::StoreName:
+            return storeName(instruction, index);
+        case OpCode::Pop:
+            m_lastValue = pop(line);
+            return;
+        case OpCode::Negate:
+            return push(negateValue(pop(line), *m_program, line));
+        case OpCode::Not:
+            return push(!pop(line).isTruthy());
+        case OpCode::Jump:
+            return jump(instruction, "jump target is out of range");
+        case OpCode::JumpIfFalse:
+            if (!pop(line).isTruthy()) {
+                jump(instruction, "conditional jump target is out of range");
+            }
+            return;
+        case OpCode::Call:
+            return call(instruction);
+        case OpCode::DefineFunction: {
+            const std::string& name = requireStringConstant(*m_program, instruction.a, line);
+            return storeGlobal(instruction, makeScriptFunction(name, instruction.b, m_program));
+        }
+        case OpCode::MakeArray:
+            return makeArray(instruction);
+        case OpCode::GetIndex:
+            return getIndex(instruction);
+        case OpCode::SetIndex:
+            return setIndex(instruction);
+        default:
+            if (opcodeInfo(instruction.op) == nullptr) {
+                failAt(line, "unknown opcode");
+            }
+            return binary(instruction);
+    }
+}
+
+void Activation::pushConstant(const Instruction& instruction) {
+    if (instruction.a < 0 || static_cast<std::size_t>(instruction.a) >= m_program->constants.size()) {
+        failAt(instruction.line, "constant index is out of range");
+    }
+    push(m_program->constants[static_cast<std::size_t>(instruction.a)]);
+}
+
+void Activation::loadName(const Instruction& instruction, std::size_t index) {
+    const std::int32_t local = localSlotAt(m_function, index);
+    if (local != kNoLocalSlot && m_locals.isAssigned(static_cast<std::size_t>(local))) {
+        return push(m_locals.at(static_cast<std::size_t>(local)));
+    }
+    const std::string& name = requireStringConstant(*m_program, instruction.a, instruction.line);
+    const std::size_t slot = m_vm.globals.findSlot(name);
+    if (!m_vm.globals.isDefined(slot)) {
+        undefinedName(*m_program, instruction.line, name);
+    }
+    push(m_vm.globals.value(slot));
+}
+
+void Activation::storeName(const Instruction& instruction, std::size_t index) {
+    if (m_stack.empty()) {
+        failAt(instruction.line, "assignment requires a value");
+    }
+    const std::int32_t local = localSlotAt(m_function, index);
+    if (local == kNoLocalSlot || m_functionIndex == 0) {
+        return storeGlobal(instruction, m_stack.back());
+    }
+    m_locals.at(static_cast<std::size_t>(local)) = m_stack.back();
+}
+
+void Activation::storeGlobal(const Instruction& instruction, const RubyValue& value) {
+    const std::string& name = requireStringConstant(*m_program, instruction.a, instruction.line);
+    m_vm.setGlobalSlotValue(m_vm.ensureGlobalSlot(name), value);
+}
+
+void Activation::binary(const Instruction& instruction) {
+    const RubyValue right = pop(instruction.line);
+    const RubyValue left = pop(instruction.line);
+    push(binaryResult(instruction, left, right));
+}
+
+RubyValue Activation::binaryResult(const Instruction& instruction, const RubyValue& left,
+                                   const RubyValue& right) const {
+    const unsigned line = instruction.line;
+    switch (instruction.op) {
+        case OpCode::Add:
+            return addValues(left, right, *m_program, line);
+        case OpCode::Subtract:
+            return subtractValues(left, right, *m_program, line);
+        case OpCode::Multiply:
+            return multiplyValues(left, right, *m_program, line);
+        case OpCode::Divide:
+            return divideValues(left, right, *m_program, line);
+        case OpCode::Modulo:
+            return moduloValues(left, right, *m_program, line);
+        case OpCode::Equal:
+            return valuesEqual(left, right);
+        case OpCode::NotEqual:
+            return !valuesEqual(left, right);
+        case OpCode::Less:
+            return compareOrdered(left, right, Ordering::Less, *m_program, line);
+        case OpCode::LessEqual:
+            return compareOrdered(left, right, Ordering::LessEqual, *m_program, line);
+        case OpCode::Greater:
+            return compareOrdered(left, right, Ordering::Greater, *m_program, line);
+        case OpCode::GreaterEqual:
+            return compareOrdered(left, right, Ordering::GreaterEqual, *m_program, line);
+        case OpCode::And:
+            return left.isTruthy() && right.isTruthy();
+        default:
+            return left.isTruthy() || right.isTruthy();
+    }
+}
+
+void Activation::jump(const Instruction& instruction, const char* message) {
+    if (instruction.a < 0 || static_cast<std::size_t>(instruction.a) > m_function.code.size()) {
+        failAt(instruction.line, message);
+    }
+    m_next = static_cast<std::size_t>(instruction.a);
+}
+
+void Activation::call(const Instruction& instruction) {
+    if (instruction.a < 0) {
+        failAt(instruction.line, "argument count is invalid");
+    }
+    const auto count = static_cast<std::size_t>(instruction.a);
+    if (m_stack.size() <= count) {
+        failAt(instruction.line, "call stack is incomplete");
+    }
+    const std::size_t callee = m_stack.size() - 1 - count;
+    const RubyValue* arguments = count == 0 ? nullptr : &m_stack[callee + 1];
+    RubyValue result = m_vm.callValue(*m_program, m_stack[callee], arguments, count, instruction.line);
+    m_stack.resize(callee);
+    push(std::move(result));
+}
+
+void Activation::makeArray(const Instruction& instruction) {
+    if (instruction.a < 0) {
+        failAt(instruction.line, "array element count is invalid");
+    }
+    const auto count = static_cast<std::size_t>(instruction.a);
+    if (m_stack.size() < count) {
+        failAt(instruction.line, "array literal is missing values");
+    }
+    const auto first = m_stack.end() - instruction.a;
+    RubyArray elements(std::make_move_iterator(first), std::make_move_iterator(m_stack.end()));
+    m_stack.erase(first, m_stack.end());
+    push(std::move(elements));
+}
+
+void Activation::getIndex(const Instruction& instruction) {
+    const RubyValue index = pop(instruction.line);
+    const RubyValue container = pop(instruction.line);
+    push(loadIndex(container, index, *m_program, instruction.line));
+}
+
+void Activation::setIndex(const Instruction& instruction) {
+    const RubyValue value = pop(instruction.line);
+    const RubyValue index = pop(instruction.line);
+    RubyValue container = pop(instruction.line);
+    storeIndex(container, index, value, *m_program, instruction.line);
+    push(std::move(container));
+}
+
+}  // namespace
+
+}  // namespace internal
+
+RubyValue RubyVM::Impl::executeFunction(const std::shared_ptr<Program>& program, std::int32_t functionIndex,
+                                        const RubyValue* arguments, std::size_t argumentCount) {
+    if (program == nullptr) {
+        throw RubyError("script function program is missing");
+    }
+    if (functionIndex < 0 || static_cast<std::size_t>(functionIndex) >= program->functions.size()) {
+        internal::runtimeError(*program, 0, "function index is out of range");
+    }
+    const CompiledFunction& function = program->functions[static_cast<std::size_t>(functionIndex)];
+    if (argumentCount != function.params.size()) {
+        internal::runtimeError(*program, 0, internal::arityMessage(function, argumentCount));
+    }
+    return internal::Activation(*this, program, functionIndex).run(arguments, argumentCount);
+}
+
+}  // namespace morvel::ruby

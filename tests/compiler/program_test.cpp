@@ -1,0 +1,101 @@
+// The program model, the opcode table and the diagnostics.
+#include "compiler/program.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "compiler/compiler.h"
+#include "compiler/diagnostics.h"
+#include "support/assembler.h"
+#include "support/runs.h"
+
+namespace morvel::ruby::tests {
+namespace {
+
+using internal::CompiledFunction;
+using internal::OpCode;
+using internal::Program;
+
+TEST(Opcodes, NumbersAndNames) {
+    const std::vector<std::string> names{
+        "PushConst", "LoadName",       "StoreName",    "Pop",       "Add",      "Subtract", "Multiply",
+        "Divide",    "Modulo",         "Negate",       "Not",       "Equal",    "NotEqual", "Less",
+        "LessEqual", "Greater",        "GreaterEqual", "And",       "Or",       "Jump",     "JumpIfFalse",
+        "Call",      "DefineFunction", "Return",       "MakeArray", "GetIndex", "SetIndex"};
+    ASSERT_EQ(27u, internal::kOpcodes.size());
+    ASSERT_EQ(27u, names.size());
+    for (std::size_t number = 0; number < names.size(); ++number) {
+        const auto* info = internal::opcodeInfo(static_cast<OpCode>(number));
+        ASSERT_NE(nullptr, info);
+        EXPECT_EQ(names[number], info->name);
+    }
+    EXPECT_EQ(13, static_cast<int>(OpCode::Less));
+    EXPECT_EQ(26, static_cast<int>(OpCode::SetIndex));
+}
+
+TEST(Opcodes, NumbersWithoutAnOpcode) {
+    EXPECT_EQ(nullptr, internal::opcodeInfo(static_cast<OpCode>(27)));
+    EXPECT_EQ(nullptr, internal::opcodeInfo(static_cast<OpCode>(255)));
+    EXPECT_EQ(nullptr, internal::opcodeInfo(static_cast<OpCode>(0xffffffff)));
+}
+
+TEST(Program, StartsUnnamedAndEmpty) {
+    const Program program;
+    EXPECT_EQ("<string>", program.name);
+    EXPECT_TRUE(program.constants.empty());
+    EXPECT_TRUE(program.functions.empty());
+}
+
+TEST(Program, AFreshFunctionIsEmpty) {
+    const CompiledFunction fresh;
+    EXPECT_EQ("", fresh.name);
+    EXPECT_TRUE(fresh.params.empty());
+    EXPECT_TRUE(fresh.code.empty());
+    EXPECT_TRUE(fresh.localNames.empty());
+    EXPECT_TRUE(fresh.localSlots.empty());
+    EXPECT_EQ(internal::FastKind::None, fresh.fastKind);
+    EXPECT_TRUE(fresh.fastNodes.empty());
+    EXPECT_EQ(-1, fresh.fastRoot);
+    EXPECT_EQ(-1, fresh.fastGuardRoot);
+    EXPECT_EQ("", fresh.fastErrorMessage);
+}
+
+TEST(Program, CompilingLeavesTheDerivedFieldsFresh) {
+    const Program program = internal::compileSource("def f(a) b = a return b end", "t");
+    ASSERT_EQ(2u, program.functions.size());
+    EXPECT_TRUE(program.functions[1].localNames.empty());
+    EXPECT_EQ(internal::FastKind::None, program.functions[1].fastKind);
+}
+
+TEST(Program, LocalSlotsAreDenseInOrderOfFirstRequest) {
+    CompiledFunction made;
+    EXPECT_EQ(0, internal::ensureLocalSlot(made, "b"));
+    EXPECT_EQ(1, internal::ensureLocalSlot(made, "a"));
+    EXPECT_EQ(0, internal::ensureLocalSlot(made, "b"));
+    EXPECT_EQ(2, internal::ensureLocalSlot(made, ""));
+    EXPECT_EQ((std::vector<std::string>{"b", "a", ""}), made.localNames);
+    EXPECT_EQ(1, made.localSlots.at("a"));
+}
+
+TEST(Program, StringConstantPointers) {
+    const Program program = makeProgram({"name", 5, ""}, {});
+    ASSERT_NE(nullptr, internal::getStringConstantPtr(program, 0));
+    EXPECT_EQ("name", *internal::getStringConstantPtr(program, 0));
+    ASSERT_NE(nullptr, internal::getStringConstantPtr(program, 2));
+    EXPECT_EQ("", *internal::getStringConstantPtr(program, 2));
+    EXPECT_EQ(nullptr, internal::getStringConstantPtr(program, 1));
+    EXPECT_EQ(nullptr, internal::getStringConstantPtr(program, -1));
+    EXPECT_EQ(nullptr, internal::getStringConstantPtr(program, 3));
+    EXPECT_EQ(nullptr, internal::getStringConstantPtr(program, std::numeric_limits<std::int32_t>::max()));
+    EXPECT_EQ(nullptr, internal::getStringConstantPtr(program, std::numeric_limits<std::int32_t>::min()));
+}
+
+TEST(Diagnostics, FormatAndFail) {
+    EXPECT_EQ("<repl>:1:5: expected expression", internal::formatError("<repl>", 1, 5, "expected expression"));
+    EXPECT_EQ(":4294967295:0: ", internal::formatError("", 4294967295U, 0, ""));
+    EXPECT_EQ("a message", errorOf([] { internal::fail("a message"); }));
+}
+
+}  // namespace
+}  // namespace morvel::ruby::tests

@@ -1,0 +1,29 @@
+// Runs programs on every way of executing them and checks that all end the same.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "morvel/ruby/vm.h"
+
+namespace morvel::ruby::tests {
+
+/// Prepares the VM of a run: binds functions, sets globals.
+using Preparation = std::function<void(RubyVM&)>;
+
+/// Makes the VM run all script code instruction by instruction, without translating it first.
+void usePlainExecutor(RubyVM& vm);
+
+/// Checks that running the image gives a value with this description, in a new VM and in one with the plain executor.
+void expectValue(const std::string& description, const RubyBytecode& image, const Preparation& prepare = {});
+/// Checks that it fails with this message.
+void expectError(const std::string& message, const RubyBytecode& image, const Preparation& prepare = {});
+
+/// The same for source text, compiled under the chunk name "t".
+void expectScriptValue(const std::string& description, const std::string& source, const Preparation& prepare = {});
+void expectScriptError(const std::string& message, const std::string& source, const Preparation& prepare = {});
+
+/// The message of the RubyError that `action` throws; "no error" when it throws none.
+[[nodiscard]] std::string errorOf(const std::function<void()>& action);
+
+}  // namespace morvel::ruby::tests

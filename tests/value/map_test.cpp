@@ -1,0 +1,431 @@
+#include "morvel/ruby/map.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+#include <stdexcept>
+
+#include "support/allocation_meter.h"
+#include "support/describe.h"
+#include "value/hash.h"
+
+namespace morvel::ruby::tests {
+namespace {
+
+std::string describe(const RubyMap& map) { return tests::describe(RubyValue(map)); }
+
+RubyMap makeMap(const std::vector<std::string>& keys) {
+    RubyMap map;
+    int number = 0;
+    for (const std::string& key : keys) {
+        map[key] = ++number;
+    }
+    return map;
+}
+
+TEST(Map, StartsEmpty) {
+    const RubyMap map;
+    EXPECT_EQ(0u, map.size());
+    EXPECT_TRUE(map.empty());
+    EXPECT_TRUE(map.begin() == map.end());
+    EXPECT_TRUE(map.find("a") == map.end());
+    EXPECT_FALSE(map.contains(""));
+}
+
+TEST(Map, BracketsStoreNilFirst) {
+    RubyMap map;
+    EXPECT_TRUE(map["a"].isNil());
+    EXPECT_EQ(1u, map.size());
+    map["a"] = 5;
+    EXPECT_EQ("5", tests::describe(map["a"]));
+    EXPECT_EQ(1u, map.size());
+}
+
+TEST(Map, FindGivesTheEntry) {
+    RubyMap map = makeMap({"a", "b"});
+    const auto found = map.find("b");
+    ASSERT_TRUE(found != map.end());
+    EXPECT_EQ("b", found->first);
+    EXPECT_EQ("2", tests::describe(found->second));
+    found->second = "changed";
+    EXPECT_EQ("{\"a\": 1, \"b\": \"changed\"}", describe(map));
+    EXPECT_TRUE(map.find("c") == map.end());
+    EXPECT_TRUE(map.contains("a"));
+    EXPECT_FALSE(map.contains("c"));
+}
+
+TEST(Map, AtThrowsForAMissingKey) {
+    RubyMap map = makeMap({"a"});
+    map.at("a") = 7;
+    const RubyMap& readOnly = map;
+    EXPECT_EQ("7", tests::describe(readOnly.at("a")));
+    EXPECT_THROW((void)map.at("b"), std::out_of_range);
+    EXPECT_THROW((void)readOnly.at("b"), std::out_of_range);
+}
+
+TEST(Map, InsertOrAssignTellsWhetherTheKeyIsNew) {
+    RubyMap map;
+    EXPECT_TRUE(map.insert_or_assign("a", 1));
+    EXPECT_FALSE(map.insert_or_assign("a", 2));
+    EXPECT_EQ("{\"a\": 2}", describe(map));
+}
+
+TEST(Map, KeepsInsertionOrder) {
+    RubyMap map = makeMap({"z", "a", "m"});
+    map["a"] = "again";
+    EXPECT_EQ("{\"z\": 1, \"a\": \"again\", \"m\": 3}", describe(map));
+}
+
+TEST(Map, ErasingAndStoringAgainMovesToTheEnd) {
+    RubyMap map = makeMap({"z", "a", "m"});
+    EXPECT_EQ(1u, map.erase("z"));
+    EXPECT_EQ(0u, map.erase("z"));
+    EXPECT_EQ("{\"a\": 2, \"m\": 3}", describe(map));
+    map["z"] = 4;
+    EXPECT_EQ("{\"a\": 2, \"m\": 3, \"z\": 4}", describe(map));
+}
+
+TEST(Map, EraseTheOnlyEntry) {
+    RubyMap map = makeMap({"a"});
+    EXPECT_EQ(1u, map.erase("a"));
+    EXPECT_TRUE(map.empty());
+    EXPECT_TRUE(map.begin() == map.end());
+    map["b"] = 1;
+    EXPECT_EQ("{\"b\": 1}", describe(map));
+}
+
+// Only storing a new key invalidates iterators.
+TEST(Map, ErasingBehindAnIteratorKeepsItValid) {
+    for (const std::size_t size : {1u, 2u, 8u, 9u, 100u}) {
+        RubyMap map;
+        for (std::size_t i = 0; i < size; ++i) {
+            map["key" + std::to_string(i)] = i;
+        }
+        std::size_t visited = 0;
+        for (auto it = map.begin(); it != map.end();) {
+            const std::string key = it->first;
+            EXPECT_EQ("key" + std::to_string(visited), key);
+            ++it;
+            map.erase(key);
+            ++visited;
+            ASSERT_LE(visited, size);
+        }
+        EXPECT_EQ(size, visited);
+        EXPECT_TRUE(map.empty());
+    }
+}
+
+TEST(Map, ClearEmpties) {
+    RubyMap map = makeMap({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"});
+    map.clear();
+    EXPECT_EQ(0u, map.size());
+    EXPECT_FALSE(map.contains("a"));
+    map["j"] = 1;
+    EXPECT_EQ("{\"j\": 1}", describe(map));
+}
+
+TEST(Map, CopiesAreIndependentButShareContainers) {
+    RubyMap map;
+    map["list"] = RubyValue::makeArray();
+    RubyMap copy = map;
+    copy["other"] = 1;
+    copy["list"].asArray().push_back(2);
+    EXPECT_EQ("{\"list\": [2]}", describe(map));
+    map.erase("list");
+    EXPECT_EQ("{\"list\": [2], \"other\": 1}", describe(copy));
+    copy = map;
+    EXPECT_EQ("{}", describe(copy));
+    copy["x"] = 1;
+    const RubyMap& alias = copy;
+    copy = alias;
+    EXPECT_EQ("{\"x\": 1}", describe(copy));
+}
+
+TEST(Map, MovingTakesTheEntries) {
+    RubyMap map = makeMap({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"});
+    RubyMap moved = std::move(map);
+    EXPECT_EQ(10u, moved.size());
+    EXPECT_TRUE(map.empty());  // NOLINT(bugprone-use-after-move): a moved-from map is empty
+    map["k"] = 1;
+    EXPECT_EQ("{\"k\": 1}", describe(map));
+    map = std::move(moved);
+    EXPECT_EQ(10u, map.size());
+    EXPECT_EQ("10", tests::describe(map.at("j")));
+    RubyMap& alias = map;
+    map = std::move(alias);
+    EXPECT_EQ(10u, map.size());
+}
+
+TEST(Map, ConvertsToAndFromStandardMaps) {
+    const std::unordered_map<std::string, RubyValue> entries{{"a", 1}, {"5", "five"}, {"05", nullptr}};
+    const RubyMap map(entries);
+    EXPECT_EQ(3u, map.size());
+    EXPECT_EQ("\"five\"", tests::describe(map.at("5")));
+    std::vector<std::string> order;
+    for (const auto& [key, value] : entries) {
+        order.push_back(key);
+    }
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : map) {
+        keys.push_back(key);
+    }
+    EXPECT_EQ(order, keys);
+
+    const auto back = static_cast<std::unordered_map<std::string, RubyValue>>(map);
+    EXPECT_EQ(3u, back.size());
+    EXPECT_EQ("1", tests::describe(back.at("a")));
+    EXPECT_EQ("\"five\"", tests::describe(back.at("5")));
+    EXPECT_EQ("nil", tests::describe(back.at("05")));
+}
+
+TEST(Map, KeyAndEntryValues) {
+    RubyMap map = makeMap({"b", "7", "-3", "a"});
+    map.erase("b");
+    EXPECT_EQ("[\"7\", \"-3\", \"a\"]", tests::describe(RubyValue(map.keyValues())));
+    EXPECT_EQ("[2, 3, 4]", tests::describe(RubyValue(map.entryValues())));
+}
+
+// Keys that look like integers are byte strings like all others.
+TEST(Map, IntegerLikeKeysStayDistinctTexts) {
+    const std::vector<std::string> keys{"1",
+                                        "01",
+                                        "+1",
+                                        "1 ",
+                                        " 1",
+                                        "-1",
+                                        "-01",
+                                        "0",
+                                        "00",
+                                        "-0",
+                                        "-",
+                                        "",
+                                        "1.0",
+                                        "1e3",
+                                        "4611686018427387903",
+                                        "4611686018427387904",
+                                        "-4611686018427387903",
+                                        "-4611686018427387904",
+                                        "9223372036854775807",
+                                        "-9223372036854775808",
+                                        "9223372036854775808",
+                                        "-9223372036854775809",
+                                        "18446744073709551616",
+                                        "99999999999999999999",
+                                        "123456789012345678901234567890",
+                                        "12a",
+                                        std::string("1\0", 2)};
+    RubyMap map = makeMap(keys);
+    ASSERT_EQ(keys.size(), map.size());
+    std::size_t position = 0;
+    for (const auto& [key, value] : map) {
+        EXPECT_EQ(keys[position], key);
+        EXPECT_EQ(static_cast<std::int64_t>(position) + 1, value.asInteger());
+        ++position;
+    }
+    for (const std::string& key : keys) {
+        EXPECT_NE(nullptr, map.findValue(RubyValue(key))) << key;
+        EXPECT_EQ(1u, map.erase(key)) << key;
+        EXPECT_FALSE(map.contains(key)) << key;
+    }
+    EXPECT_TRUE(map.empty());
+}
+
+TEST(Map, IntegerKeysAreTheirDecimalText) {
+    for (const std::int64_t number :
+         {std::int64_t{0}, std::int64_t{1}, std::int64_t{-1}, std::int64_t{4611686018427387903},
+          std::int64_t{4611686018427387904}, std::int64_t{-4611686018427387904}, std::int64_t{-4611686018427387905},
+          std::numeric_limits<std::int64_t>::max(), std::numeric_limits<std::int64_t>::min()}) {
+        const std::string text = std::to_string(number);
+        RubyMap map;
+        map.findOrInsert(RubyValue(number)) = 1;
+        ASSERT_TRUE(map.contains(text)) << text;
+        EXPECT_EQ(text, map.begin()->first);
+        map[text] = 2;
+        EXPECT_EQ(1u, map.size()) << text;
+        ASSERT_NE(nullptr, map.findValue(RubyValue(number))) << text;
+        EXPECT_EQ(2, map.findValue(RubyValue(number))->asInteger());
+        EXPECT_EQ(2, map.findValue(RubyValue(text))->asInteger());
+    }
+}
+
+TEST(Map, FindValueAndFindOrInsert) {
+    RubyMap map;
+    EXPECT_EQ(nullptr, map.findValue(RubyValue("a")));
+    EXPECT_TRUE(map.findOrInsert(RubyValue("a")).isNil());
+    map.findOrInsert(RubyValue("a")) = 3;
+    ASSERT_NE(nullptr, map.findValue(RubyValue("a")));
+    EXPECT_EQ("{\"a\": 3}", describe(map));
+}
+
+TEST(Map, AKeyOutlivesTheValueItCameFrom) {
+    RubyMap map;
+    {
+        const RubyValue key(std::string(100, 'k'));
+        map.findOrInsert(key) = 1;
+    }
+    EXPECT_TRUE(map.contains(std::string(100, 'k')));
+}
+
+TEST(Map, LookingUpAllocatesNothing) {
+    RubyMap map;
+    for (int i = 0; i < 100; ++i) {
+        map["a key with more than fifteen bytes " + std::to_string(i)] = i;
+    }
+    const std::string there = "a key with more than fifteen bytes 42";
+    const std::string missing = "a key with more than fifteen bytes 200";
+    const RubyValue key(there);
+    const AllocationMeter meter;
+    const bool found = map.contains(there) && !map.contains(missing) && map.findValue(key) != nullptr &&
+                       map.findValue(RubyValue(77)) == nullptr;
+    EXPECT_EQ(0u, AllocationMeter::count());
+    EXPECT_TRUE(found);
+}
+
+TEST(Map, ManyErasedEntriesDoNotPileUp) {
+    RubyMap map;
+    map["stays"] = 1;
+    for (int i = 0; i < 200000; ++i) {
+        const std::string key = "k" + std::to_string(i);
+        map[key] = i;
+        map.erase(key);
+    }
+    EXPECT_EQ("{\"stays\": 1}", describe(map));
+    const AllocationMeter meter;
+    const RubyMap copy = map;
+    EXPECT_LT(AllocationMeter::largest(), 4096u);
+    EXPECT_EQ(1u, copy.size());
+}
+
+/// The same operations on a map and on a model made of standard containers.
+class ModelledMap {
+public:
+    void assign(const std::string& key, int number) {
+        const bool isNew = m_map.insert_or_assign(key, number);
+        EXPECT_EQ(m_model.find(key) == m_model.end(), isNew);
+        if (isNew) {
+            m_order.push_back(key);
+        }
+        m_model[key] = number;
+    }
+
+    void erase(const std::string& key) {
+        EXPECT_EQ(m_model.erase(key), m_map.erase(key));
+        m_order.erase(std::remove(m_order.begin(), m_order.end(), key), m_order.end());
+    }
+
+    void lookUp(const std::string& key) {
+        const auto expected = m_model.find(key);
+        const auto found = m_map.find(key);
+        ASSERT_EQ(expected == m_model.end(), found == m_map.end()) << key;
+        if (expected != m_model.end()) {
+            EXPECT_EQ(key, found->first);
+            EXPECT_EQ(expected->second, found->second.asInteger());
+            EXPECT_EQ(expected->second, m_map.at(key).asInteger());
+        }
+    }
+
+    void copy() {
+        RubyMap copied = m_map;
+        m_map = std::move(copied);
+    }
+
+    void compare() const {
+        ASSERT_EQ(m_model.size(), m_map.size());
+        std::vector<std::string> keys;
+        for (const auto& [key, value] : m_map) {
+            keys.push_back(key);
+            ASSERT_EQ(m_model.at(key), value.asInteger());
+        }
+        ASSERT_EQ(m_order, keys);
+    }
+
+    void clear() {
+        m_map.clear();
+        m_model.clear();
+        m_order.clear();
+    }
+
+private:
+    RubyMap m_map;
+    std::unordered_map<std::string, int> m_model;
+    std::vector<std::string> m_order;
+};
+
+std::string randomKey(std::mt19937& random, unsigned variety) {
+    const auto number = static_cast<int>(random() % variety);
+    switch (number % 5) {
+        case 0:
+            return std::to_string(number);
+        case 1:
+            return std::to_string(-number);
+        case 2:
+            return "0" + std::to_string(number);
+        case 3:
+            return "key " + std::string(static_cast<std::size_t>(number % 40), 'x') + std::to_string(number);
+        default:
+            return std::to_string((std::int64_t{1} << 62) - 10 + number);
+    }
+}
+
+TEST(Map, AgreesWithAModelUnderRandomOperations) {
+    for (const unsigned variety : {3u, 8u, 12u, 60u, 500u}) {
+        std::mt19937 random(variety);
+        ModelledMap map;
+        for (int step = 0; step < 20000; ++step) {
+            const std::string key = randomKey(random, variety);
+            // Phases of growing and of shrinking reach every size many times.
+            const unsigned storing = (step / 1000) % 2 == 0 ? 60 : 25;
+            const auto choice = random() % 100;
+            if (choice < storing) {
+                map.assign(key, step);
+            } else if (choice < 85) {
+                map.erase(key);
+            } else {
+                map.lookUp(key);
+            }
+            if (step % 500 == 0) {
+                map.copy();
+            }
+            if (step % 97 == 0) {
+                map.compare();
+            }
+            if (step % 7919 == 7918) {
+                map.clear();
+            }
+            if (testing::Test::HasFailure()) {
+                FAIL() << "variety " << variety << ", step " << step;
+            }
+        }
+        map.compare();
+    }
+}
+
+TEST(Hash, IsNeverZeroAndDependsOnEveryByte) {
+    std::map<std::uint64_t, std::string> seen;
+    std::string text;
+    for (int length = 0; length < 300; ++length) {
+        const std::uint64_t hash = internal::hashText(text);
+        EXPECT_NE(0u, hash);
+        EXPECT_EQ(hash, internal::hashText(std::string(text)));
+        EXPECT_TRUE(seen.emplace(hash, text).second) << "length " << length;
+        text += 'x';
+    }
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        std::string changed = text;
+        changed[i] = 'y';
+        EXPECT_NE(internal::hashText(text), internal::hashText(changed)) << "byte " << i;
+    }
+}
+
+TEST(Hash, SpreadsConsecutiveIntegersOverLowBits) {
+    std::vector<int> buckets(256, 0);
+    for (int i = 0; i < 256 * 16; ++i) {
+        ++buckets[internal::hashInteger(i) % buckets.size()];
+    }
+    EXPECT_LT(*std::max_element(buckets.begin(), buckets.end()), 16 * 8);
+}
+
+}  // namespace
+}  // namespace morvel::ruby::tests
