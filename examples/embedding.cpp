@@ -1,0 +1,88 @@
+// How a host program embeds the runtime: it lends functions and globals to scripts, reads results back, runs compiled
+// images, and handles failures.
+
+#include <cstdint>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+
+#include "morvel/ruby/vm.h"
+
+using namespace morvel::ruby;
+
+namespace {
+
+// A host function receives the VM and a view of the call's arguments, and returns the call's result. Any standard
+// exception becomes a script error with that exception's text.
+RubyValue distance(RubyVM&, RubyArguments arguments) {
+    if (arguments.size() != 2) {
+        throw std::runtime_error("distance expects exactly 2 arguments");
+    }
+    const double difference = arguments[0].asFloat() - arguments[1].asFloat();
+    return difference < 0 ? -difference : difference;
+}
+
+void bindAndRun(RubyVM& vm) {
+    vm.bindFunction("distance", distance);
+    // A callable with state is as good; the counter lives as long as the binding.
+    vm.bindFunction("next_id", [id = std::int64_t{0}](RubyVM&, RubyArguments) mutable { return RubyValue(++id); });
+
+    // Plain C++ values turn into script values. Arrays and maps are shared, not copied, from here on.
+    vm.setGlobal("player", "Ada");
+    vm.setGlobal("scores", RubyArray{3, 5, 8});
+
+    const RubyResult result = vm.runScriptString(R"(
+        total = 0
+        i = 0
+        while i < len(scores) do
+            total = total + scores[i]
+            i = i + 1
+        end
+        array_push(scores, total)
+        player + " #" + next_id() + ": " + distance(total, 20)
+    )",
+                                                 "totals");
+    // The result is the value of the last expression statement.
+    std::cout << "result: " << result.value.asString() << '\n';
+
+    RubyValue total;
+    if (vm.getGlobal("total", total)) {
+        std::cout << "total: " << total.asInteger() << '\n';
+    }
+    RubyValue scores;
+    if (vm.getGlobal("scores", scores)) {
+        std::cout << "scores: " << scores.toString() << '\n';
+    }
+}
+
+// A script can be compiled once and run many times, also by another VM or another process: an image is just bytes.
+void runImage(RubyVM& vm) {
+    const RubyBytecode image = vm.compileScript("next_id() * 10", "image");
+    std::cout << "image, first run: " << vm.runBytecode(image).value.toString() << '\n';
+    std::cout << "image, second run: " << vm.runBytecode(image).value.toString() << '\n';
+}
+
+// Nothing that a script does wrong escapes as an exception from the run operations.
+void handleFailures(RubyVM& vm) {
+    for (const char* source : {"1 +", "missing(1)", "distance(1)", "error(\"enough\")"}) {
+        const RubyResult result = vm.runScriptString(source, "failing");
+        std::cout << (result.ok ? "unexpected success" : "failure: " + result.error) << '\n';
+    }
+    // Only compileScript throws, since it has no result to report in.
+    try {
+        const RubyBytecode image = vm.compileScript("while true", "failing");
+        std::cout << "unexpected image of " << image.bytes.size() << " bytes\n";
+    } catch (const RubyError& error) {
+        std::cout << "compile error: " << error.message() << '\n';
+    }
+}
+
+}  // namespace
+
+int main() {
+    RubyVM vm;
+    bindAndRun(vm);
+    runImage(vm);
+    handleFailures(vm);
+    return 0;
+}

@@ -1,0 +1,1 @@
+# The name needs no ending.

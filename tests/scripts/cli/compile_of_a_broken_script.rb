@@ -1,0 +1,2 @@
+puts("never")
+x = )

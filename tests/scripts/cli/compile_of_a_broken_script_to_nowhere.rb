@@ -1,0 +1,2 @@
+# The script is compiled before the output is opened.
+x = "

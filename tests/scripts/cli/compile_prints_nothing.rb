@@ -1,0 +1,2 @@
+puts("not run while compiling")
+error("not run either")

@@ -1,0 +1,1 @@
+# A directory cannot be opened as a script.

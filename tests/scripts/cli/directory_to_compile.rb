@@ -1,0 +1,1 @@
+# A directory cannot be compiled.

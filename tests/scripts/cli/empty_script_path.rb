@@ -1,0 +1,1 @@
+# An empty word is a path that cannot be opened.

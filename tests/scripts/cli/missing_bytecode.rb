@@ -1,0 +1,1 @@
+# The bytecode file named on the command line does not exist.

@@ -1,0 +1,1 @@
+# The script named on the command line does not exist.

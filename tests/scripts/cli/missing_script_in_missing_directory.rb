@@ -1,0 +1,1 @@
+# The path is shown as it was given.

@@ -1,0 +1,1 @@
+# A word may hold blanks.

@@ -1,0 +1,1 @@
+# Another spelling is taken for the path of a script.

@@ -1,0 +1,2 @@
+# Run without any word: the usage text.
+puts("never")

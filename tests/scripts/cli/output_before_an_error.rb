@@ -1,0 +1,2 @@
+print("no line break before the error")
+error("failed")

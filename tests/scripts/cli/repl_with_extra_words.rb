@@ -1,0 +1,1 @@
+# Words after the mode word are ignored.

@@ -1,0 +1,1 @@
+# After the header the program name is missing.

@@ -1,0 +1,1 @@
+# The first four bytes are compared exactly.

@@ -1,0 +1,1 @@
+puts("source text is no bytecode")

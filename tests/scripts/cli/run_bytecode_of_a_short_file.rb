@@ -1,0 +1,1 @@
+# Seven bytes are less than a header.

@@ -1,0 +1,1 @@
+# An empty file is too small for a header.

@@ -1,0 +1,1 @@
+# One word too many: the usage text, before any file is looked at.

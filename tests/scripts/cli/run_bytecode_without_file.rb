@@ -1,0 +1,1 @@
+# The mode word alone: the usage text.

@@ -1,0 +1,1 @@
+# A program needs an entry function.

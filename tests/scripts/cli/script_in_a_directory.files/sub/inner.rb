@@ -1,0 +1,2 @@
+puts("found")
+x = (

@@ -1,0 +1,1 @@
+# The path as given is the name in messages.

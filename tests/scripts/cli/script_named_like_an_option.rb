@@ -1,0 +1,1 @@
+# Only the exact mode words are special.

@@ -1,0 +1,2 @@
+# A script that is run from a file does not read standard input.
+puts("a")

@@ -1,0 +1,1 @@
+# There are no options beyond the mode words.

@@ -1,0 +1,1 @@
+# A script path takes no further words.

@@ -1,0 +1,3 @@
+1 + 1
+x = "value"
+return [1, 2]

@@ -1,0 +1,22 @@
+# Only a name, or a name with one index, can be assigned to.
+def show(source)
+  r = pcall(load, source)
+  if len(r) == 3 then puts(r[2]) else puts("compiled") end
+end
+show("a[1][2] = 3")
+show("f(1) = 2")
+show("f(1)[0] = 2")
+show("1 = 2")
+show("'a' = 2")
+show("(a) = 1")
+show("(a)[0] = 1")
+show("[a] = 1")
+show("a = b = 1")
+show("a = b[0] = 1")
+show("a[0] = b = 1")
+show("true = 1")
+show("nil = 1")
+show("end = 1")
+show("x = y!=z")
+show("-a = 1")
+show("a + b = 1")

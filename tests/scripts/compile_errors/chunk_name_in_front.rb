@@ -1,0 +1,6 @@
+puts(pcall(load, "x = (", "t"))
+puts(pcall(load, "\n\nputs(123", "t"))
+puts(pcall(load, "x = 1 $", "some dir/name with blanks.rb"))
+puts(pcall(load, ")", ""))
+puts(pcall(load, ")", "a:b"))
+puts(pcall(load, ")"))

@@ -1,0 +1,15 @@
+def show(source)
+  r = pcall(load, source)
+  if len(r) == 3 then puts(r[2]) else puts("compiled") end
+end
+show("x\n $")
+show("x\r\n $")
+show("x\r $")
+show("\n\r\n\r$")
+show("\r\r$")
+show("\n\n\n   $")
+show("# $ & | '\n$")
+show("# a\r$")
+show("# a\r\n$")
+show("'a\\\nb'\n$")
+show("# a \\\n$")

@@ -1,0 +1,3 @@
+def f(a)
+  return a
+# no line break after this

@@ -1,0 +1,2 @@
+if true then
+  puts(1)

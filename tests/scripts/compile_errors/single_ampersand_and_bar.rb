@@ -1,0 +1,16 @@
+def show(source)
+  r = pcall(load, source)
+  if len(r) == 3 then puts(r[2]) else puts("compiled") end
+end
+show("a & b")
+show("a &")
+show("&")
+show("a & & b")
+show("a &&& b")
+show("a && b")
+show("a | b")
+show("a |")
+show("a | | b")
+show("a ||| b")
+show("a &| b")
+show("a |& b")

@@ -1,0 +1,4 @@
+if true then
+  puts(1)
+end
+end

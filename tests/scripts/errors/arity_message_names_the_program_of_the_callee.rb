@@ -1,0 +1,6 @@
+load("def slow(a) b = a return b end", "library")()
+load("def fast(a) return a end", "library")()
+puts(pcall(slow))
+puts(pcall(fast, 1, 2))
+puts(pcall(load("1", "chunk"), 5))
+puts(pcall(load("slow()", "caller")))

@@ -1,0 +1,6 @@
+builtin = pcall
+def pcall(f) return "mine" end
+puts(pcall(error))
+puts(builtin(error, "x"))
+pcall = builtin
+puts(pcall(error, "y"))

@@ -1,0 +1,2 @@
+puts(pcall(pcall))
+pcall()

@@ -1,0 +1,6 @@
+# A wrong argument count is reported for line 0.
+
+def f(a, b)
+  c = a return c
+end
+f(1)

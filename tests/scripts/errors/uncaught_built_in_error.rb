@@ -1,0 +1,2 @@
+# Built-ins fail without a location.
+x = len(5)

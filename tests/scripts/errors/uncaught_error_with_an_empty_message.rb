@@ -1,0 +1,4 @@
+# An error that says nothing still ends the script, with a text of the program's own.
+puts("before")
+error("")
+puts("after")

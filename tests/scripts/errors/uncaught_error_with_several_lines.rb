@@ -1,0 +1,1 @@
+error("first\nsecond\n")

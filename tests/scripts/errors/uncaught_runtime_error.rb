@@ -1,0 +1,4 @@
+x = 1
+puts("before")
+y = x / 0
+puts("after")

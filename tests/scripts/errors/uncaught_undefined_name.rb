@@ -1,0 +1,2 @@
+puts("a")
+puts(nothing_here?)

@@ -1,0 +1,1 @@
+# commentputs(1)puts(2) # commentx = nil + 1

@@ -1,0 +1,5 @@
+# A script may hold nothing but comments,
+
+   # blank lines, indented comments
+;;;
+	;  # and separators.

@@ -1,0 +1,4 @@
+puts(1)
+
+puts(2)
+x = nil + 1

@@ -1,0 +1,2 @@
+s = 'a\b'
+puts(string_byte(s, 1, -1))

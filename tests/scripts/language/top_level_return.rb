@@ -1,0 +1,4 @@
+# "return" ends the script; its value is not shown.
+puts("before")
+if true then return 5 end
+puts("after")

@@ -1,0 +1,2 @@
+puts(_VERSION, MORVELTESK_VERSION)
+puts(type_of(_VERSION), type_of(MORVELTESK_VERSION))

@@ -1,0 +1,3 @@
+	 x	=1+ 	2
+puts	(x)
+if	xthenputs	('ab') end

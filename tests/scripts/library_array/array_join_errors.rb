@@ -1,0 +1,6 @@
+puts(pcall(array_join, "abc"))  #=> [true, false, value is not an array]
+puts(pcall(array_join, map_new(), "-"))  #=> [true, false, value is not an array]
+puts(pcall(array_join, nil, 5))  #=> [true, false, value is not an array]
+puts(pcall(array_join, [1, 2], 5))  #=> [true, false, array_join expects a string argument]
+puts(pcall(array_join, [1, 2], nil))  #=> [true, false, array_join expects a string argument]
+puts(pcall(array_join, [], 5))  #=> [true, false, array_join expects a string argument]

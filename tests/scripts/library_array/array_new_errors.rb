@@ -1,0 +1,7 @@
+puts(pcall(array_new, -1))  #=> [true, false, array_new size must be non-negative]
+puts(pcall(array_new, -1, "x"))  #=> [true, false, array_new size must be non-negative]
+puts(pcall(array_new, -9223372036854775807))  #=> [true, false, array_new size must be non-negative]
+puts(pcall(array_new, "3"))  #=> [true, false, array_new expects a numeric argument]
+puts(pcall(array_new, nil))  #=> [true, false, array_new expects a numeric argument]
+puts(pcall(array_new, []))  #=> [true, false, array_new expects a numeric argument]
+puts(pcall(array_new, map_new(), 1))  #=> [true, false, array_new expects a numeric argument]

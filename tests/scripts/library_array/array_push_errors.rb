@@ -1,0 +1,6 @@
+puts(pcall(array_push, 5, 1))  #=> [true, false, array_push expects an array]
+puts(pcall(array_push, "abc", "d"))  #=> [true, false, array_push expects an array]
+puts(pcall(array_push, nil, nil))  #=> [true, false, array_push expects an array]
+puts(pcall(array_push, map_new(), 1))  #=> [true, false, array_push expects an array]
+puts(pcall(array_push, len, 1))  #=> [true, false, array_push expects an array]
+puts(pcall(array_push, []))  #=> [true, false, array_push expects at least 2 arguments]

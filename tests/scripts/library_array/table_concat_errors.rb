@@ -1,0 +1,6 @@
+puts(pcall(table_concat, "abc"))  #=> [true, false, table_concat expects an array]
+puts(pcall(table_concat, map_new(), "-"))  #=> [true, false, table_concat expects an array]
+puts(pcall(table_concat, nil, 5))  #=> [true, false, table_concat expects an array]
+puts(pcall(table_concat, [1, 2], 5))  #=> [true, false, table_concat expects a string argument]
+puts(pcall(table_concat, [1, 2], nil))  #=> [true, false, table_concat expects a string argument]
+puts(pcall(table_concat, [], 1))  #=> [true, false, table_concat expects a string argument]

@@ -1,0 +1,12 @@
+# The count is checked before anything else; nil arguments count, missing ones do not.
+puts(pcall(array_push, nil))  #=> [true, false, array_push expects at least 2 arguments]
+puts(pcall(array_pop))  #=> [true, false, array_pop expects between 1 and 2 arguments]
+puts(pcall(array_shift))  #=> [true, false, array_shift expects exactly 1 argument]
+puts(pcall(array_unshift, nil))  #=> [true, false, array_unshift expects at least 2 arguments]
+puts(pcall(array_slice, nil))  #=> [true, false, array_slice expects between 2 and 3 arguments]
+puts(pcall(array_reverse))  #=> [true, false, array_reverse expects exactly 1 argument]
+puts(pcall(array_join))  #=> [true, false, array_join expects between 1 and 2 arguments]
+puts(pcall(table_insert, nil))  #=> [true, false, table_insert expects between 2 and 3 arguments]
+puts(pcall(table_remove))  #=> [true, false, table_remove expects between 1 and 2 arguments]
+puts(pcall(table_sort))  #=> [true, false, table_sort expects exactly 1 argument]
+puts(pcall(table_concat))  #=> [true, false, table_concat expects between 1 and 2 arguments]

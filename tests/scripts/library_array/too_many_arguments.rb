@@ -1,0 +1,11 @@
+# One argument too many: the count message comes before any complaint about kinds.
+puts(pcall(array_new, nil, nil, nil))  #=> [true, false, array_new expects between 0 and 2 arguments]
+puts(pcall(array_pop, nil, nil, nil))  #=> [true, false, array_pop expects between 1 and 2 arguments]
+puts(pcall(array_shift, nil, nil))  #=> [true, false, array_shift expects exactly 1 argument]
+puts(pcall(array_slice, nil, nil, nil, nil))  #=> [true, false, array_slice expects between 2 and 3 arguments]
+puts(pcall(array_reverse, nil, nil))  #=> [true, false, array_reverse expects exactly 1 argument]
+puts(pcall(array_join, nil, nil, nil))  #=> [true, false, array_join expects between 1 and 2 arguments]
+puts(pcall(table_insert, nil, nil, nil, nil))  #=> [true, false, table_insert expects between 2 and 3 arguments]
+puts(pcall(table_remove, nil, nil, nil))  #=> [true, false, table_remove expects between 1 and 2 arguments]
+puts(pcall(table_sort, nil, nil))  #=> [true, false, table_sort expects exactly 1 argument]
+puts(pcall(table_concat, nil, nil, nil))  #=> [true, false, table_concat expects between 1 and 2 arguments]

@@ -1,0 +1,2 @@
+# Without an argument the message is "error".
+error()

@@ -1,0 +1,2 @@
+puts("before")
+load("while")

@@ -1,0 +1,11 @@
+# The base must be a number, and one from 2 to 36 when there is text to convert.
+puts(pcall(to_i, "ff", 1))  #=> [true, false, to_i base must be between 2 and 36]
+puts(pcall(to_i, "ff", 0))  #=> [true, false, to_i base must be between 2 and 36]
+puts(pcall(to_i, "ff", 37))  #=> [true, false, to_i base must be between 2 and 36]
+puts(pcall(to_i, "ff", -16))  #=> [true, false, to_i base must be between 2 and 36]
+puts(pcall(to_i, "10", true))  #=> [true, false, to_i base must be between 2 and 36]
+puts(pcall(to_i, "10", 4294967306))  #=> [true, false, to_i base must be between 2 and 36]
+puts(pcall(to_i, "", 1))  #=> [true, false, to_i base must be between 2 and 36]
+puts(pcall(to_i, "10", "10"))  #=> [true, false, to_i expects a numeric argument]
+puts(pcall(to_i, "10", nil))  #=> [true, false, to_i expects a numeric argument]
+puts(pcall(to_i, "", []))  #=> [true, false, to_i expects a numeric argument]

@@ -1,0 +1,7 @@
+puts(pcall(to_number, "10", 1))  #=> [true, false, to_number base must be between 2 and 36]
+puts(pcall(to_number, "10", 37))  #=> [true, false, to_number base must be between 2 and 36]
+puts(pcall(to_number, "10", false))  #=> [true, false, to_number base must be between 2 and 36]
+puts(pcall(to_number, "", 0))  #=> [true, false, to_number base must be between 2 and 36]
+puts(pcall(to_number, "10", "10"))  #=> [true, false, to_number expects a numeric argument]
+puts(pcall(to_number, "10", nil))  #=> [true, false, to_number expects a numeric argument]
+puts(pcall(to_number, "", map_new()))  #=> [true, false, to_number expects a numeric argument]

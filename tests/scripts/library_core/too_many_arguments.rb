@@ -1,0 +1,11 @@
+# One argument too many: the count message comes before any complaint about kinds.
+puts(pcall(len, nil, nil))  #=> [true, false, len expects exactly 1 argument]
+puts(pcall(time_ms, nil))  #=> [true, false, time_ms expects exactly 0 arguments]
+puts(pcall(to_s, nil, nil))  #=> [true, false, to_s expects exactly 1 argument]
+puts(pcall(type_of, nil, nil))  #=> [true, false, type_of expects exactly 1 argument]
+puts(pcall(to_i, nil, nil, nil))  #=> [true, false, to_i expects between 1 and 2 arguments]
+puts(pcall(to_f, nil, nil))  #=> [true, false, to_f expects exactly 1 argument]
+puts(pcall(to_number, nil, nil, nil))  #=> [true, false, to_number expects between 1 and 2 arguments]
+puts(pcall(collect_garbage, nil))  #=> [true, false, collect_garbage expects exactly 0 arguments]
+puts(pcall(load, nil, nil, nil))  #=> [true, false, load expects between 1 and 2 arguments]
+puts(pcall(range, nil, nil, nil, nil))  #=> [true, false, range expects between 1 and 3 arguments]

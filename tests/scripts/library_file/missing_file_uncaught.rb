@@ -1,0 +1,2 @@
+puts("before")
+read_file("missing.txt")

@@ -1,0 +1,6 @@
+puts(pcall(map_delete, [1], 0))  #=> [true, false, map_delete expects a map]
+puts(pcall(map_delete, "abc", "a"))  #=> [true, false, map_delete expects a map]
+puts(pcall(map_delete, nil, []))  #=> [true, false, map_delete expects a map]
+puts(pcall(map_delete, map_new(), []))  #=> [true, false, unsupported map key type]
+puts(pcall(map_delete, map_new(), map_new(), 1))  #=> [true, false, unsupported map key type]
+puts(pcall(map_delete, map_new(), len))  #=> [true, false, unsupported map key type]

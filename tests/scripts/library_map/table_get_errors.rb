@@ -1,0 +1,7 @@
+puts(pcall(table_get, "abc", 0))  #=> [true, false, table_get expects an array or map]
+puts(pcall(table_get, nil, nil))  #=> [true, false, table_get expects an array or map]
+puts(pcall(table_get, 5, [], "d"))  #=> [true, false, table_get expects an array or map]
+puts(pcall(table_get, [1], "0"))  #=> [true, false, table_get expects a numeric argument]
+puts(pcall(table_get, [1], nil, "d"))  #=> [true, false, table_get expects a numeric argument]
+puts(pcall(table_get, map_new(), []))  #=> [true, false, unsupported map key type]
+puts(pcall(table_get, map_new(), table_get, "d"))  #=> [true, false, unsupported map key type]

@@ -1,0 +1,6 @@
+puts(pcall(table_has_key, "abc", 0))  #=> [true, false, table_has_key expects an array or map]
+puts(pcall(table_has_key, nil, []))  #=> [true, false, table_has_key expects an array or map]
+puts(pcall(table_has_key, [1], "0"))  #=> [true, false, table_has_key expects a numeric argument]
+puts(pcall(table_has_key, [1], nil))  #=> [true, false, table_has_key expects a numeric argument]
+puts(pcall(table_has_key, map_new(), []))  #=> [true, false, unsupported map key type]
+puts(pcall(table_has_key, map_new(), map_new()))  #=> [true, false, unsupported map key type]

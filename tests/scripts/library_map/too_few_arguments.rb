@@ -1,0 +1,11 @@
+# The count is checked before anything else; nil arguments count, missing ones do not.
+puts(pcall(map_delete, nil))  #=> [true, false, map_delete expects between 2 and 3 arguments]
+puts(pcall(map_merge, nil))  #=> [true, false, map_merge expects exactly 2 arguments]
+puts(pcall(map_clone))  #=> [true, false, map_clone expects exactly 1 argument]
+puts(pcall(table_clone))  #=> [true, false, table_clone expects exactly 1 argument]
+puts(pcall(table_clear))  #=> [true, false, table_clear expects exactly 1 argument]
+puts(pcall(keys))  #=> [true, false, keys expects exactly 1 argument]
+puts(pcall(values))  #=> [true, false, values expects exactly 1 argument]
+puts(pcall(table_get, nil))  #=> [true, false, table_get expects between 2 and 3 arguments]
+puts(pcall(table_has_key, nil))  #=> [true, false, table_has_key expects exactly 2 arguments]
+puts(pcall(table_set, nil, nil))  #=> [true, false, table_set expects exactly 3 arguments]

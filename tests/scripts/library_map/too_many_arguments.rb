@@ -1,0 +1,12 @@
+# One argument too many: the count message comes before any complaint about kinds.
+puts(pcall(map_new, nil))  #=> [true, false, map_new expects exactly 0 arguments]
+puts(pcall(map_delete, nil, nil, nil, nil))  #=> [true, false, map_delete expects between 2 and 3 arguments]
+puts(pcall(map_merge, nil, nil, nil))  #=> [true, false, map_merge expects exactly 2 arguments]
+puts(pcall(map_clone, nil, nil))  #=> [true, false, map_clone expects exactly 1 argument]
+puts(pcall(table_clone, nil, nil))  #=> [true, false, table_clone expects exactly 1 argument]
+puts(pcall(table_clear, nil, nil))  #=> [true, false, table_clear expects exactly 1 argument]
+puts(pcall(keys, nil, nil))  #=> [true, false, keys expects exactly 1 argument]
+puts(pcall(values, nil, nil))  #=> [true, false, values expects exactly 1 argument]
+puts(pcall(table_get, nil, nil, nil, nil))  #=> [true, false, table_get expects between 2 and 3 arguments]
+puts(pcall(table_has_key, nil, nil, nil))  #=> [true, false, table_has_key expects exactly 2 arguments]
+puts(pcall(table_set, nil, nil, nil, nil))  #=> [true, false, table_set expects exactly 3 arguments]

@@ -1,0 +1,5 @@
+puts(pcall(math_clamp, 5, 3, 1))  #=> [true, false, math_clamp lower bound is greater than upper bound]
+puts(pcall(math_clamp, 5, 1.5, 1))  #=> [true, false, math_clamp lower bound is greater than upper bound]
+puts(pcall(math_clamp, "5", 3, 1))  #=> [true, false, math_clamp expects a numeric argument]
+puts(pcall(math_clamp, 5, nil, 1))  #=> [true, false, math_clamp expects a numeric argument]
+puts(pcall(math_clamp, 5, 3, []))  #=> [true, false, math_clamp expects a numeric argument]

@@ -1,0 +1,6 @@
+puts(pcall(string_byte, 65))  #=> [true, false, string_byte expects a string argument]
+puts(pcall(string_byte, nil, "x"))  #=> [true, false, string_byte expects a string argument]
+puts(pcall(string_byte, "A", "1"))  #=> [true, false, string_byte expects a numeric argument]
+puts(pcall(string_byte, "A", nil))  #=> [true, false, string_byte expects a numeric argument]
+puts(pcall(string_byte, "A", 1, "1"))  #=> [true, false, string_byte expects a numeric argument]
+puts(pcall(string_byte, "", 1, nil))  #=> [true, false, string_byte expects a numeric argument]

@@ -1,0 +1,5 @@
+puts(pcall(string_split, 5, ","))  #=> [true, false, string_split expects a string argument]
+puts(pcall(string_split, "a,b", 5))  #=> [true, false, string_split expects a string argument]
+puts(pcall(string_split, "a,b", nil, "x"))  #=> [true, false, string_split expects a string argument]
+puts(pcall(string_split, "a,b", ",", "2"))  #=> [true, false, string_split expects a numeric argument]
+puts(pcall(string_split, "a,b", ",", nil))  #=> [true, false, string_split expects a numeric argument]

@@ -1,0 +1,8 @@
+name = string_rep("n", 100000)
+load(name + " = 5")()
+puts(load("return " + name)())
+r = pcall(load("return missing_" + name))
+puts(len(r[2]) == 100000 + len("<load>:1: undefined variable or function 'missing_'"))
+text = load("return \"" + string_rep("t", 1000000) + "\"")()
+puts(len(text))
+puts(load("# " + string_rep("c", 1000000) + "\nreturn 1")())

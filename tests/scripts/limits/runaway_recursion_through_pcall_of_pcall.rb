@@ -1,0 +1,3 @@
+def forever() return pcall(pcall, forever) end
+r = pcall(forever)
+puts(len(r), r[0])

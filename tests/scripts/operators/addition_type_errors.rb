@@ -1,0 +1,10 @@
+def add(a, b) r = a + b return r end
+puts(pcall(add, [1], 2))
+puts(pcall(add, 2, [1]))
+puts(pcall(add, nil, 1))
+puts(pcall(add, 1, nil))
+puts(pcall(add, nil, nil))
+puts(pcall(add, map_new(), map_new()))
+puts(pcall(add, [1], map_new()))
+puts(pcall(add, puts, 1))
+puts(pcall(add, true, [1]))

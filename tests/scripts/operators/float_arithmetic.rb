@@ -1,0 +1,5 @@
+puts(1.5 + 2, 2 - 0.5, 1.5 * 2, 0.1 + 0.2, 1.0 + 1.0)
+puts(type_of(1.5 + 2), type_of(1.0 + 1), type_of(2 * 1.0), type_of(3 - 1.0))
+puts(0 * -1.5, 0.0 * -1, 0.0 - 0.0, -0.0 + 0.0)
+inf = to_f("inf")
+puts(inf + 1, -inf - 1, inf - inf, inf * 0, inf * -2, inf + inf)

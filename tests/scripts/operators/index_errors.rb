@@ -1,0 +1,17 @@
+def get(c, i) r = c[i] return r end
+puts(pcall(get, [1, 2], -1))
+puts(pcall(get, [1, 2], -1.5))
+puts(pcall(get, "ab", -1))
+puts(pcall(get, [1], nil))
+puts(pcall(get, [1], "0"))
+puts(pcall(get, "ab", [0]))
+puts(pcall(get, 5, 0))
+puts(pcall(get, nil, 0))
+puts(pcall(get, true, 0))
+puts(pcall(get, 1.5, 0))
+puts(pcall(get, puts, 0))
+# The index is looked at before the container.
+puts(pcall(get, 5, nil))
+puts(pcall(get, nil, "k"))
+puts(pcall(get, nil, -1))
+puts(pcall(get, [1], to_f("-inf")))

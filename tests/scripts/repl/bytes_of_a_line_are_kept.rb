@@ -1,0 +1,1 @@
+# NUL bytes and bytes above 127 inside literals.

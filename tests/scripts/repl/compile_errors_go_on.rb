@@ -1,0 +1,1 @@
+# Each line must be complete; columns count within it.

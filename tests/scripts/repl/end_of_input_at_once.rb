@@ -1,0 +1,1 @@
+# End of input ends the loop with success and prints nothing more, not even a line break.

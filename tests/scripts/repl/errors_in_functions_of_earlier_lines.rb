@@ -1,0 +1,1 @@
+# Functions of earlier lines report their own line, which is always 1.

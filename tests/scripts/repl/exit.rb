@@ -1,0 +1,1 @@
+# Each line is run on its own; "exit" ends the loop.

@@ -1,0 +1,1 @@
+# The bare word always ends the loop, also when it names something.

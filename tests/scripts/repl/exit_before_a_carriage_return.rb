@@ -1,0 +1,1 @@
+# With a carriage return the line is not the bare word.

@@ -1,0 +1,1 @@
+# What a line defines is there for all later lines.

@@ -1,0 +1,1 @@
+# Names assigned on a line are globals, in blocks and loaded chunks too.

@@ -1,0 +1,1 @@
+# Output without a line break is followed at once by the prompt.

@@ -1,0 +1,1 @@
+# "return" ends the line that it stands in.

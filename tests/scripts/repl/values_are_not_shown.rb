@@ -1,0 +1,1 @@
+# Nothing is printed for the value of a line.

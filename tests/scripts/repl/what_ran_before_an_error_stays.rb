@@ -1,0 +1,1 @@
+# A failing line keeps what it did before it failed.

@@ -1,0 +1,1 @@
+# Blocks fit on one line.
