@@ -1,0 +1,45 @@
+// Replaces the global operator new and delete of a program: counts what is live and fails on demand.
+//
+// Linking counting_allocator.cpp is enough to put it in place. The counts belong to the whole process; the programs
+// that read them allocate from one thread at a time.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace morvel::ruby::tests {
+
+struct AllocationCounts {
+    /// Blocks and bytes allocated and not yet freed.
+    std::size_t liveBlocks;
+    std::size_t liveBytes;
+    /// Most live bytes since the last call of resetPeak.
+    std::size_t peakBytes;
+    /// Requests since the program started.
+    std::size_t requests;
+};
+
+[[nodiscard]] AllocationCounts allocationCounts() noexcept;
+
+/// Starts a new peak at the bytes that are live now.
+void resetPeak() noexcept;
+
+/// Requests that would take the live bytes above `bytes` fail from now on.
+void limitLiveBytes(std::size_t bytes) noexcept;
+
+enum class FailureMode : std::uint8_t { OnlyOne, FromThereOn };
+
+/// While it lives, allocations of this thread fail: the `first`-th request from now (1 is the next one), and in mode
+/// FromThereOn all later ones too.
+class FailingAllocations {
+public:
+    FailingAllocations(std::size_t first, FailureMode mode) noexcept;
+    ~FailingAllocations();
+    FailingAllocations(const FailingAllocations&) = delete;
+    FailingAllocations& operator=(const FailingAllocations&) = delete;
+
+    /// Ends the failures early; true when any request has failed.
+    bool stop() noexcept;
+};
+
+}  // namespace morvel::ruby::tests

@@ -1,0 +1,272 @@
+// Files, devices and streams that fail: every failure is reported, none is lost or fatal.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <thread>
+
+#include "morvel/ruby/vm.h"
+#include "support.h"
+
+namespace morvel::ruby::tests {
+
+namespace {
+
+using namespace std::string_literals;
+
+TEST(WritingFiles, ReportsAFullDevice) {
+    for (const char* content : {"'x'", "string_rep('0123456789', 100000)", "[1, 2]"}) {
+        EXPECT_EQ(outcome("write_file('/dev/full', "s + content + ")"), "error: failed to write file: /dev/full");
+        EXPECT_EQ(outcome("append_file('/dev/full', "s + content + ")"), "error: failed to append file: /dev/full");
+        EXPECT_EQ(outcome("pcall(write_file, '/dev/full', "s + content + ")"),
+                  "[true, false, failed to write file: /dev/full]");
+    }
+    EXPECT_EQ(outcome("write_file('/dev/full', '')"), "0");
+    const RubyVM vm;
+    std::string error;
+    EXPECT_FALSE(vm.writeBytecodeFile("x = 1", "/dev/full", "t", &error));
+    EXPECT_EQ(error, "failed to write file: /dev/full");
+}
+
+TEST(WritingFiles, RefusesDirectoriesAndNulBytes) {
+    const TemporaryDirectory directory;
+    RubyVM vm;
+    vm.setGlobal("dir", directory.path(""));
+    vm.setGlobal("nul", directory.path("file\0.txt"s));
+    EXPECT_EQ(outcome(vm, "write_file(dir, 'x')"), "error: failed to open file for writing: " + directory.path(""));
+    EXPECT_EQ(outcome(vm, "append_file(dir, 'x')"), "error: failed to open file for appending: " + directory.path(""));
+    EXPECT_EQ(outcome(vm, "read_file(dir)"), "error: failed to open file: " + directory.path(""));
+    EXPECT_EQ(outcome(vm, "file_exists?(dir)"), "true");
+    const std::string nul = directory.path("file\0.txt"s);
+    EXPECT_EQ(outcome(vm, "write_file(nul, 'x')"), "error: failed to open file for writing: " + nul);
+    EXPECT_EQ(outcome(vm, "append_file(nul, 'x')"), "error: failed to open file for appending: " + nul);
+    EXPECT_EQ(outcome(vm, "read_file(nul)"), "error: failed to open file: " + nul);
+    EXPECT_EQ(outcome(vm, "file_exists?(nul)"), "false");
+    EXPECT_TRUE(std::filesystem::is_empty(directory.path("")));
+    EXPECT_EQ(vm.runScriptFile(nul).error, "unable to open script file: " + nul);
+    EXPECT_EQ(vm.runBytecodeFile(nul).error, "unable to open bytecode file: " + nul);
+    std::string error;
+    EXPECT_FALSE(vm.writeBytecodeFile("x = 1", nul, "t", &error));
+    EXPECT_EQ(error, "unable to open bytecode output file: " + nul);
+    for (const std::string& path : {directory.path(std::string(5000, 'x')), ""s, directory.path("no/such/dir")}) {
+        vm.setGlobal("path", path);
+        EXPECT_EQ(outcome(vm, "write_file(path, 'x')"), "error: failed to open file for writing: " + path);
+        EXPECT_EQ(outcome(vm, "read_file(path)"), "error: failed to open file: " + path);
+    }
+}
+
+TEST(WritingFiles, ReportsAClosedPipe) {
+    const auto before = std::signal(SIGPIPE, SIG_IGN);
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    const std::string path = "/proc/self/fd/" + std::to_string(ends[1]);
+    close(ends[0]);
+    EXPECT_EQ(outcome("write_file('" + path + "', 'x')"), "error: failed to write file: " + path);
+    EXPECT_EQ(outcome("append_file('" + path + "', 'x')"), "error: failed to append file: " + path);
+    close(ends[1]);
+    (void)std::signal(SIGPIPE, before);
+}
+
+TEST(ReadingFiles, ReportsAReadError) {
+    // Opening succeeds, reading from address 0 does not.
+    const std::string path = "/proc/self/mem";
+    EXPECT_EQ(outcome("read_file('" + path + "')"), "error: failed to open file: " + path);
+    RubyVM vm;
+    EXPECT_EQ(vm.runScriptFile(path).error, "unable to open script file: " + path);
+    EXPECT_EQ(vm.runBytecodeFile(path).error, "unable to open bytecode file: " + path);
+}
+
+TEST(ReadingFiles, TakesWhatIsThere) {
+    // Files whose size is not known beforehand, or not true.
+    EXPECT_EQ(outcome("len(read_file('/proc/self/status')) > 100"), "true");
+    EXPECT_EQ(outcome("read_file('/dev/null')"), "");
+    const TemporaryDirectory directory;
+    const std::string path = directory.path("shrinking");
+    constexpr std::size_t kSize = 3'000'000;
+    writeFile(path, std::string(kSize, 'x'));
+    std::atomic<bool> done{false};
+    std::thread resizer([&] {
+        while (!done) {
+            std::filesystem::resize_file(path, 10);
+            std::filesystem::resize_file(path, kSize);
+        }
+    });
+    RubyVM vm;
+    for (int i = 0; i < 200; ++i) {
+        const RubyResult result = vm.runScriptString("read_file('" + path + "')", "t");
+        ASSERT_TRUE(result.ok) << result.error;
+        ASSERT_LE(result.value.asString().size(), kSize);
+        ASSERT_GE(result.value.asString().size(), 10U);
+        ASSERT_EQ(result.value.asString().substr(0, 10), "xxxxxxxxxx");
+        ASSERT_FALSE(vm.runBytecodeFile(path).ok);
+    }
+    done = true;
+    resizer.join();
+}
+
+/// Runs the program on a script, with a standard stream set up by `prepare`.
+ChildOutcome runScript(const std::string& source, std::function<void()> prepare) {
+    const TemporaryDirectory directory;
+    writeFile(directory.path("script.rb"), source);
+    ChildSetup setup;
+    setup.arguments = {directory.path("script.rb")};
+    setup.prepare = std::move(prepare);
+    return runProgram(setup);
+}
+
+void outputTo(const char* path) { dup2(open(path, O_WRONLY), STDOUT_FILENO); }
+
+void outputToClosedPipe() {
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) == 0) {
+        dup2(ends[1], STDOUT_FILENO);
+        close(ends[0]);
+        close(ends[1]);
+    }
+}
+
+constexpr const char* kLostOutput = "morveltesk: failed to write to standard output\n";
+
+TEST(StandardOutput, IsNotLostInSilence) {
+    const std::array<std::function<void()>, 3> failing{[] { close(STDOUT_FILENO); }, [] { outputTo("/dev/full"); },
+                                                       outputToClosedPipe};
+    for (const auto& prepare : failing) {
+        for (const char* source : {"puts('a line')", "print('x')", "print(string_rep('x', 1000000))",
+                                   "i = 0 while i < 100000 do puts(i) i = i + 1 end"}) {
+            const ChildOutcome child = runScript(source, prepare);
+            EXPECT_EQ(child.status, 1) << source;
+            EXPECT_EQ(child.error, kLostOutput) << source;
+        }
+        // Caught by the script, and reported all the same, because what was written is lost.
+        const ChildOutcome caught = runScript("pcall(print, string_rep('x', 1000000))", prepare);
+        EXPECT_EQ(caught.status, 1);
+        EXPECT_EQ(caught.error, kLostOutput);
+        // An error of the script comes first.
+        const ChildOutcome failed = runScript("puts('a line') error('its own')", prepare);
+        EXPECT_EQ(failed.status, 1);
+        EXPECT_EQ(failed.error, "morveltesk: its own\n");
+        // Nothing written, nothing lost.
+        EXPECT_EQ(runScript("x = 1", prepare).status, 0);
+    }
+    ChildSetup repl;
+    repl.arguments = {"--repl"};
+    repl.input = "x = 1\nputs(x)\n";
+    repl.prepare = [] { outputTo("/dev/full"); };
+    EXPECT_EQ(runProgram(repl).status, 1);
+}
+
+TEST(StandardOutput, IsNotTakenOverByAFile) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.path("data");
+    const ChildOutcome child =
+        runScript("print('not for the file') write_file('" + path + "', 'content') print('nor this')",
+                  [] { close(STDOUT_FILENO); });
+    EXPECT_EQ(readFile(path), "content");
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.error, kLostOutput);
+    const ChildOutcome closed = runScript("write_file('" + path + "', 'content') error('not for the file')", [] {
+        close(STDIN_FILENO);
+        close(STDOUT_FILENO);
+        close(STDERR_FILENO);
+    });
+    EXPECT_EQ(readFile(path), "content");
+    EXPECT_EQ(closed.status, 1);
+}
+
+TEST(StandardInput, MayBeClosedOrADirectory) {
+    ChildSetup repl;
+    repl.arguments = {"--repl"};
+    repl.prepare = [] { close(STDIN_FILENO); };
+    EXPECT_EQ(runProgram(repl).status, 0);
+    repl.prepare = [] { dup2(open("/", O_RDONLY), STDIN_FILENO); };
+    EXPECT_EQ(runProgram(repl).status, 0);
+}
+
+TEST(StandardInput, GivesScriptsAndImages) {
+    const std::string source = "puts('from a stream', 1 + 1)";
+    const RubyVM vm;
+    const RubyBytecode image = vm.compileScript(source, "image");
+    const std::string imageText(image.bytes.begin(), image.bytes.end());
+    const auto fromPipe = [](const std::string& text) {
+        return [text] {
+            std::array<int, 2> ends{};
+            if (pipe(ends.data()) == 0 && write(ends[1], text.data(), text.size()) > 0) {
+                close(ends[1]);
+                dup2(ends[0], STDIN_FILENO);
+                close(ends[0]);
+            }
+        };
+    };
+    for (const bool asPipe : {false, true}) {
+        ChildSetup script;
+        script.arguments = {"/dev/stdin"};
+        ChildSetup bytecode;
+        bytecode.arguments = {"--run-bytecode", "/dev/stdin"};
+        ChildSetup compile;
+        compile.arguments = {"--compile", "/dev/stdin", "/dev/stdout"};
+        if (asPipe) {
+            script.prepare = fromPipe(source);
+            bytecode.prepare = fromPipe(imageText);
+            compile.prepare = fromPipe(source);
+        } else {
+            script.input = source;
+            bytecode.input = imageText;
+            compile.input = source;
+        }
+        EXPECT_EQ(runProgram(script).output, "from a stream 2\n");
+        EXPECT_EQ(runProgram(bytecode).output, "from a stream 2\n");
+        const RubyBytecode expected = vm.compileScript(source, "/dev/stdin");
+        EXPECT_EQ(runProgram(compile).output, std::string(expected.bytes.begin(), expected.bytes.end()));
+    }
+}
+
+TEST(Compiling, ReportsWhatItCannotReadOrWrite) {
+    const auto compiled = [](const std::string& source, const std::string& output) {
+        ChildSetup setup;
+        setup.arguments = {"--compile", source, output};
+        const ChildOutcome child = runProgram(setup);
+        EXPECT_EQ(child.status, 1);
+        return child.error;
+    };
+    const TemporaryDirectory directory;
+    writeFile(directory.path("script.rb"), "x = 1");
+    const std::string output = directory.path("image");
+    EXPECT_EQ(compiled("/proc/self/mem", output), "morveltesk: failed to open file: /proc/self/mem\n");
+    EXPECT_EQ(compiled("/", output), "morveltesk: failed to open file: /\n");
+    EXPECT_FALSE(std::filesystem::exists(output));
+    EXPECT_EQ(compiled(directory.path("script.rb"), "/dev/full"), "morveltesk: failed to write file: /dev/full\n");
+    EXPECT_EQ(compiled(directory.path("script.rb"), "/"), "morveltesk: unable to open bytecode output file: /\n");
+}
+
+TEST(Compiling, ReportsThatMemoryIsOut) {
+    if (kAddressSanitizer || kThreadSanitizer) {
+        GTEST_SKIP() << "the sanitizers need their address space";
+    }
+    constexpr rlim_t kAddressSpace = 256 * 1024 * 1024;
+    const TemporaryDirectory directory;
+    const std::string source = directory.path("script.rb");
+    writeFile(source, "x = 1");
+    std::filesystem::resize_file(source, kAddressSpace * 2);
+    for (const bool isCompiling : {true, false}) {
+        ChildSetup setup;
+        setup.arguments =
+            isCompiling ? std::vector{"--compile"s, source, directory.path("image")} : std::vector{source};
+        setup.prepare = [] {
+            const rlimit limit{kAddressSpace, kAddressSpace};
+            setrlimit(RLIMIT_AS, &limit);
+        };
+        const ChildOutcome child = runProgram(setup);
+        EXPECT_EQ(child.status, 1);
+        EXPECT_EQ(child.error, "morveltesk: out of memory\n");
+    }
+}
+
+}  // namespace
+
+}  // namespace morvel::ruby::tests

@@ -1,0 +1,298 @@
+// The memory that the compiler and the loader take is at most a fixed multiple of the size of their input.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <ctime>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "bytecode/image.h"
+#include "compiler/opcodes.h"
+#include "counting_allocator.h"
+#include "morvel/ruby/vm.h"
+#include "support.h"
+
+namespace morvel::ruby::tests {
+
+namespace {
+
+constexpr std::size_t kSize = 300'000;
+// Bytes for each byte of input, whatever it is, beside a little that does not depend on it.
+constexpr double kCompilerFactor = 120;
+constexpr double kLoaderFactor = 80;
+constexpr double kTranslationFactor = 80;
+constexpr std::size_t kFixed = 64 * 1024;
+
+std::string filled(const std::string& unit) {
+    std::string text;
+    text.reserve(kSize + unit.size());
+    while (text.size() < kSize) {
+        text += unit;
+    }
+    return text;
+}
+
+/// Units with a running number, so that all are different.
+std::string numbered(const std::string& before, const std::string& after) {
+    std::string text;
+    for (int i = 0; text.size() < kSize; ++i) {
+        text += before + std::to_string(i) + after;
+    }
+    return text;
+}
+
+/// Most bytes that `work` holds at a time, for each byte of its input. Failing is fine, taking long is not.
+template <typename Work>
+double peakFactor(std::size_t inputSize, Work work) {
+    const std::size_t before = allocationCounts().liveBytes;
+    resetPeak();
+    const std::clock_t start = std::clock();
+    try {
+        work();
+    } catch (const std::exception& exception) {
+        // The message must be in proportion too, and it is measured.
+        EXPECT_LT(std::string(exception.what()).size(), 1000U);
+    }
+    // Time that grew with the square of the size would be minutes.
+    constexpr double kMostSeconds = 10;
+    EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, kMostSeconds);
+    const std::size_t peak = allocationCounts().peakBytes - before;
+    return peak < kFixed ? 0 : static_cast<double>(peak - kFixed) / static_cast<double>(inputSize);
+}
+
+TEST(CompilerMemory, IsInProportionToTheSource) {
+    const std::vector<std::string> sources{
+        filled("("),
+        filled("["),
+        filled(";"),
+        filled("\n"),
+        filled("a "),
+        filled("a;"),
+        filled("1;"),
+        filled("1+"),
+        "x = 1" + filled("+1"),
+        "x = a" + filled("-a"),
+        "x = [1" + filled(",1") + "]",
+        "x = [[]" + filled(",[]") + "]",
+        "f(1" + filled(",1") + ")",
+        filled("f()"),
+        "x = " + filled("-") + "1",
+        filled("''"),
+        filled("'';"),
+        filled("'\\n'"),
+        filled("'\\n';"),
+        filled("'a longer text without escapes, used again and again'\n"),
+        "x = '" + filled("\\n") + "'",
+        filled("# comment\n"),
+        "# " + filled("comment "),
+        filled("a=1;"),
+        filled("a=nil "),
+        filled("a[0]=1;"),
+        filled("def f end "),
+        filled("def f()end "),
+        filled("def f return 1 end "),
+        "def f(a" + filled(",a") + ") end",
+        "def f(a0" + numbered(",a", "") + ") end",
+        filled("if a end "),
+        filled("if a then "),
+        "if a then " + filled("elsif a ") + "end",
+        filled("while a end "),
+        filled("return "),
+        filled("return;"),
+        numbered("v", "=1;"),
+        numbered("v", ";"),
+        numbered("'", "';"),
+        numbered("def f", " end "),
+        "def f " + numbered("v", "=1;") + " end",
+        filled("not "),
+        filled("1.5 "),
+        filled("true "),
+        filled("\xff"),
+        filled("\t"),
+    };
+    double worst = 0;
+    for (const std::string& source : sources) {
+        const double factor = peakFactor(source.size(), [&] { (void)RubyVM().compileScript(source, "t"); });
+        EXPECT_LT(factor, kCompilerFactor) << source.substr(0, 40);
+        worst = std::max(worst, factor);
+    }
+    std::cout << "compiler: at most " << worst << " bytes for each byte of source\n";
+    // Otherwise the memory of the compiler is not seen.
+    EXPECT_GT(worst, 10.0);
+}
+
+/// Writes the fields of an image.
+class Bytes {
+public:
+    Bytes& number(std::uint32_t value) {
+        for (int i = 0; i < 4; ++i) {
+            m_bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+        }
+        return *this;
+    }
+    Bytes& byte(std::uint8_t value) {
+        m_bytes.push_back(value);
+        return *this;
+    }
+    Bytes& text(const std::string& value) {
+        number(static_cast<std::uint32_t>(value.size()));
+        m_bytes.insert(m_bytes.end(), value.begin(), value.end());
+        return *this;
+    }
+    Bytes& instruction(internal::OpCode op, std::uint32_t a) {
+        return byte(static_cast<std::uint8_t>(op)).number(a).number(0).number(1);
+    }
+    [[nodiscard]] std::size_t size() const { return m_bytes.size(); }
+    [[nodiscard]] RubyBytecode image() const { return {m_bytes}; }
+
+    static Bytes header() {
+        Bytes bytes;
+        bytes.byte('M').byte('T').byte('B').byte('C').number(2).text("t");
+        return bytes;
+    }
+
+private:
+    std::vector<std::uint8_t> m_bytes;
+};
+
+constexpr std::uint32_t kHuge = 0xFFFFFFFF;
+/// Stands for the index of the following instruction.
+constexpr std::uint32_t kNext = 0xFFFFFFFE;
+
+/// Images that claim more than they hold, at each count, and images full of the smallest entries of each kind.
+std::vector<RubyBytecode> loaderInputs() {
+    std::vector<RubyBytecode> inputs;
+    const auto padded = [](Bytes bytes, unsigned filler) {
+        while (bytes.size() < kSize) {
+            bytes.byte(static_cast<std::uint8_t>(filler));
+        }
+        return bytes.image();
+    };
+    for (const unsigned filler : {0U, 1U, 3U, 4U, 255U}) {
+        inputs.push_back(padded(Bytes::header().number(kHuge), filler));
+        inputs.push_back(padded(Bytes::header().number(0).number(kHuge), filler));
+        inputs.push_back(padded(Bytes::header().number(0).number(1).text("f").number(kHuge), filler));
+        inputs.push_back(padded(Bytes::header().number(0).number(1).text("f").number(0).number(kHuge), filler));
+    }
+    const auto full = [&inputs](auto begin, auto entry, auto end) {
+        // The count is not known before: it is written over afterwards.
+        Bytes bytes = Bytes::header();
+        begin(bytes, kHuge);
+        std::uint32_t count = 0;
+        const std::size_t start = bytes.size();
+        for (; bytes.size() < kSize; ++count) {
+            entry(bytes, count);
+        }
+        Bytes counted = Bytes::header();
+        begin(counted, count);
+        EXPECT_EQ(counted.size(), start);
+        for (std::uint32_t i = 0; i < count; ++i) {
+            entry(counted, i);
+        }
+        end(counted, count);
+        inputs.push_back(counted.image());
+    };
+    const auto constants = [](Bytes& bytes, std::uint32_t count) { bytes.number(count); };
+    const auto emptyMain = [](Bytes& bytes, std::uint32_t) { bytes.number(1).text("").number(0).number(0); };
+    full(
+        constants, [](Bytes& bytes, std::uint32_t) { bytes.byte(0); }, emptyMain);
+    full(
+        constants, [](Bytes& bytes, std::uint32_t) { bytes.byte(3).byte(1); }, emptyMain);
+    full(
+        constants, [](Bytes& bytes, std::uint32_t) { bytes.byte(4).text(""); }, emptyMain);
+    full(
+        constants, [](Bytes& bytes, std::uint32_t i) { bytes.byte(4).text(std::to_string(i)); }, emptyMain);
+    const auto nothing = [](Bytes&, std::uint32_t) {};
+    const auto functions = [](Bytes& bytes, std::uint32_t count) { bytes.number(0).number(count); };
+    full(
+        functions, [](Bytes& bytes, std::uint32_t) { bytes.text("").number(0).number(0); }, nothing);
+    full(
+        functions,
+        [](Bytes& bytes, std::uint32_t) {
+            bytes.text("").number(0).number(2);
+            bytes.instruction(internal::OpCode::PushConst, 0).instruction(internal::OpCode::Return, 0);
+        },
+        nothing);
+    full(
+        functions, [](Bytes& bytes, std::uint32_t) { bytes.text("").number(1).text("a").number(0); }, nothing);
+    const auto params = [](Bytes& bytes, std::uint32_t count) {
+        bytes.number(0).number(2).text("").number(0).number(0).text("f").number(count);
+    };
+    const auto noCode = [](Bytes& bytes, std::uint32_t) { bytes.number(0); };
+    full(
+        params, [](Bytes& bytes, std::uint32_t) { bytes.text(""); }, noCode);
+    full(
+        params, [](Bytes& bytes, std::uint32_t i) { bytes.text(std::to_string(i)); }, noCode);
+    // Long functions, each shape ending in a Return so that a fast form is looked for.
+    using internal::OpCode;
+    const std::vector<std::vector<std::pair<OpCode, std::uint32_t>>> shapes{
+        {{OpCode::PushConst, 0}},
+        {{OpCode::PushConst, 0}, {OpCode::Pop, 0}},
+        {{OpCode::PushConst, 0}, {OpCode::PushConst, 0}, {OpCode::Add, 0}, {OpCode::Pop, 0}},
+        {{OpCode::MakeArray, 0}},
+        {{OpCode::PushConst, 0}, {OpCode::MakeArray, 1}},
+        {{OpCode::LoadName, 1}},
+        {{OpCode::PushConst, 0}, {OpCode::StoreName, 1}, {OpCode::Pop, 0}},
+        {{OpCode::PushConst, 0}, {OpCode::Not, 0}},
+        {{OpCode::DefineFunction, 1}},
+        {{OpCode::PushConst, 0}, {OpCode::JumpIfFalse, kNext}},
+        {{OpCode::Jump, kNext}},
+        {{OpCode::LoadName, 1}, {OpCode::Call, 0}, {OpCode::Pop, 0}},
+        {{OpCode::Return, 0}},
+    };
+    for (const auto& shape : shapes) {
+        for (const bool isMain : {true, false}) {
+            const auto code = [isMain](Bytes& bytes, std::uint32_t count) {
+                bytes.number(2).byte(1).number(7).number(0).byte(4).text("name");
+                bytes.number(isMain ? 1 : 2).text("").number(0);
+                if (!isMain) {
+                    bytes.number(0).text("f").number(0);
+                }
+                bytes.number(count == kHuge ? count : count + 1);
+            };
+            full(
+                code,
+                [&shape](Bytes& bytes, std::uint32_t i) {
+                    const auto& [op, a] = shape[i % shape.size()];
+                    bytes.instruction(op, a == kNext ? i + 1 : a);
+                },
+                [](Bytes& bytes, std::uint32_t) { bytes.instruction(OpCode::Return, 0); });
+        }
+    }
+    return inputs;
+}
+
+TEST(LoaderMemory, IsInProportionToTheImage) {
+    double worst = 0;
+    const std::vector<RubyBytecode> inputs = loaderInputs();
+    for (const RubyBytecode& input : inputs) {
+        const double factor = peakFactor(input.bytes.size(), [&] { (void)internal::deserializeProgram(input); });
+        EXPECT_LT(factor, kLoaderFactor) << "input " << &input - inputs.data();
+        worst = std::max(worst, factor);
+    }
+    std::cout << "loader: at most " << worst << " bytes for each byte of the image\n";
+    EXPECT_GT(worst, 5.0);
+}
+
+// Running a function for the first time may translate it.
+TEST(TranslationMemory, IsInProportionToTheImage) {
+    double worst = 0;
+    std::size_t number = 0;
+    for (const RubyBytecode& input : loaderInputs()) {
+        const double factor = peakFactor(input.bytes.size(), [&] {
+            RubyVM vm;
+            vm.setGlobal("name", 1);
+            (void)vm.runBytecode(input);
+        });
+        EXPECT_LT(factor, kTranslationFactor) << "input " << number;
+        worst = std::max(worst, factor);
+        ++number;
+    }
+    std::cout << "running: at most " << worst << " bytes for each byte of the image\n";
+}
+
+}  // namespace
+
+}  // namespace morvel::ruby::tests
