@@ -1,0 +1,33 @@
+// Runs one program on either executor and tells what could be seen of it.
+#pragma once
+
+#include <string>
+
+#include "morvel/ruby/vm.h"
+#include "vm/impl.h"
+
+namespace morvel::ruby::sameness {
+
+/// Everything about a run that a script, a host or a terminal can observe.
+struct Observation {
+    bool ok = false;
+    std::string value;
+    std::string error;
+    std::string output;
+
+    bool operator==(const Observation&) const = default;
+
+    /// Where the native stack ends depends on the executor, and so does what such a run has done by then.
+    [[nodiscard]] bool reachedTheStackLimit() const;
+    [[nodiscard]] std::string describe() const;
+};
+
+[[nodiscard]] Observation observeSource(const std::string& source, const std::string& chunkName,
+                                        internal::ExecutorChoice executor);
+[[nodiscard]] Observation observeImage(const RubyBytecode& image, internal::ExecutorChoice executor);
+
+/// Empty when both executors show the same; else what each of them showed.
+[[nodiscard]] std::string compareSource(const std::string& source, const std::string& chunkName);
+[[nodiscard]] std::string compareImage(const RubyBytecode& image);
+
+}  // namespace morvel::ruby::sameness
