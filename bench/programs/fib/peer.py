@@ -1,0 +1,11 @@
+n = 35
+# Doubly recursive Fibonacci numbers: calls, comparisons and integer sums.
+
+
+def fib(k):
+    if k < 2:
+        return k
+    return fib(k - 1) + fib(k - 2)
+
+
+print(fib(n))

@@ -1,0 +1,28 @@
+n = 30000
+# Texts of about a kilobyte built by repeated append of short pieces.
+def build(pieces, count)
+  text = ""
+  i = 0
+  while i < count
+    text = text + pieces[i % 4]
+    i = i + 1
+  end
+  return text
+end
+
+def run(rounds)
+  pieces = ["alpha ", "be ", "gamma-delta ", "x"]
+  total = 0
+  i = 0
+  while i < rounds
+    text = build(pieces, 100 + i % 200)
+    total = total + len(text)
+    if text[i % 500] == "a"
+      total = total + 1
+    end
+    i = i + 1
+  end
+  return total
+end
+
+puts(run(n))
