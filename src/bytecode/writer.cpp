@@ -113,8 +113,8 @@ std::size_t imageSize(const Program& program) {
 RubyBytecode serializeProgram(const Program& program) {
     RubyBytecode bytecode;
     bytecode.bytes.reserve(imageSize(program));
+    bytecode.bytes.assign(kBytecodeMagic.begin(), kBytecodeMagic.end());
     ImageWriter writer(bytecode.bytes);
-    writer.writeRaw(kBytecodeMagic);
     writer.writeU32(kBytecodeVersion);
     writer.writeString(program.name);
     writer.writeCount(program.constants.size());

@@ -30,6 +30,64 @@ RubyValue randomFraction(std::mt19937_64& random) {
     return std::fmin(static_cast<double>(random()) * kTwoToMinus64, kLargestBelowOne);
 }
 
+/// Reads a number from an argument; false for values of other kinds.
+bool readNumber(const RubyValue& argument, double& number) {
+    if (argument.isFloat()) {
+        number = argument.data.floating;
+        return true;
+    }
+    number = static_cast<double>(argument.data.integer);
+    return argument.isInteger();
+}
+
+/// True for integers that a double holds exactly, with all that lie between two of them.
+bool isExactInteger(const RubyValue& argument) {
+    constexpr std::int64_t kLargestExact = std::int64_t{1} << 53;
+    return argument.isInteger() && argument.data.integer < kLargestExact && argument.data.integer > -kLargestExact;
+}
+
+/// Stores what `function` makes of the only argument.
+template <typename Function>
+bool applyToNumber(const RubyValue* arguments, std::size_t count, RubyValue* result, Function function) {
+    double number = 0;
+    if (count != 1 || !readNumber(arguments[0], number)) {
+        return false;
+    }
+    *result = function(number);
+    return true;
+}
+
+/// The same for a function that gives a whole number back as it is.
+template <typename Function>
+bool roundNumber(const RubyValue* arguments, std::size_t count, RubyValue* result, Function function) {
+    if (count == 1 && isExactInteger(arguments[0])) {
+        *result = arguments[0];
+        return true;
+    }
+    return applyToNumber(arguments, count, result, [&](double number) { return numericResult(function(number)); });
+}
+
+template <typename IsBetter>
+bool betterOfNumbers(const RubyValue* arguments, std::size_t count, RubyValue* result, IsBetter isBetter) {
+    if (count != 2) {
+        return false;
+    }
+    if (isExactInteger(arguments[0]) && isExactInteger(arguments[1])) {
+        *result = arguments[isBetter(arguments[1].data.integer, arguments[0].data.integer) ? 1 : 0];
+        return true;
+    }
+    double first = 0;
+    double second = 0;
+    if (!readNumber(arguments[0], first) || !readNumber(arguments[1], second)) {
+        return false;
+    }
+    *result = numericResult(isBetter(second, first) ? second : first);
+    return true;
+}
+
+constexpr auto kIsLess = [](auto candidate, auto best) { return candidate < best; };
+constexpr auto kIsGreater = [](auto candidate, auto best) { return candidate > best; };
+
 }  // namespace
 
 RubyValue mathFloor(const BuiltinCall& call) { return numericResult(std::floor(requireNumericArgument(call, 0))); }
@@ -38,13 +96,9 @@ RubyValue mathCeil(const BuiltinCall& call) { return numericResult(std::ceil(req
 
 RubyValue mathAbs(const BuiltinCall& call) { return numericResult(std::fabs(requireNumericArgument(call, 0))); }
 
-RubyValue mathMin(const BuiltinCall& call) {
-    return bestArgument(call, [](double candidate, double best) { return candidate < best; });
-}
+RubyValue mathMin(const BuiltinCall& call) { return bestArgument(call, kIsLess); }
 
-RubyValue mathMax(const BuiltinCall& call) {
-    return bestArgument(call, [](double candidate, double best) { return candidate > best; });
-}
+RubyValue mathMax(const BuiltinCall& call) { return bestArgument(call, kIsGreater); }
 
 RubyValue mathSin(const BuiltinCall& call) { return std::sin(requireNumericArgument(call, 0)); }
 
@@ -94,6 +148,48 @@ RubyValue mathRandom(const BuiltinCall& call) {
         failCall(call, "interval is empty");
     }
     return std::uniform_int_distribution<std::int64_t>(lower, upper)(random);
+}
+
+bool floorOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result) {
+    return roundNumber(arguments, count, result, [](double number) { return std::floor(number); });
+}
+
+bool ceilOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result) {
+    return roundNumber(arguments, count, result, [](double number) { return std::ceil(number); });
+}
+
+bool absOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result) {
+    return applyToNumber(arguments, count, result, [](double number) { return numericResult(std::fabs(number)); });
+}
+
+bool minOfNumbers(const RubyValue* arguments, std::size_t count, RubyValue* result) {
+    return betterOfNumbers(arguments, count, result, kIsLess);
+}
+
+bool maxOfNumbers(const RubyValue* arguments, std::size_t count, RubyValue* result) {
+    return betterOfNumbers(arguments, count, result, kIsGreater);
+}
+
+bool sinOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result) {
+    return applyToNumber(arguments, count, result, [](double number) { return std::sin(number); });
+}
+
+bool cosOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result) {
+    return applyToNumber(arguments, count, result, [](double number) { return std::cos(number); });
+}
+
+bool sqrtOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result) {
+    return applyToNumber(arguments, count, result, [](double number) { return std::sqrt(number); });
+}
+
+bool powOfNumbers(const RubyValue* arguments, std::size_t count, RubyValue* result) {
+    double base = 0;
+    double exponent = 0;
+    if (count != 2 || !readNumber(arguments[0], base) || !readNumber(arguments[1], exponent)) {
+        return false;
+    }
+    *result = numericResult(std::pow(base, exponent));
+    return true;
 }
 
 }  // namespace morvel::ruby::internal::builtins

@@ -22,4 +22,15 @@ RubyValue mathClamp(const BuiltinCall& call);
 RubyValue mathRandomSeed(const BuiltinCall& call);
 RubyValue mathRandom(const BuiltinCall& call);
 
+// The same work on numbers alone, without a call's surroundings (RubyFunctionHandle::NumberFunction).
+bool floorOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result);
+bool ceilOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result);
+bool absOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result);
+bool minOfNumbers(const RubyValue* arguments, std::size_t count, RubyValue* result);
+bool maxOfNumbers(const RubyValue* arguments, std::size_t count, RubyValue* result);
+bool sinOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result);
+bool cosOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result);
+bool sqrtOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result);
+bool powOfNumbers(const RubyValue* arguments, std::size_t count, RubyValue* result);
+
 }  // namespace morvel::ruby::internal::builtins

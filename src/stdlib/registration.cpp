@@ -28,7 +28,14 @@ struct Builtin {
     std::size_t maximum;
     RubyValue (*body)(const BuiltinCall&);
     RubyFunctionHandle::Shortcut shortcut = RubyFunctionHandle::Shortcut::None;
+    RubyFunctionHandle::NumberFunction numberFunction = nullptr;
 };
+
+/// A row whose body has a short form for numbers.
+constexpr Builtin onNumbers(Builtin row, RubyFunctionHandle::NumberFunction function) {
+    row.numberFunction = function;
+    return row;
+}
 
 constexpr std::array kBuiltins{
     Builtin{"puts", 0, kNoMaximum, builtins::puts},
@@ -68,17 +75,17 @@ constexpr std::array kBuiltins{
     Builtin{"table_remove", 1, 2, builtins::tableRemove},
     Builtin{"table_sort", 1, 1, builtins::tableSort},
     Builtin{"table_concat", 1, 2, builtins::tableConcat},
-    Builtin{"math_floor", 1, 1, builtins::mathFloor, RubyFunctionHandle::Shortcut::MathFloor},
-    Builtin{"math_ceil", 1, 1, builtins::mathCeil},
-    Builtin{"math_abs", 1, 1, builtins::mathAbs},
-    Builtin{"math_min", 1, kNoMaximum, builtins::mathMin},
-    Builtin{"math_max", 1, kNoMaximum, builtins::mathMax},
-    Builtin{"math_sin", 1, 1, builtins::mathSin},
-    Builtin{"math_cos", 1, 1, builtins::mathCos},
+    onNumbers(Builtin{"math_floor", 1, 1, builtins::mathFloor}, builtins::floorOfNumber),
+    onNumbers(Builtin{"math_ceil", 1, 1, builtins::mathCeil}, builtins::ceilOfNumber),
+    onNumbers(Builtin{"math_abs", 1, 1, builtins::mathAbs}, builtins::absOfNumber),
+    onNumbers(Builtin{"math_min", 1, kNoMaximum, builtins::mathMin}, builtins::minOfNumbers),
+    onNumbers(Builtin{"math_max", 1, kNoMaximum, builtins::mathMax}, builtins::maxOfNumbers),
+    onNumbers(Builtin{"math_sin", 1, 1, builtins::mathSin}, builtins::sinOfNumber),
+    onNumbers(Builtin{"math_cos", 1, 1, builtins::mathCos}, builtins::cosOfNumber),
     Builtin{"math_rad", 1, 1, builtins::mathRad},
     Builtin{"math_log", 1, 1, builtins::mathLog},
-    Builtin{"math_sqrt", 1, 1, builtins::mathSqrt},
-    Builtin{"math_pow", 2, 2, builtins::mathPow},
+    onNumbers(Builtin{"math_sqrt", 1, 1, builtins::mathSqrt}, builtins::sqrtOfNumber),
+    onNumbers(Builtin{"math_pow", 2, 2, builtins::mathPow}, builtins::powOfNumbers),
     Builtin{"math_deg", 1, 1, builtins::mathDeg},
     Builtin{"math_exp", 1, 1, builtins::mathExp},
     Builtin{"math_clamp", 3, 3, builtins::mathClamp},
@@ -118,9 +125,16 @@ RubyValue callBuiltin(RubyVM& vm, RubyArguments arguments) {
     return kBuiltin.body({kBuiltin.name, vm, arguments});
 }
 
+template <std::size_t Row>
+void bindRow(RubyVM::Impl& vm) {
+    RubyFunctionHandle& handle = vm.bindFunction(kBuiltins[Row].name, RubyNativeFunction(callBuiltin<Row>));
+    handle.shortcut = kBuiltins[Row].shortcut;
+    handle.numberFunction = kBuiltins[Row].numberFunction;
+}
+
 template <std::size_t... Rows>
 void bindAll(RubyVM::Impl& vm, std::index_sequence<Rows...>) {
-    (vm.bindFunction(kBuiltins[Rows].name, RubyNativeFunction(callBuiltin<Rows>), kBuiltins[Rows].shortcut), ...);
+    (bindRow<Rows>(vm), ...);
 }
 
 }  // namespace

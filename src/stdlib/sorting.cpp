@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <compare>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -19,14 +22,41 @@ bool isExactInteger(const RubyValue& value) {
 
 bool isOrderedNumber(const RubyValue& value) { return value.isNumeric() && !std::isnan(value.asFloat()); }
 
-void sortIntegers(RubyArray& elements) {
-    std::vector<std::int64_t> numbers;
-    numbers.reserve(elements.size());
-    for (const RubyValue& element : elements) {
-        numbers.push_back(element.data.integer);
+/// Walks over the integers in an array's elements, so that sorting moves only them and needs no copy.
+class IntegerIterator {
+public:
+    using iterator_category = std::random_access_iterator_tag;
+    using value_type = std::int64_t;
+    using difference_type = std::ptrdiff_t;
+    using pointer = std::int64_t*;
+    using reference = std::int64_t&;
+
+    IntegerIterator() = default;
+    explicit IntegerIterator(RubyValue* element) noexcept : m_element(element) {}
+
+    reference operator*() const noexcept { return m_element->data.integer; }
+    reference operator[](difference_type offset) const noexcept { return m_element[offset].data.integer; }
+    IntegerIterator& operator+=(difference_type offset) noexcept {
+        m_element += offset;
+        return *this;
     }
-    std::sort(numbers.begin(), numbers.end());
-    std::copy(numbers.begin(), numbers.end(), elements.begin());
+    IntegerIterator& operator-=(difference_type offset) noexcept { return *this += -offset; }
+    IntegerIterator& operator++() noexcept { return *this += 1; }
+    IntegerIterator& operator--() noexcept { return *this -= 1; }
+    IntegerIterator operator++(int) noexcept { return IntegerIterator(m_element++); }
+    IntegerIterator operator--(int) noexcept { return IntegerIterator(m_element--); }
+    IntegerIterator operator+(difference_type offset) const noexcept { return IntegerIterator(m_element + offset); }
+    IntegerIterator operator-(difference_type offset) const noexcept { return IntegerIterator(m_element - offset); }
+    difference_type operator-(const IntegerIterator& other) const noexcept { return m_element - other.m_element; }
+    auto operator<=>(const IntegerIterator& other) const noexcept = default;
+
+private:
+    RubyValue* m_element = nullptr;
+};
+
+void sortIntegers(RubyArray& elements) {
+    IntegerIterator first(elements.data());
+    std::sort(first, first + static_cast<std::ptrdiff_t>(elements.size()));
 }
 
 void sortNumbers(RubyArray& elements) {

@@ -7,6 +7,7 @@
 #include "stdlib/text_classes.h"
 #include "value/memory_limit.h"
 #include "value/short_strings.h"
+#include "vm/impl.h"
 
 namespace morvel::ruby::internal::builtins {
 
@@ -46,16 +47,6 @@ std::string_view stripped(const BuiltinCall& call, bool atStart, bool atEnd) {
     return text;
 }
 
-using PieceStrings = ShortStrings<256>;
-
-void addPiece(RubyArray& pieces, PieceStrings& strings, std::string_view piece) {
-    if (piece.size() <= PieceStrings::kLongest) {
-        pieces.push_back(strings.valueOf(piece));
-    } else {
-        pieces.emplace_back(piece);
-    }
-}
-
 std::size_t countOf(std::string_view text, std::string_view separator) {
     std::size_t count = 0;
     for (std::size_t found = text.find(separator); found != std::string_view::npos;
@@ -66,34 +57,35 @@ std::size_t countOf(std::string_view text, std::string_view separator) {
 }
 
 /// Splits one piece after the other off the front of a text.
-RubyValue splitPieces(std::string_view text, std::string_view separator, std::size_t mostPieces) {
+RubyValue splitPieces(ShortStrings& strings, std::string_view text, std::string_view separator,
+                      std::size_t mostPieces) {
     RubyArray pieces;
     pieces.reserve(std::min(mostPieces, countOf(text, separator) + 1));
-    PieceStrings strings;
     while (pieces.size() + 1 < mostPieces) {
         const std::size_t end = text.find(separator);
         if (end == std::string_view::npos) {
             break;
         }
-        addPiece(pieces, strings, text.substr(0, end));
+        pieces.push_back(strings.valueOf(text.substr(0, end)));
         text.remove_prefix(end + separator.size());
     }
-    pieces.emplace_back(text);
+    pieces.push_back(strings.valueOf(text));
     return pieces;
 }
 
-RubyValue splitBytes(std::string_view text, std::size_t mostPieces) {
+RubyValue splitBytes(ShortStrings& strings, std::string_view text, std::size_t mostPieces) {
     RubyArray pieces;
-    PieceStrings strings;
     while (!text.empty() && pieces.size() + 1 < mostPieces) {
-        addPiece(pieces, strings, text.substr(0, 1));
+        pieces.push_back(strings.valueOf(text.substr(0, 1)));
         text.remove_prefix(1);
     }
     if (!text.empty()) {
-        pieces.emplace_back(text);
+        pieces.push_back(strings.valueOf(text));
     }
     return pieces;
 }
+
+ShortStrings& shortStringsOf(const BuiltinCall& call) { return RubyVM::Impl::of(call.vm).shortStrings; }
 
 }  // namespace
 
@@ -107,7 +99,7 @@ RubyValue stringSub(const BuiltinCall& call) {
     const std::int64_t last =
         call.count() > 2 ? requireIntegerArgument(call, 2) : static_cast<std::int64_t>(text.size());
     const ByteRange range = byteRange(first, last, text.size());
-    return std::string_view(text).substr(range.begin, range.length);
+    return shortStringsOf(call).valueOf(std::string_view(text).substr(range.begin, range.length));
 }
 
 RubyValue stringByte(const BuiltinCall& call) {
@@ -164,7 +156,9 @@ RubyValue stringSplit(const BuiltinCall& call) {
     }
     const std::size_t mostPieces =
         limit < 1 ? std::numeric_limits<std::size_t>::max() : static_cast<std::size_t>(limit);
-    return separator.empty() ? splitBytes(text, mostPieces) : splitPieces(text, separator, mostPieces);
+    ShortStrings& strings = shortStringsOf(call);
+    return separator.empty() ? splitBytes(strings, text, mostPieces)
+                             : splitPieces(strings, text, separator, mostPieces);
 }
 
 RubyValue stringStrip(const BuiltinCall& call) { return stripped(call, true, true); }

@@ -62,10 +62,56 @@ private:
     std::size_t m_length = 0;
 };
 
+/// Empty arrays that still have room for a few elements: pairs and results of calls come and go as whole arrays.
+class SpareArrays {
+public:
+    constexpr SpareArrays() = default;
+
+    /// An empty array with one reference, or null.
+    ArrayBox* take() noexcept {
+        ArrayBox* const array = m_first;
+        if (array != nullptr) {
+            m_first = nextOf(array);
+            --m_length;
+            array->references = 1;
+        }
+        return array;
+    }
+
+    /// Keeps an array whose elements are gone; false when it is not worth keeping.
+    bool keep(ArrayBox* array) noexcept {
+        if (m_length >= kMostArrays || array->elements.capacity() == 0 || array->elements.capacity() > kMostElements) {
+            return false;
+        }
+        array->references = reinterpret_cast<std::uintptr_t>(m_first);
+        m_first = array;
+        ++m_length;
+        return true;
+    }
+
+    void freeAll() noexcept {
+        while (ArrayBox* array = take()) {
+            delete array;
+        }
+    }
+
+private:
+    static ArrayBox* nextOf(const ArrayBox* array) noexcept {
+        return reinterpret_cast<ArrayBox*>(static_cast<std::uintptr_t>(array->references));
+    }
+
+    static constexpr std::size_t kMostArrays = MORVEL_RECYCLES_BOXES != 0 ? 256 : 0;
+    static constexpr std::size_t kMostElements = 4;
+
+    ArrayBox* m_first = nullptr;
+    std::size_t m_length = 0;
+};
+
 struct ThreadPool {
     FreeList strings;
     FreeList arrays;
     FreeList maps;
+    SpareArrays spareArrays;
     /// Set when the thread ends: later releases go straight to the general allocator.
     bool closed = false;
 };
@@ -77,6 +123,7 @@ struct PoolCloser {
     bool armed = false;
     ~PoolCloser() {
         pool.closed = true;
+        pool.spareArrays.freeAll();
         pool.strings.freeAll();
         pool.arrays.freeAll();
         pool.maps.freeAll();
@@ -115,10 +162,19 @@ void bury(std::uint8_t type, Box* box) noexcept {
     graveyard.first = reinterpret_cast<Box*>(reinterpret_cast<std::uintptr_t>(box) | type);
 }
 
+void deleteArray(ArrayBox* array) noexcept {
+    array->elements.clear();
+    if (pool.closed || !pool.spareArrays.keep(array)) {
+        delete array;
+        return;
+    }
+    poolCloser.armed = true;
+}
+
 void deleteContainer(RubyValue::Type type, Box* box) noexcept {
     switch (type) {
         case RubyValue::Type::Array:
-            delete static_cast<ArrayBox*>(box);
+            deleteArray(static_cast<ArrayBox*>(box));
             break;
         case RubyValue::Type::Map:
             delete static_cast<MapBox*>(box);
@@ -129,13 +185,8 @@ void deleteContainer(RubyValue::Type type, Box* box) noexcept {
     }
 }
 
-/// Host functions whose end is put off, chained like dead containers.
-struct Deferred {
-    Box* first = nullptr;
-    std::size_t depth = 0;
-};
-
-constinit thread_local Deferred deferred;
+/// How many instances put off the end of host functions.
+constinit thread_local std::size_t deferring = 0;
 
 bool mayRunHostCode(std::uint8_t type, const Box* box) noexcept {
     if (static_cast<RubyValue::Type>(type) != RubyValue::Type::Function) {
@@ -147,22 +198,24 @@ bool mayRunHostCode(std::uint8_t type, const Box* box) noexcept {
 
 }  // namespace
 
-DeferHostReleases::DeferHostReleases() noexcept { ++deferred.depth; }
+constinit thread_local Box* deferredHosts = nullptr;
+
+DeferHostReleases::DeferHostReleases() noexcept { ++deferring; }
 
 DeferHostReleases::~DeferHostReleases() {
-    --deferred.depth;
+    --deferring;
     releaseDeferredHosts();
 }
 
 void releaseDeferredHosts() noexcept {
     // What one of them lets go of waits for its turn, as it may be in the middle of changing a container.
-    ++deferred.depth;
-    while (deferred.first != nullptr) {
-        Box* dead = deferred.first;
-        deferred.first = reinterpret_cast<Box*>(static_cast<std::uintptr_t>(dead->references));
+    ++deferring;
+    while (deferredHosts != nullptr) {
+        Box* dead = deferredHosts;
+        deferredHosts = reinterpret_cast<Box*>(static_cast<std::uintptr_t>(dead->references));
         delete static_cast<RubyFunctionHandle*>(dead);
     }
-    --deferred.depth;
+    --deferring;
 }
 
 void destroyBox(std::uint8_t type, Box* box) noexcept {
@@ -170,9 +223,9 @@ void destroyBox(std::uint8_t type, Box* box) noexcept {
         delete static_cast<StringBox*>(box);
         return;
     }
-    if (deferred.depth > 0 && mayRunHostCode(type, box)) {
-        box->references = reinterpret_cast<std::uintptr_t>(deferred.first);
-        deferred.first = box;
+    if (deferring > 0 && mayRunHostCode(type, box)) {
+        box->references = reinterpret_cast<std::uintptr_t>(deferredHosts);
+        deferredHosts = box;
         return;
     }
     bury(type, box);
@@ -188,6 +241,11 @@ void destroyBox(std::uint8_t type, Box* box) noexcept {
         deleteContainer(static_cast<RubyValue::Type>(tagged & kTypeBits), dead);
     }
     graveyard.draining = false;
+}
+
+ArrayBox* makeEmptyArray() {
+    ArrayBox* const spare = pool.spareArrays.take();
+    return spare != nullptr ? spare : new ArrayBox;
 }
 
 void* StringBox::operator new(std::size_t size) { return pool.strings.take(size); }

@@ -5,6 +5,7 @@
 #include <array>
 #include <bit>
 #include <charconv>
+#include <cstring>
 #include <limits>
 #include <new>
 #include <optional>
@@ -63,6 +64,38 @@ std::uint32_t tagIn(std::uint32_t slot, std::size_t mask) noexcept { return slot
 std::uint32_t tagOf(std::uint64_t hash, std::size_t mask) noexcept {
     return tagIn(static_cast<std::uint32_t>(hash >> 32), mask);
 }
+
+// Slots are looked at in groups, all of a group at once: which slot of its group a key got is hard to foretell, and a
+// wrong guess of the processor costs more than the whole group.
+constexpr std::size_t kGroupSlots = 8;
+
+std::size_t groupStart(std::uint64_t hash, std::size_t mask) noexcept { return hash & mask & ~(kGroupSlots - 1); }
+
+/// A group of slots.
+class SlotGroup {
+public:
+    explicit SlotGroup(const std::uint32_t* slots) noexcept : m_slots(slots) {}
+
+    /// A bit for each slot with this tag. An equal slot has all bits of the comparison set.
+    [[nodiscard]] unsigned matching(std::uint32_t tag, std::size_t mask) const noexcept {
+        using Lanes [[gnu::vector_size(16)]] = std::uint32_t;
+        constexpr Lanes kLowBits{1, 2, 4, 8};
+        constexpr Lanes kHighBits{16, 32, 64, 128};
+        Lanes low;
+        Lanes high;
+        std::memcpy(&low, m_slots, sizeof low);
+        std::memcpy(&high, m_slots + 4, sizeof high);
+        const auto tagBits = ~static_cast<std::uint32_t>(mask);
+        const Lanes bits = (static_cast<Lanes>((low & tagBits) == tag) & kLowBits) |
+                           (static_cast<Lanes>((high & tagBits) == tag) & kHighBits);
+        return bits[0] | bits[1] | bits[2] | bits[3];
+    }
+    /// Slots are taken from the first on.
+    [[nodiscard]] bool isFull() const noexcept { return m_slots[kGroupSlots - 1] != 0; }
+
+private:
+    const std::uint32_t* m_slots;
+};
 
 std::uint64_t hashOfBox(const StringBox& box) noexcept {
     if (box.hash == 0) {
@@ -181,6 +214,26 @@ void RubyMap::clear() noexcept {
     const RubyMap dying(std::move(*this));
 }
 
+template <typename Matches>
+std::size_t RubyMap::findIndexed(std::uint64_t hash, Matches matches) const noexcept {
+    const std::size_t mask = m_slots.size() - 1;
+    const auto tag = tagOf(hash, mask);
+    for (std::size_t position = groupStart(hash, mask);; position = groupStart(position + kGroupSlots, mask)) {
+        const SlotGroup group(m_slots.data() + position);
+        for (unsigned bits = group.matching(tag, mask); bits != 0; bits &= bits - 1) {
+            const std::uint32_t slot = m_slots[position + static_cast<std::size_t>(std::countr_zero(bits))];
+            const std::size_t index = (slot & mask) - 1;
+            // A free slot looks like one of entry -1.
+            if (index < m_entries.size() && matches(m_entries[index].key)) {
+                return index;
+            }
+        }
+        if (!group.isFull()) {
+            return m_entries.size();
+        }
+    }
+}
+
 RubyMap::iterator RubyMap::find(std::string_view key) {
     const std::size_t index = findIndex(Probe(key));
     return {this, index};
@@ -217,12 +270,26 @@ RubyValue* RubyMap::findValue(const RubyValue& key) {
     if (key.isString()) {
         return findText(static_cast<StringBox*>(key.data.box));
     }
-    return fitsKey(key.data.integer) ? findInteger(key.data.integer) : findProbe(Probe(key));
+    return findInteger(key.data.integer);
 }
 
 RubyValue& RubyMap::findOrInsert(const RubyValue& key) { return findOrAppend(Probe(key)); }
 
-RubyValue* RubyMap::findEqualText(StringBox* box) noexcept { return findProbe(Probe(box)); }
+RubyValue* RubyMap::findEqualText(StringBox* box) noexcept {
+    if (m_slots.empty() || canonicalInteger(box->text)) {
+        return findProbe(Probe(box));
+    }
+    // All texts that the index knows have their hash with them.
+    const std::uint64_t hash = hashOfBox(*box);
+    const std::size_t index = findIndexed(hash, [box, hash](Key stored) {
+        if (stored == keyOf(box)) {
+            return true;
+        }
+        return stored != kErased && !isIntegerKey(stored) && boxOf(stored)->hash == hash &&
+               boxOf(stored)->text == box->text;
+    });
+    return index == m_entries.size() ? nullptr : &m_entries[index].value;
+}
 
 RubyValue* RubyMap::findProbe(const Probe& probe) noexcept {
     const std::size_t index = findIndex(probe);
@@ -230,33 +297,23 @@ RubyValue* RubyMap::findProbe(const Probe& probe) noexcept {
 }
 
 RubyValue* RubyMap::findInteger(std::int64_t number) noexcept {
+    if (!fitsKey(number)) [[unlikely]] {
+        return findProbe(Probe(RubyValue(number)));
+    }
     const Key wanted = integerKey(number);
     if (!m_slots.empty()) {
-        return findKeyIndexed(wanted, internal::hashInteger(number));
+        const std::size_t index =
+            findIndexed(internal::hashInteger(number), [wanted](Key stored) { return stored == wanted; });
+        return index == m_entries.size() ? nullptr : &m_entries[index].value;
     }
     const auto found =
         std::find_if(m_entries.begin(), m_entries.end(), [wanted](const Entry& entry) { return entry.key == wanted; });
     return found == m_entries.end() ? nullptr : &found->value;
 }
 
-RubyValue* RubyMap::findKeyIndexed(Key key, std::uint64_t hash) noexcept {
-    const std::size_t mask = m_slots.size() - 1;
-    const auto tag = tagOf(hash, mask);
-    for (std::size_t position = hash & mask; m_slots[position] != 0; position = (position + 1) & mask) {
-        const std::uint32_t slot = m_slots[position];
-        if (tagIn(slot, mask) == tag) {
-            Entry& entry = m_entries[(slot & mask) - 1];
-            if (entry.key == key) {
-                return &entry.value;
-            }
-        }
-    }
-    return nullptr;
-}
-
 void RubyMap::enterSlot(std::vector<std::uint32_t>& slots, std::uint64_t hash, std::size_t index) noexcept {
     const std::size_t mask = slots.size() - 1;
-    std::size_t position = hash & mask;
+    std::size_t position = groupStart(hash, mask);
     while (slots[position] != 0) {
         position = (position + 1) & mask;
     }
@@ -332,17 +389,7 @@ std::size_t RubyMap::findIndex(const Probe& probe) const noexcept {
         }
         return index;
     }
-    const std::size_t mask = m_slots.size() - 1;
-    const std::uint64_t hash = probe.hash();
-    const auto tag = tagOf(hash, mask);
-    for (std::size_t position = hash & mask; m_slots[position] != 0; position = (position + 1) & mask) {
-        const std::uint32_t slot = m_slots[position];
-        const std::size_t index = (slot & mask) - 1;
-        if (tagIn(slot, mask) == tag && matches(m_entries[index].key, probe)) {
-            return index;
-        }
-    }
-    return m_entries.size();
+    return findIndexed(probe.hash(), [&probe](Key stored) { return matches(stored, probe); });
 }
 
 RubyValue& RubyMap::findOrAppend(const Probe& probe) {
@@ -393,7 +440,7 @@ void RubyMap::prepareAppend() {
         compact();
     }
     if (m_entries.size() == m_entries.capacity()) {
-        m_entries.reserve(std::max<std::size_t>(4, m_entries.size() + m_entries.size() / 2 + 1));
+        m_entries.reserve(std::max<std::size_t>(4, m_entries.size() * 2));
     }
     const std::size_t wanted = m_entries.size() + 1;
     if (wanted > kScannedEntries && wanted * 4 > m_slots.size() * 3) {

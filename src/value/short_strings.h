@@ -1,41 +1,101 @@
 // A cache of short strings, so that equal ones made one after the other share their memory.
 #pragma once
 
-#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "morvel/ruby/value.h"
 
 namespace morvel::ruby::internal {
 
-/// Remembers the last short string of each of a number of slots. Words, fields and keys repeat: sharing them saves the
-/// allocation, the memory, and the hash of each further copy.
-template <std::size_t Slots>
+/// Remembers the last short strings that were made. Words, fields and keys repeat: sharing them saves the allocation,
+/// the memory, and the hash of each further copy. The cache takes 64 KiB from its first use on.
 class ShortStrings {
 public:
-    /// Longer texts are not worth comparing; strings up to this length need one allocation only.
+    /// Longer texts are not worth comparing.
     static constexpr std::size_t kLongest = 15;
 
-    /// The string value of a text of at most kLongest bytes.
-    [[nodiscard]] const RubyValue& valueOf(std::string_view text) {
-        RubyValue& recent = m_recent[slotOf(text)];
-        if (!recent.isString() || recent.asString() != text) {
-            recent = RubyValue(text);
+    /// The string value of a text: of a short one, the same as for an equal text before, where that is remembered.
+    [[nodiscard]] RubyValue valueOf(std::string_view text) {
+        if (text.size() > kLongest) {
+            return text;
         }
-        return recent;
+        if (m_recent.empty()) {
+            m_recent.resize(kSets * 2);
+        }
+        const Bytes bytes = bytesOf(text);
+        RubyValue* const set = &m_recent[setOf(bytes, text.size()) * 2];
+        if (!holds(set[0], bytes, text.size())) {
+            if (holds(set[1], bytes, text.size())) {
+                return set[1];
+            }
+            RubyValue fresh(text);
+            set[1] = std::move(set[0]);
+            set[0] = std::move(fresh);
+        }
+        return set[0];
     }
 
 private:
-    static std::size_t slotOf(std::string_view text) {
-        std::size_t hash = text.size();
-        for (const char c : text) {
-            hash = hash * 31 + static_cast<unsigned char>(c);
-        }
-        return (hash ^ (hash >> 8)) % Slots;
+    static constexpr std::size_t kSets = 2048;
+
+    /// All bytes of a text of known size: its first and its last 8 or 4, or each one.
+    struct Bytes {
+        std::uint64_t first = 0;
+        std::uint64_t last = 0;
+    };
+
+    template <typename Word>
+    static std::uint64_t wordAt(const char* bytes) noexcept {
+        Word word;
+        std::memcpy(&word, bytes, sizeof word);
+        return word;
     }
 
-    std::array<RubyValue, Slots> m_recent;
+    static Bytes bytesOf(std::string_view text) noexcept {
+        const char* const begin = text.data();
+        const std::size_t size = text.size();
+        if (size >= sizeof(std::uint64_t)) {
+            return {wordAt<std::uint64_t>(begin), wordAt<std::uint64_t>(begin + size - sizeof(std::uint64_t))};
+        }
+        if (size >= sizeof(std::uint32_t)) {
+            return {wordAt<std::uint32_t>(begin), wordAt<std::uint32_t>(begin + size - sizeof(std::uint32_t))};
+        }
+        if (size == 0) {
+            return {};
+        }
+        constexpr unsigned kByteBits = 8;
+        return {wordAt<std::uint8_t>(begin),
+                wordAt<std::uint8_t>(begin + size / 2) << kByteBits | wordAt<std::uint8_t>(begin + size - 1)};
+    }
+
+    static std::size_t setOf(const Bytes& bytes, std::size_t size) noexcept {
+        // Two odd numbers without a pattern; the best bits of a product are its highest.
+        constexpr std::uint64_t kMixFirst = 0x9E3779B97F4A7C15;
+        constexpr std::uint64_t kMixLast = 0xD6E8FEB86659FD93;
+        constexpr unsigned kSetBits = 11;
+        static_assert(std::size_t{1} << kSetBits == kSets);
+        return static_cast<std::size_t>(((bytes.first * kMixFirst) ^ (bytes.last + size)) * kMixLast >>
+                                        (64 - kSetBits));
+    }
+
+    static bool holds(const RubyValue& value, const Bytes& bytes, std::size_t size) noexcept {
+        if (!value.isString()) {
+            return false;
+        }
+        const std::string& text = static_cast<const StringBox*>(value.data.box)->text;
+        if (text.size() != size) {
+            return false;
+        }
+        const Bytes held = bytesOf(text);
+        return held.first == bytes.first && held.last == bytes.last;
+    }
+
+    std::vector<RubyValue> m_recent;
 };
 
 }  // namespace morvel::ruby::internal

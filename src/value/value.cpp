@@ -55,7 +55,12 @@ RubyValue::RubyValue(std::unordered_map<std::string, RubyValue>&& entries) : Rub
 RubyValue::RubyValue(std::unique_ptr<RubyFunctionHandle> handle)
     : type(Type::Function), data(boxed(orEmptyHandle(std::move(handle)).release())) {}
 
-RubyValue RubyValue::makeArray() { return RubyArray(); }
+RubyValue RubyValue::makeArray() {
+    RubyValue array;
+    array.data.box = internal::makeEmptyArray();
+    array.type = Type::Array;
+    return array;
+}
 
 RubyValue RubyValue::makeMap() { return RubyMap(); }
 
@@ -85,47 +90,21 @@ double RubyValue::asFloat() const {
     }
 }
 
+void internal::failType(const char* message) { throw RubyError(message); }
+
 bool RubyValue::asBoolean() const {
-    if (type != Type::Boolean) {
-        throw RubyError("value is not boolean");
-    }
+    requireType(Type::Boolean, "value is not boolean");
     return data.boolean;
-}
-
-const std::string& RubyValue::asString() const {
-    if (type != Type::String) {
-        throw RubyError("value is not a string");
-    }
-    return static_cast<const internal::StringBox*>(data.box)->text;
-}
-
-// NOLINTNEXTLINE(readability-make-member-function-const): a const value gives read-only contents.
-RubyArray& RubyValue::asArray() {
-    if (type != Type::Array) {
-        throw RubyError("value is not an array");
-    }
-    return static_cast<internal::ArrayBox*>(data.box)->elements;
-}
-
-const RubyArray& RubyValue::asArray() const {
-    if (type != Type::Array) {
-        throw RubyError("value is not an array");
-    }
-    return static_cast<const internal::ArrayBox*>(data.box)->elements;
 }
 
 // NOLINTNEXTLINE(readability-make-member-function-const): a const value gives read-only contents.
 RubyMap& RubyValue::asMap() {
-    if (type != Type::Map) {
-        throw RubyError("value is not a map");
-    }
+    requireType(Type::Map, "value is not a map");
     return static_cast<internal::MapBox*>(data.box)->entries;
 }
 
 const RubyMap& RubyValue::asMap() const {
-    if (type != Type::Map) {
-        throw RubyError("value is not a map");
-    }
+    requireType(Type::Map, "value is not a map");
     return static_cast<const internal::MapBox*>(data.box)->entries;
 }
 

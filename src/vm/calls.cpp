@@ -11,6 +11,7 @@
 namespace morvel::ruby {
 
 using internal::FastKind;
+using internal::pcallSuccess;
 using Kind = RubyFunctionHandle::Kind;
 using Intrinsic = RubyFunctionHandle::Intrinsic;
 
@@ -19,14 +20,6 @@ namespace {
 bool hasFunction(const RubyFunctionHandle& handle) {
     return handle.functionIndex >= 0 &&
            static_cast<std::size_t>(handle.functionIndex) < handle.program->functions.size();
-}
-
-RubyValue pcallSuccess(RubyValue value) {
-    RubyArray outcome;
-    outcome.reserve(2);
-    outcome.emplace_back(true);
-    outcome.push_back(std::move(value));
-    return outcome;
 }
 
 RubyValue pcallFailure(const std::string& message) {
@@ -78,6 +71,15 @@ RubyValue makeScriptFunction(const std::string& name, std::int32_t functionIndex
     handle->program = program;
     handle->name = name;
     return RubyValue(std::move(handle));
+}
+
+RubyValue pcallSuccess(RubyValue value) {
+    RubyValue outcome = RubyValue::makeArray();
+    RubyArray& elements = outcome.asArray();
+    elements.reserve(2);
+    elements.emplace_back(true);
+    elements.push_back(std::move(value));
+    return outcome;
 }
 
 std::string errorCallMessage(const RubyValue* arguments, std::size_t argumentCount) {

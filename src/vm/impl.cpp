@@ -48,10 +48,9 @@ RubyVM::Impl::Impl(RubyVM* vm)
 
 RubyVM::Impl::~Impl() = default;
 
-void RubyVM::Impl::bindFunction(const std::string& name, RubyHostFunction callback,
-                                RubyFunctionHandle::Shortcut shortcut) {
+RubyFunctionHandle& RubyVM::Impl::bindFunction(const std::string& name, RubyHostFunction callback) {
     auto handle = std::make_unique<RubyFunctionHandle>();
-    handle->shortcut = shortcut;
+    RubyFunctionHandle& bound = *handle;
     handle->intrinsic = intrinsicFor(name);
     if (const auto* plain = callback.target<RubyNativeFunction>()) {
         handle->nativeFunction = *plain;
@@ -59,6 +58,7 @@ void RubyVM::Impl::bindFunction(const std::string& name, RubyHostFunction callba
     handle->hostFunction = std::move(callback);
     handle->name = name;
     setGlobal(name, RubyValue(std::move(handle)));
+    return bound;
 }
 
 void RubyVM::Impl::setGlobal(const std::string& name, const RubyValue& value) {

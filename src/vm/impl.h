@@ -9,6 +9,7 @@
 
 #include "compiler/program.h"
 #include "morvel/ruby/vm.h"
+#include "value/short_strings.h"
 #include "vm/globals.h"
 
 namespace morvel::ruby {
@@ -39,8 +40,8 @@ public:
     /// Sets the version globals and binds every built-in.
     void bindDefaults();
 
-    void bindFunction(const std::string& name, RubyHostFunction callback,
-                      RubyFunctionHandle::Shortcut shortcut = RubyFunctionHandle::Shortcut::None);
+    /// Binds a host function; gives what the new global points at.
+    RubyFunctionHandle& bindFunction(const std::string& name, RubyHostFunction callback);
     void setGlobal(const std::string& name, const RubyValue& value);
     [[nodiscard]] bool getGlobal(const std::string& name, RubyValue& value) const;
 
@@ -85,6 +86,8 @@ public:
     internal::GlobalTable globals;
     internal::ExecutorChoice executor = internal::ExecutorChoice::Automatic;
     std::mt19937_64 random;
+    /// Short strings that operators and built-ins made of late.
+    internal::ShortStrings shortStrings;
     /// The VM that owns this implementation; host functions receive it.
     RubyVM* owner;
 
@@ -102,6 +105,9 @@ namespace internal {
 [[nodiscard]] inline const RubyFunctionHandle& handleOf(const RubyValue& function) noexcept {
     return *static_cast<const RubyFunctionHandle*>(function.data.box);
 }
+
+/// What `pcall` gives when the protected call returned `value`: the pair of true and the value.
+[[nodiscard]] RubyValue pcallSuccess(RubyValue value);
 
 /// Carries out `error(...)`: checks the argument count and gives the message to raise.
 [[nodiscard]] std::string errorCallMessage(const RubyValue* arguments, std::size_t argumentCount);

@@ -227,6 +227,10 @@ TEST(ManyVms, DoNotGrowMemory) {
         }
         return allocationCounts().liveBytes;
     };
+    // The first rounds fill what is kept for reuse.
+    for (int i = 0; i < 10; ++i) {
+        round();
+    }
     const std::size_t first = round();
     round();
     EXPECT_EQ(round(), first);

@@ -56,7 +56,10 @@ struct RubyFunctionHandle : internal::Box {
     enum class Intrinsic : std::uint8_t { None = 0, Error = 1, Pcall = 2, TableSet = 3 };
 
     /// Built-ins that the runtime carries out in place when their arguments are of the usual kinds.
-    enum class Shortcut : std::uint8_t { None, Len, ArrayPush, MathFloor };
+    enum class Shortcut : std::uint8_t { None, Len, ArrayPush };
+    /// A built-in's work on numbers alone: stores its result and gives true, or gives false, with nothing done, when
+    /// the arguments are not the numbers it wants. Neither fails nor touches the VM.
+    using NumberFunction = bool (*)(const RubyValue* arguments, std::size_t count, RubyValue* result);
 
     RubyFunctionHandle() = default;
     RubyFunctionHandle(const RubyFunctionHandle&) = delete;
@@ -74,6 +77,8 @@ struct RubyFunctionHandle : internal::Box {
     RubyHostFunction hostFunction;
     /// The callback's plain function, when it is one; lets calls skip the callable wrapper.
     RubyNativeFunction nativeFunction = nullptr;
+    /// The short form of a built-in that works on numbers.
+    NumberFunction numberFunction = nullptr;
     /// The name under which the function was defined or bound.
     std::string name;
     /// The runtime's translation of the script function, once there is one; it lives as long as the program.

@@ -137,6 +137,8 @@ public:
         }
         return findEqualText(box);
     }
+    /// The same for a key that is an integer.
+    [[nodiscard]] RubyValue* findInteger(std::int64_t number) noexcept;
     /// The keys in insertion order, as string values that share their text with the map where they can.
     [[nodiscard]] RubyArray keyValues() const;
     /// The stored values in insertion order.
@@ -159,9 +161,10 @@ private:
     static bool matches(Key stored, const Probe& probe) noexcept;
     [[nodiscard]] RubyValue* findEqualText(internal::StringBox* box) noexcept;
     [[nodiscard]] RubyValue* findProbe(const Probe& probe) noexcept;
-    [[nodiscard]] RubyValue* findInteger(std::int64_t number) noexcept;
-    /// The entry with just this key word, looked up through the index.
-    [[nodiscard]] RubyValue* findKeyIndexed(Key key, std::uint64_t hash) noexcept;
+    /// The index of the entry whose key word has this hash and `matches`, looked up through the index; the number of
+    /// entries when there is none.
+    template <typename Matches>
+    [[nodiscard]] std::size_t findIndexed(std::uint64_t hash, Matches matches) const noexcept;
     static void enterSlot(std::vector<std::uint32_t>& slots, std::uint64_t hash, std::size_t index) noexcept;
     static std::uint64_t hashOf(Key key) noexcept;
 
@@ -175,9 +178,9 @@ private:
     void releaseKeys() noexcept;
 
     std::vector<Entry> m_entries;
-    /// Open addressing: entry index + 1 in the low bits, as many as the size of the table needs, and in the bits above
-    /// them those of the key's hash, so that most other keys are told apart without a look at their entries. 0 for a
-    /// free slot. Empty while the map is small enough to scan.
+    /// Open addressing in groups of slots: entry index + 1 in the low bits, as many as the size of the table needs, and
+    /// in the bits above them those of the key's hash, so that most other keys are told apart without a look at their
+    /// entries. 0 for a free slot. Empty while the map is small enough to scan.
     std::vector<std::uint32_t> m_slots;
     std::size_t m_size = 0;
 };

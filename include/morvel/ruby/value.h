@@ -47,6 +47,9 @@ struct StringBox : Box {
 /// `type` is the type of the value that referred to it.
 void destroyBox(std::uint8_t type, Box* box) noexcept;
 
+/// Throws RubyError.
+[[noreturn]] void failType(const char* message);
+
 }  // namespace internal
 
 /// A dynamically typed value: 16 bytes, a kind tag and an 8-byte payload.
@@ -77,7 +80,7 @@ public:
     };
 
     /// Nil.
-    RubyValue() noexcept : type(Type::Nil), data{.integer = 0} {}
+    constexpr RubyValue() noexcept : type(Type::Nil), data{.integer = 0} {}
     /// Nil.
     RubyValue(std::nullptr_t) noexcept : RubyValue() {}
     /// A boolean. Takes exactly bool, so that no pointer turns into one by accident.
@@ -154,7 +157,10 @@ public:
     /// The flag of a boolean. Throws RubyError "value is not boolean" for any other kind, numbers included.
     [[nodiscard]] bool asBoolean() const;
     /// The bytes of a string, valid while this value is unchanged. Throws RubyError "value is not a string".
-    [[nodiscard]] const std::string& asString() const;
+    [[nodiscard]] const std::string& asString() const {
+        requireType(Type::String, "value is not a string");
+        return static_cast<const internal::StringBox*>(data.box)->text;
+    }
     /// The shared elements of an array. Throws RubyError "value is not an array".
     [[nodiscard]] RubyArray& asArray();
     [[nodiscard]] const RubyArray& asArray() const;
@@ -192,6 +198,12 @@ public:
 
 private:
     static constexpr std::uint8_t kBoxedBit = 4;
+
+    void requireType(Type wanted, const char* message) const {
+        if (type != wanted) [[unlikely]] {
+            internal::failType(message);
+        }
+    }
 };
 
 static_assert(sizeof(RubyValue) == 16, "a value is a tag and an 8-byte payload");
@@ -210,6 +222,20 @@ struct ArrayBox : Box {
     static void operator delete(void* block) noexcept;
 };
 
+/// An array without elements, with one reference. It may have room for some already.
+[[nodiscard]] ArrayBox* makeEmptyArray();
+
 }  // namespace internal
+
+// NOLINTNEXTLINE(readability-make-member-function-const): a const value gives read-only contents.
+inline RubyArray& RubyValue::asArray() {
+    requireType(Type::Array, "value is not an array");
+    return static_cast<internal::ArrayBox*>(data.box)->elements;
+}
+
+inline const RubyArray& RubyValue::asArray() const {
+    requireType(Type::Array, "value is not an array");
+    return static_cast<const internal::ArrayBox*>(data.box)->elements;
+}
 
 }  // namespace morvel::ruby

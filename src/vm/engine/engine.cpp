@@ -26,14 +26,6 @@ const Code& emptyCode() {
     return code;
 }
 
-RubyValue pcallOutcome(RubyValue value) {
-    RubyArray outcome;
-    outcome.reserve(2);
-    outcome.emplace_back(true);
-    outcome.push_back(std::move(value));
-    return outcome;
-}
-
 // A failure caught by pcall leaves the success marker in front.
 RubyValue pcallFailure(const std::string& message) {
     RubyArray outcome;
@@ -174,6 +166,9 @@ void Engine::popFrame() noexcept {
     if ((frame.marks & kChunkFrame) != 0) {
         m_stack.returnToChunk(frame.previousChunk);
     }
+    if ((frame.marks & kProgramFrame) != 0) {
+        --m_programFrames;
+    }
     --m_current;
     if (frame.handle != nullptr && --frame.handle->references == 0) {
         destroyBox(static_cast<std::uint8_t>(RubyValue::Type::Function), frame.handle);
@@ -191,7 +186,7 @@ bool Engine::leaveFrame(RubyValue* value) {
     moveRegister(&outcome, value);
     const std::uint32_t marks = m_current->marks;
     if ((marks & kProtectedFrame) != 0) {
-        outcome = pcallOutcome(std::move(outcome));
+        outcome = pcallSuccess(std::move(outcome));
     }
     RubyValue* result = m_current->result;
     popFrame();

@@ -8,7 +8,6 @@
 #include <string>
 
 #include "morvel/ruby/vm.h"
-#include "value/short_strings.h"
 #include "vm/engine/code.h"
 #include "vm/engine/value_stack.h"
 #include "vm/globals.h"
@@ -24,6 +23,8 @@ enum FrameMarks : std::uint32_t {
     kProtectedFrame = 2,
     /// The frame's registers begin a chunk of the value stack.
     kChunkFrame = 4,
+    /// The frame runs a program's top-level code, and may be all that keeps the program.
+    kProgramFrame = 8,
 };
 
 /// An active call.
@@ -123,9 +124,10 @@ private:
     /// The top frame; below the first real one lies an empty frame.
     Frame* m_current = nullptr;
     Frame* m_lastFrame = nullptr;
+    /// How many kProgramFrames there are.
+    std::size_t m_programFrames = 0;
     /// The one-byte strings, made when first needed: indexing a string gives one of them.
     std::array<RubyValue, 256> m_byteStrings;
-    ShortStrings<1024> m_shortStrings;
     /// Message of an error that is on its way without a C++ exception.
     std::string m_message;
 };

@@ -5,14 +5,15 @@
 #include "vm/errors.h"
 #include "vm/impl.h"
 
-#include <cmath>
-
 namespace morvel::ruby::internal {
 
 namespace {
 
 using Kind = RubyFunctionHandle::Kind;
 using Intrinsic = RubyFunctionHandle::Intrinsic;
+
+// Loaded programs may nest this deep: each takes far more memory than a frame.
+constexpr std::size_t kMostProgramFrames = 100'000;
 
 bool hasFunction(const RubyFunctionHandle& handle) {
     return handle.functionIndex >= 0 &&
@@ -70,22 +71,6 @@ bool Engine::takeShortcut(const RubyFunctionHandle& handle, RubyValue* window, s
             }
             argument->asArray().push_back(std::move(argument[1]));
             moveRegister(&value, argument);
-            break;
-        case Shortcut::MathFloor:
-            // Beyond 2 to the power 53 the way through doubles would show.
-            if (argumentCount != 1) {
-                return false;
-            }
-            constexpr std::int64_t kLargestExact = std::int64_t{1} << 53;
-            if (argument->isInteger() && argument->data.integer < kLargestExact &&
-                argument->data.integer > -kLargestExact) {
-                moveRegister(&value, argument);
-                break;
-            }
-            if (!argument->isFloat() || !(std::fabs(argument->data.floating) < 0x1p53)) {
-                return false;
-            }
-            value = static_cast<std::int64_t>(std::floor(argument->data.floating));
             break;
     }
     finishCall(window, argumentCount, result, std::move(value));
@@ -147,7 +132,12 @@ void Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyVal
     if (argumentCount != code.parameterCount) {
         runtimeError(*code.program, 0, arityMessage(*code.function, argumentCount));
     }
-    pushFrame(code, arguments, result, marks);
+    const bool isTopLevel = code.function == code.program->functions.data();
+    if (isTopLevel && m_programFrames == kMostProgramFrames) {
+        failOverflow();
+    }
+    pushFrame(code, arguments, result, isTopLevel ? marks | kProgramFrame : marks);
+    m_programFrames += isTopLevel ? 1 : 0;
     m_current->handle = &handle;
     ++handle.references;
     if (m_current->base != arguments) {

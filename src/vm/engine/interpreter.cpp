@@ -77,6 +77,20 @@ using Type = RubyValue::Type;
            std::memcmp(leftText.data(), rightText.data(), leftText.size()) == 0;
 }
 
+constinit const RubyValue kNil;
+
+/// True for keys that a map can be asked for without anything to release afterwards.
+[[gnu::always_inline]] inline bool isPlainKey(const RubyValue* key, int isTemporary) {
+    return key->type == Type::Integer || (key->type == Type::String && isTemporary == 0);
+}
+
+/// The entry of a plain key, or null.
+[[gnu::always_inline]] inline RubyValue* findEntry(const RubyValue* map, const RubyValue* key) {
+    RubyMap& entries = static_cast<MapBox*>(map->data.box)->entries;
+    return key->type == Type::Integer ? entries.findInteger(key->data.integer)
+                                      : entries.findText(static_cast<StringBox*>(key->data.box));
+}
+
 [[gnu::always_inline]] inline std::int64_t remainderOf(std::int64_t left, std::int64_t right) {
     // A 32-bit division is much faster, and most operands fit.
     if (((static_cast<std::uint64_t>(left) | static_cast<std::uint64_t>(right)) >> 32) == 0) {
@@ -157,11 +171,13 @@ void Engine::interpret(std::size_t entry) {
         constants = top->code->constants.data(); \
         pc = top->next;                          \
     } while (false)
-#define LOAD_STATE()                  \
-    do {                              \
-        releaseDeferredHosts();       \
-        LOAD_FRAME();                 \
-        globals = m_globals.values(); \
+#define LOAD_STATE()                                 \
+    do {                                             \
+        if (deferredHosts != nullptr) [[unlikely]] { \
+            releaseDeferredHosts();                  \
+        }                                            \
+        LOAD_FRAME();                                \
+        globals = m_globals.values();                \
     } while (false)
 
 #if MORVEL_THREADED
@@ -254,6 +270,8 @@ void Engine::interpret(std::size_t entry) {
         answer = l->data.integer op r->data.integer;                                 \
     } else if (l->type == Type::String && r->type == Type::String && (marks) == 0) { \
         answer = areSameTexts(l, r) != (negated);                                    \
+    } else if ((l->type == Type::Nil || r->type == Type::Nil) && (marks) == 0) {     \
+        answer = (l->type == r->type) != (negated);                                  \
     } else {                                                                         \
         SAVE();                                                                      \
         answer = equalSlow(l, r, marks) != (negated);                                \
@@ -332,69 +350,66 @@ void Engine::interpret(std::size_t entry) {
         (to)->data = data;                         \
     }
 
-#define GET_INDEX_ROW(name, C, I)                                                                                      \
-    OP(name) {                                                                                                         \
-        RubyValue* const container = OPERAND_##C(INSTRUCTION.b);                                                       \
-        RubyValue* const index = OPERAND_##I(INSTRUCTION.c);                                                           \
-        RubyValue* const to = OPERAND_R(INSTRUCTION.a);                                                                \
-        if (container->type == Type::Array && index->type == Type::Integer) [[likely]] {                               \
-            const RubyArray& elements = static_cast<ArrayBox*>(container->data.box)->elements;                         \
-            const auto position = static_cast<std::size_t>(index->data.integer);                                       \
-            if (position < elements.size()) [[likely]] {                                                               \
-                const RubyValue* const element = elements.data() + position;                                           \
-                COPY_OUT(to, element, container);                                                                      \
-                NEXT();                                                                                                \
-            }                                                                                                          \
-        } else if (container->type == Type::Map && index->type == Type::String &&                                      \
-                   (INSTRUCTION.n & kTemporaryC) == 0) {                                                               \
-            const RubyValue* const found =                                                                             \
-                static_cast<MapBox*>(container->data.box)->entries.findText(static_cast<StringBox*>(index->data.box)); \
-            if (found != nullptr) [[likely]] {                                                                         \
-                COPY_OUT(to, found, container);                                                                        \
-                NEXT();                                                                                                \
-            }                                                                                                          \
-        } else if (container->type == Type::String && index->type == Type::Integer) {                                  \
-            const std::string& text = static_cast<StringBox*>(container->data.box)->text;                              \
-            const auto position = static_cast<std::size_t>(index->data.integer);                                       \
-            if (position < text.size()) {                                                                              \
-                const RubyValue* const byte = &m_byteStrings[static_cast<unsigned char>(text[position])];              \
-                if (byte->isBoxed()) [[likely]] {                                                                      \
-                    COPY_OUT(to, byte, container);                                                                     \
-                    NEXT();                                                                                            \
-                }                                                                                                      \
-            }                                                                                                          \
-        }                                                                                                              \
-        SAVE();                                                                                                        \
-        getIndexSlow(to, container, index, INSTRUCTION.n);                                                             \
-        NEXT();                                                                                                        \
+#define GET_INDEX_ROW(name, C, I)                                                                         \
+    OP(name) {                                                                                            \
+        RubyValue* const container = OPERAND_##C(INSTRUCTION.b);                                          \
+        RubyValue* const index = OPERAND_##I(INSTRUCTION.c);                                              \
+        RubyValue* const to = OPERAND_R(INSTRUCTION.a);                                                   \
+        if (container->type == Type::Array && index->type == Type::Integer) [[likely]] {                  \
+            const RubyArray& elements = static_cast<ArrayBox*>(container->data.box)->elements;            \
+            const auto position = static_cast<std::size_t>(index->data.integer);                          \
+            if (position < elements.size()) [[likely]] {                                                  \
+                const RubyValue* const element = elements.data() + position;                              \
+                COPY_OUT(to, element, container);                                                         \
+                NEXT();                                                                                   \
+            }                                                                                             \
+        } else if (container->type == Type::Map && isPlainKey(index, INSTRUCTION.n & kTemporaryC)) {      \
+            const RubyValue* found = findEntry(container, index);                                         \
+            if (found == nullptr) {                                                                       \
+                found = &kNil;                                                                            \
+            }                                                                                             \
+            COPY_OUT(to, found, container);                                                               \
+            NEXT();                                                                                       \
+        } else if (container->type == Type::String && index->type == Type::Integer) {                     \
+            const std::string& text = static_cast<StringBox*>(container->data.box)->text;                 \
+            const auto position = static_cast<std::size_t>(index->data.integer);                          \
+            if (position < text.size()) {                                                                 \
+                const RubyValue* const byte = &m_byteStrings[static_cast<unsigned char>(text[position])]; \
+                if (byte->isBoxed()) [[likely]] {                                                         \
+                    COPY_OUT(to, byte, container);                                                        \
+                    NEXT();                                                                               \
+                }                                                                                         \
+            }                                                                                             \
+        }                                                                                                 \
+        SAVE();                                                                                           \
+        getIndexSlow(to, container, index, INSTRUCTION.n);                                                \
+        NEXT();                                                                                           \
     }
     MORVEL_ENGINE_GET_INDEX(GET_INDEX_ROW)
 
-#define SET_INDEX_ROW(name, C, I, V)                                                                                   \
-    OP(name) {                                                                                                         \
-        RubyValue* const container = OPERAND_##C(INSTRUCTION.a);                                                       \
-        RubyValue* const index = OPERAND_##I(INSTRUCTION.b);                                                           \
-        RubyValue* const value = OPERAND_##V(INSTRUCTION.c);                                                           \
-        RubyValue* element = nullptr;                                                                                  \
-        if (container->type == Type::Array && index->type == Type::Integer) [[likely]] {                               \
-            RubyArray& elements = static_cast<ArrayBox*>(container->data.box)->elements;                               \
-            const auto position = static_cast<std::size_t>(index->data.integer);                                       \
-            if (position < elements.size()) [[likely]] {                                                               \
-                element = elements.data() + position;                                                                  \
-            }                                                                                                          \
-        } else if (container->type == Type::Map && index->type == Type::String &&                                      \
-                   (INSTRUCTION.n & kTemporaryB) == 0) {                                                               \
-            element =                                                                                                  \
-                static_cast<MapBox*>(container->data.box)->entries.findText(static_cast<StringBox*>(index->data.box)); \
-        }                                                                                                              \
-        if (element != nullptr && !element->isBoxed() && !value->isBoxed()) [[likely]] {                               \
-            element->type = value->type;                                                                               \
-            element->data = value->data;                                                                               \
-            NEXT();                                                                                                    \
-        }                                                                                                              \
-        SAVE();                                                                                                        \
-        setIndexSlow(container, index, value, INSTRUCTION.n);                                                          \
-        NEXT();                                                                                                        \
+#define SET_INDEX_ROW(name, C, I, V)                                                                 \
+    OP(name) {                                                                                       \
+        RubyValue* const container = OPERAND_##C(INSTRUCTION.a);                                     \
+        RubyValue* const index = OPERAND_##I(INSTRUCTION.b);                                         \
+        RubyValue* const value = OPERAND_##V(INSTRUCTION.c);                                         \
+        RubyValue* element = nullptr;                                                                \
+        if (container->type == Type::Array && index->type == Type::Integer) [[likely]] {             \
+            RubyArray& elements = static_cast<ArrayBox*>(container->data.box)->elements;             \
+            const auto position = static_cast<std::size_t>(index->data.integer);                     \
+            if (position < elements.size()) [[likely]] {                                             \
+                element = elements.data() + position;                                                \
+            }                                                                                        \
+        } else if (container->type == Type::Map && isPlainKey(index, INSTRUCTION.n & kTemporaryB)) { \
+            element = findEntry(container, index);                                                   \
+        }                                                                                            \
+        if (element != nullptr && !element->isBoxed() && !value->isBoxed()) [[likely]] {             \
+            element->type = value->type;                                                             \
+            element->data = value->data;                                                             \
+            NEXT();                                                                                  \
+        }                                                                                            \
+        SAVE();                                                                                      \
+        setIndexSlow(container, index, value, INSTRUCTION.n);                                        \
+        NEXT();                                                                                      \
     }
     MORVEL_ENGINE_SET_INDEX(SET_INDEX_ROW)
 
@@ -602,8 +617,18 @@ void Engine::interpret(std::size_t entry) {
                 }                                                                                                \
                 NEXT();                                                                                          \
             }                                                                                                    \
+            if (handle->numberFunction != nullptr &&                                                             \
+                handle->numberFunction(window + 1, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b))) {                   \
+                releaseRegister(window);                                                                         \
+                NEXT();                                                                                          \
+            }                                                                                                    \
             if (handle->nativeFunction != nullptr && handle->intrinsic == RubyFunctionHandle::Intrinsic::None) { \
                 callNative(*handle, window, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b));                            \
+                LOAD_STATE();                                                                                    \
+                NEXT();                                                                                          \
+            }                                                                                                    \
+            if (handle->intrinsic == RubyFunctionHandle::Intrinsic::Pcall) {                                     \
+                callProtected(window, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b));                                  \
                 LOAD_STATE();                                                                                    \
                 NEXT();                                                                                          \
             }                                                                                                    \
@@ -720,10 +745,7 @@ returnValue : {
     }
     OP(ReturnConstant)
     RETURN_COPY(OPERAND_K(INSTRUCTION.wide()))
-    OP(ReturnGlobal) RETURN_COPY(OPERAND_G(INSTRUCTION.wide())) OP(ReturnNil) {
-        static const RubyValue kNil;
-        RETURN_COPY(&kNil)
-    }
+    OP(ReturnGlobal) RETURN_COPY(OPERAND_G(INSTRUCTION.wide())) OP(ReturnNil) { RETURN_COPY(&kNil) }
 #if !MORVEL_THREADED
 }
 }

@@ -68,7 +68,7 @@ class ShortText {
 public:
     /// Adds the text of a string or an integer; false when it does not fit or the value is of another kind.
     bool append(const RubyValue& value) {
-        constexpr std::size_t kLongest = ShortStrings<1>::kLongest;
+        constexpr std::size_t kLongest = ShortStrings::kLongest;
         char* const end = m_bytes.data() + m_size;
         if (value.isString()) {
             const std::string& text = value.asString();
@@ -93,7 +93,7 @@ public:
     [[nodiscard]] std::string_view view() const { return {m_bytes.data(), m_size}; }
 
 private:
-    std::array<char, ShortStrings<1>::kLongest> m_bytes;
+    std::array<char, ShortStrings::kLongest> m_bytes;
     std::size_t m_size = 0;
 };
 
@@ -126,7 +126,7 @@ bool Engine::joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std
     if (!text.append(*left) || !text.append(*right)) {
         return false;
     }
-    RubyValue value = m_shortStrings.valueOf(text.view());
+    RubyValue value = m_vm.shortStrings.valueOf(text.view());
     releaseIf((marks & kTemporaryB) != 0, left);
     releaseIf((marks & kTemporaryC) != 0, right);
     assignRegister(target, std::move(value));
