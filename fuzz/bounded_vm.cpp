@@ -20,7 +20,6 @@ using internal::Instruction;
 using internal::OpCode;
 using internal::Program;
 
-constexpr std::size_t kMostSteps = 1500;
 constexpr std::size_t kMostOutput = 100'000;
 constexpr std::size_t kMostMemory = std::size_t{24} * 1024 * 1024;
 // No name of a script can be this.
@@ -30,6 +29,12 @@ bool isJump(OpCode op) { return op == OpCode::Jump || op == OpCode::JumpIfFalse;
 
 bool jumpsBack(const Instruction& instruction, std::size_t index) {
     return isJump(instruction.op) && instruction.a >= 0 && static_cast<std::size_t>(instruction.a) <= index;
+}
+
+bool namesConstant(OpCode op) {
+    const internal::OpcodeInfo* info = internal::opcodeInfo(op);
+    return info != nullptr &&
+           (info->operand == internal::OperandKind::Constant || info->operand == internal::OperandKind::NameConstant);
 }
 
 /// Rewrites one function.
@@ -108,6 +113,44 @@ void breakRingsIn(std::vector<RubyValue> pending) {
     }
 }
 
+constexpr std::size_t kMostDescription = 2000;
+constexpr std::size_t kDeepestDescription = 8;
+
+void appendDescription(std::string& text, const RubyValue& value, std::size_t depth) {
+    if (text.size() > kMostDescription || depth > kDeepestDescription) {
+        text += "...";
+    } else if (value.isString()) {
+        const std::string& content = value.asString();
+        text += '"' + content.substr(0, kMostDescription) + "\" of " + std::to_string(content.size());
+    } else if (value.isFloat()) {
+        text += "float " + value.toString();
+    } else if (value.isArray()) {
+        text += '[';
+        for (const RubyValue& element : value.asArray()) {
+            appendDescription(text, element, depth + 1);
+            text += ", ";
+            if (text.size() > kMostDescription) {
+                break;
+            }
+        }
+        text += "] of " + std::to_string(value.asArray().size());
+    } else if (value.isMap()) {
+        text += '{';
+        for (const auto& [key, element] : value.asMap()) {
+            text += key.substr(0, kMostDescription);
+            text += ": ";
+            appendDescription(text, element, depth + 1);
+            text += ", ";
+            if (text.size() > kMostDescription) {
+                break;
+            }
+        }
+        text += "} of " + std::to_string(value.asMap().size());
+    } else {
+        text += value.toString();
+    }
+}
+
 RubyValue noFiles(RubyVM&, RubyArguments) { throw RubyError("no files here"); }
 
 /// While it lives, memory beyond what is in use now is limited.
@@ -126,6 +169,14 @@ void countSteps(Program& program) {
     internal::finalizeProgramMetadata(program);
     const auto tickName = static_cast<std::int32_t>(program.constants.size());
     program.constants.emplace_back(kTick);
+    for (CompiledFunction& function : program.functions) {
+        for (Instruction& instruction : function.code) {
+            // What was out of range stays so.
+            if (instruction.a == tickName && namesConstant(instruction.op)) {
+                instruction.a = std::numeric_limits<std::int32_t>::max();
+            }
+        }
+    }
     for (std::size_t i = 0; i < program.functions.size(); ++i) {
         CompiledFunction& function = program.functions[i];
         if (function.fastKind != internal::FastKind::None) {
@@ -143,7 +194,7 @@ void countSteps(Program& program) {
     }
 }
 
-BoundedVm::BoundedVm(internal::ExecutorChoice executor) {
+BoundedVm::BoundedVm(internal::ExecutorChoice executor, Steps steps) : m_steps(steps) {
     RubyVM::Impl::of(m_vm).executor = executor;
     RubyVM::Impl::of(m_vm).random.seed(1);
     bindSubstitutes();
@@ -151,7 +202,8 @@ BoundedVm::BoundedVm(internal::ExecutorChoice executor) {
 
 void BoundedVm::bindSubstitutes() {
     m_vm.bindFunction(kTick, [this](RubyVM&, RubyArguments) {
-        if (++m_steps > kMostSteps) {
+        ++m_taken;
+        if (ranOutOfSteps()) {
             throw RubyError("too many steps");
         }
         return RubyValue(false);
@@ -160,11 +212,13 @@ void BoundedVm::bindSubstitutes() {
         m_vm.bindFunction(name, noFiles);
     }
     m_vm.bindFunction("time_ms", [](RubyVM&, RubyArguments) { return RubyValue(12345); });
-    m_vm.bindFunction("load", [this](RubyVM&, RubyArguments arguments) { return load(arguments); });
+    if (m_steps == Steps::Counted) {
+        m_vm.bindFunction("load", [this](RubyVM&, RubyArguments arguments) { return load(arguments); });
+    }
     for (const char* name : {"puts", "print"}) {
         m_vm.bindFunction(name, [this](RubyVM&, RubyArguments arguments) {
             for (const RubyValue& argument : arguments) {
-                print(argument.toString());
+                print(describe(argument));
             }
             return RubyValue();
         });
@@ -218,7 +272,9 @@ RubyResult BoundedVm::runImage(const RubyBytecode& image) {
 }
 
 RubyResult BoundedVm::run(Program program) {
-    countSteps(program);
+    if (m_steps == Steps::Counted) {
+        countSteps(program);
+    }
     const RubyBytecode image = internal::serializeProgram(program);
     const MemoryBound bound;
     return m_vm.runBytecode(image);
@@ -231,6 +287,12 @@ std::string textOf(const RubyValue& value) {
     } catch (const std::exception& exception) {
         return internal::errorText(exception);
     }
+}
+
+std::string describe(const RubyValue& value) {
+    std::string text;
+    appendDescription(text, value, 0);
+    return text;
 }
 
 void breakRings(RubyVM& vm) {

@@ -17,9 +17,13 @@ namespace morvel::ruby::fuzz {
 /// the bounded VM first. Apart from the bound nothing that can be observed changes.
 void countSteps(internal::Program& program);
 
+/// Counting bounds what a program does, and changes its code. What is known to end can run without, as it is.
+enum class Steps : std::uint8_t { Counted, Uncounted };
+
 class BoundedVm {
 public:
-    explicit BoundedVm(internal::ExecutorChoice executor = internal::ExecutorChoice::Automatic);
+    explicit BoundedVm(internal::ExecutorChoice executor = internal::ExecutorChoice::Automatic,
+                       Steps steps = Steps::Counted);
     BoundedVm(const BoundedVm&) = delete;
     BoundedVm& operator=(const BoundedVm&) = delete;
 
@@ -33,19 +37,28 @@ public:
     [[nodiscard]] RubyVM& vm() noexcept { return m_vm; }
     /// What has been printed, up to a limit.
     [[nodiscard]] const std::string& output() const noexcept { return m_output; }
+    /// True when a program wanted more steps than there are.
+    [[nodiscard]] bool ranOutOfSteps() const noexcept { return m_taken > kMostSteps; }
 
 private:
     void bindSubstitutes();
     RubyValue load(RubyArguments arguments);
     void print(std::string_view text);
 
+    static constexpr std::size_t kMostSteps = 600;
+
     RubyVM m_vm;
+    Steps m_steps;
     std::string m_output;
-    std::size_t m_steps = 0;
+    std::size_t m_taken = 0;
 };
 
 /// A value's text, or the reason why it has none.
 [[nodiscard]] std::string textOf(const RubyValue& value);
+
+/// What a value is, with the kind of everything in it; of large and deep values the beginning. Quick also for values
+/// whose text would be endless.
+[[nodiscard]] std::string describe(const RubyValue& value);
 
 /// Empties every container reachable from a VM's globals, so that rings in them do not count as leaks.
 void breakRings(RubyVM& vm);

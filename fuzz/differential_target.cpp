@@ -13,6 +13,8 @@
 #include "counting_allocator.h"
 #include "fuzz_target.h"
 #include "program_generator.h"
+#include "source_generator.h"
+#include "support.h"
 
 namespace {
 
@@ -22,6 +24,9 @@ using internal::ExecutorChoice;
 /// Everything that can be observed about a run.
 struct Observed {
     std::string text;
+    bool ranOutOfSteps = false;
+    /// A bound of memory is met earlier by one executor than by the other.
+    bool ranOutOfMemory = false;
     /// Blocks of memory that were not given back.
     std::size_t leftBehind = 0;
 };
@@ -31,10 +36,16 @@ void* runBody(void* body) {
     return nullptr;
 }
 
-/// Runs `body` on a thread of its own: the plain executor needs a large stack to get as far as the other one, and what
-/// the runtime keeps for reuse goes when the thread ends.
-void runOnLargeStack(const std::function<void()>& body) {
-    constexpr std::size_t kStack = std::size_t{48} * 1024 * 1024;
+/// Runs `body` on a thread of its own: what the runtime keeps for reuse goes when the thread ends. The stack is large
+/// enough for the plain executor to take all steps in calls of calls, and not larger, because rendering something that
+/// contains itself uses all of it.
+void runOnThread(const std::function<void()>& body) {
+#ifdef NDEBUG
+    constexpr bool kSmallFrames = !tests::kAddressSanitizer;
+#else
+    constexpr bool kSmallFrames = false;
+#endif
+    constexpr std::size_t kStack = std::size_t{kSmallFrames ? 2 : 8} * 1024 * 1024;
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     pthread_attr_setstacksize(&attributes, kStack);
@@ -52,33 +63,48 @@ std::string globalTexts(const RubyVM& vm) {
          {"a", "b", "c", "d", "x", "y", "s", "t", "m", "r", "f", "g", "h", "k", "error", "p", "q", "i2"}) {
         RubyValue value;
         if (vm.getGlobal(name, value)) {
-            texts += std::string(name) + ": " + fuzz::textOf(value) + "\n";
+            texts += std::string(name) + ": " + fuzz::describe(value) + "\n";
         }
     }
     return texts;
 }
 
-Observed observe(const internal::Program& program, ExecutorChoice executor) {
+Observed observe(const internal::Program& program, ExecutorChoice executor, fuzz::Steps steps) {
     Observed observed;
-    const std::size_t before = tests::allocationCounts().liveBlocks;
-    runOnLargeStack([&] {
-        fuzz::BoundedVm bounded(executor);
+    const tests::AllocationCounts before = tests::allocationCounts();
+    runOnThread([&] {
+        fuzz::BoundedVm bounded(executor, steps);
         const RubyResult result = bounded.run(program);
-        std::string text = result.ok ? "value: " + fuzz::textOf(result.value) : "error: " + result.error;
+        std::string text = result.ok ? "value: " + fuzz::describe(result.value) : "error: " + result.error;
         text += "\noutput: " + bounded.output() + "\n" + globalTexts(bounded.vm());
+        observed.ranOutOfSteps = bounded.ranOutOfSteps();
         // The VM goes on as before, whatever happened.
         const RubyResult after = bounded.runSource("z = [a, 1] len(z)", "after");
-        text += after.ok ? "after: " + fuzz::textOf(after.value) : "after: " + after.error;
+        text += after.ok ? "after: " + fuzz::describe(after.value) : "after: " + after.error;
         // A copy whose memory does not count as the thread's.
         observed.text = text;
     });
-    observed.leftBehind = tests::allocationCounts().liveBlocks - before - (observed.text.size() > 15 ? 1 : 0);
+    const tests::AllocationCounts after = tests::allocationCounts();
+    observed.leftBehind = after.liveBlocks - before.liveBlocks - (observed.text.size() > 15 ? 1 : 0);
+    observed.ranOutOfMemory = after.refused != before.refused;
     return observed;
 }
 
-/// A bound of memory is met earlier by one executor than by the other.
-bool meetsBound(const std::string& text) {
-    return text.find("out of memory") != std::string::npos || text.find("stack overflow") != std::string::npos;
+void compare(const Observed& fast, const Observed& plain, const std::string& description) {
+    if (fast.ranOutOfMemory || plain.ranOutOfMemory) {
+        return;
+    }
+    if (fast.text != plain.text) {
+        fuzz::reportFinding("the executors disagree",
+                            (description + "\n--- engine\n" + fast.text + "\n--- plain\n" + plain.text).c_str());
+    }
+    // Rings are never freed, and what hangs on them may be shared in different ways; without them all is given back.
+    if ((fast.leftBehind == 0) != (plain.leftBehind == 0)) {
+        fuzz::reportFinding("only one executor leaves memory behind",
+                            (description + "\n--- engine " + std::to_string(fast.leftBehind) + ", plain " +
+                             std::to_string(plain.leftBehind))
+                                .c_str());
+    }
 }
 
 /// The program that the bytes stand for; its source text, if it has any, goes to `description`.
@@ -108,21 +134,17 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::size_t kMostBytes = 4096;
     std::string description;
     const internal::Program program = makeProgram({data, std::min(size, kMostBytes)}, description);
-    const Observed fast = observe(program, ExecutorChoice::Automatic);
-    const Observed plain = observe(program, ExecutorChoice::PlainOnly);
-    if (meetsBound(fast.text) || meetsBound(plain.text)) {
+    const Observed counted = observe(program, ExecutorChoice::Automatic, fuzz::Steps::Counted);
+    if (counted.ranOutOfMemory) {
         return 0;
     }
-    if (fast.text != plain.text) {
-        fuzz::reportFinding("the executors disagree",
-                            (description + "\n--- engine\n" + fast.text + "\n--- plain\n" + plain.text).c_str());
+    if (counted.ranOutOfSteps) {
+        compare(counted, observe(program, ExecutorChoice::PlainOnly, fuzz::Steps::Counted), description);
+        return 0;
     }
-    // Rings are never freed, and what hangs on them may be shared in different ways; without them all is given back.
-    if ((fast.leftBehind == 0) != (plain.leftBehind == 0)) {
-        fuzz::reportFinding("only one executor leaves memory behind",
-                            (description + "\n--- engine " + std::to_string(fast.leftBehind) + ", plain " +
-                             std::to_string(plain.leftBehind))
-                                .c_str());
-    }
+    // It ends by itself, so that it can run as it was generated.
+    const Observed plain = observe(program, ExecutorChoice::PlainOnly, fuzz::Steps::Uncounted);
+    compare(counted, plain, description + "\n(engine with counted steps)");
+    compare(observe(program, ExecutorChoice::Automatic, fuzz::Steps::Uncounted), plain, description);
     return 0;
 }

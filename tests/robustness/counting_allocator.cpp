@@ -16,6 +16,7 @@ constinit std::atomic<std::size_t> liveBlocks{0};
 constinit std::atomic<std::size_t> liveBytes{0};
 constinit std::atomic<std::size_t> peakBytes{0};
 constinit std::atomic<std::size_t> requests{0};
+constinit std::atomic<std::size_t> refused{0};
 constinit std::atomic<std::size_t> mostBytes{std::numeric_limits<std::size_t>::max()};
 
 /// What is to fail on this thread.
@@ -45,7 +46,11 @@ bool isPlannedToFail() noexcept {
 
 void* allocate(std::size_t size) noexcept {
     ++requests;
-    if (isPlannedToFail() || size > mostBytes - std::min<std::size_t>(liveBytes, mostBytes)) {
+    if (isPlannedToFail()) {
+        return nullptr;
+    }
+    if (size > mostBytes - std::min<std::size_t>(liveBytes, mostBytes)) {
+        ++refused;
         return nullptr;
     }
     void* block = std::malloc(size == 0 ? 1 : size);
@@ -71,7 +76,7 @@ void release(void* block) noexcept {
 
 }  // namespace
 
-AllocationCounts allocationCounts() noexcept { return {liveBlocks, liveBytes, peakBytes, requests}; }
+AllocationCounts allocationCounts() noexcept { return {liveBlocks, liveBytes, peakBytes, requests, refused}; }
 
 void resetPeak() noexcept { peakBytes = liveBytes.load(); }
 

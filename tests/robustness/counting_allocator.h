@@ -17,6 +17,8 @@ struct AllocationCounts {
     std::size_t peakBytes;
     /// Requests since the program started.
     std::size_t requests;
+    /// Requests refused because of limitLiveBytes.
+    std::size_t refused;
 };
 
 [[nodiscard]] AllocationCounts allocationCounts() noexcept;
