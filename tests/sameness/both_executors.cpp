@@ -1,6 +1,5 @@
 #include "sameness/both_executors.h"
 
-#include <functional>
 #include <iostream>
 #include <sstream>
 
@@ -33,21 +32,6 @@ std::string renderingOf(const RubyValue& value) {
     }
 }
 
-Observation observe(ExecutorChoice executor, const std::function<RubyResult(RubyVM&)>& run) {
-    RubyVM vm;
-    RubyVM::Impl::of(vm).executor = executor;
-    const OutputCapture capture;
-    const RubyResult result = run(vm);
-    return {result.ok, renderingOf(result.value), result.error, capture.text()};
-}
-
-std::string compare(const Observation& automatic, const Observation& plain) {
-    if (automatic == plain || automatic.reachedTheStackLimit() || plain.reachedTheStackLimit()) {
-        return {};
-    }
-    return "engine:\n" + automatic.describe() + "plain executor:\n" + plain.describe();
-}
-
 }  // namespace
 
 bool Observation::reachedTheStackLimit() const {
@@ -62,20 +46,11 @@ std::string Observation::describe() const {
 }
 
 Observation observeSource(const std::string& source, const std::string& chunkName, ExecutorChoice executor) {
-    return observe(executor, [&](RubyVM& vm) { return vm.runScriptString(source, chunkName); });
-}
-
-Observation observeImage(const RubyBytecode& image, ExecutorChoice executor) {
-    return observe(executor, [&](RubyVM& vm) { return vm.runBytecode(image); });
-}
-
-std::string compareSource(const std::string& source, const std::string& chunkName) {
-    return compare(observeSource(source, chunkName, ExecutorChoice::Automatic),
-                   observeSource(source, chunkName, ExecutorChoice::PlainOnly));
-}
-
-std::string compareImage(const RubyBytecode& image) {
-    return compare(observeImage(image, ExecutorChoice::Automatic), observeImage(image, ExecutorChoice::PlainOnly));
+    RubyVM vm;
+    RubyVM::Impl::of(vm).executor = executor;
+    const OutputCapture capture;
+    const RubyResult result = vm.runScriptString(source, chunkName);
+    return {result.ok, renderingOf(result.value), result.error, capture.text()};
 }
 
 }  // namespace morvel::ruby::sameness

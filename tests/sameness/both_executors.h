@@ -24,10 +24,5 @@ struct Observation {
 
 [[nodiscard]] Observation observeSource(const std::string& source, const std::string& chunkName,
                                         internal::ExecutorChoice executor);
-[[nodiscard]] Observation observeImage(const RubyBytecode& image, internal::ExecutorChoice executor);
-
-/// Empty when both executors show the same; else what each of them showed.
-[[nodiscard]] std::string compareSource(const std::string& source, const std::string& chunkName);
-[[nodiscard]] std::string compareImage(const RubyBytecode& image);
 
 }  // namespace morvel::ruby::sameness

@@ -1,8 +1,8 @@
-// The two executors show the same: on random programs and images, on the script tests, the examples and the benchmarks.
+// The two executors show the same on the script tests, the examples and the benchmarks. For generated programs and
+// instructions fuzz/differential_target.cpp compares them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "sameness/both_executors.h"
-#include "sameness/program_generator.h"
 
 namespace morvel::ruby::sameness {
 
@@ -24,13 +23,6 @@ std::string contentsOf(const fs::path& path) {
     std::ostringstream content;
     content << file.rdbuf();
     return content.str();
-}
-
-/// Rounds of a random test; more can be asked for.
-std::uint64_t rounds() {
-    constexpr std::uint64_t kUsual = 3000;
-    const char* asked = std::getenv("MORVEL_ROUNDS");
-    return asked == nullptr ? kUsual : std::strtoull(asked, nullptr, 10);
 }
 
 /// An empty folder to run file-writing scripts in.
@@ -80,36 +72,6 @@ std::vector<fs::path> corpus() {
     }
     std::sort(scripts.begin(), scripts.end());
     return scripts;
-}
-
-TEST(Sameness, RandomScripts) {
-    for (std::uint64_t seed = 1; seed <= rounds(); ++seed) {
-        const std::string script = generateScript(seed);
-        const std::string difference = compareSource(script, "random");
-        ASSERT_EQ(difference, "") << "seed " << seed << ", script:\n" << script;
-    }
-}
-
-// A generator whose scripts all fail at once, or never, would compare little.
-TEST(Sameness, RandomScriptsAreVaried) {
-    std::size_t succeeded = 0;
-    std::size_t printed = 0;
-    constexpr std::uint64_t kScripts = 300;
-    for (std::uint64_t seed = 1; seed <= kScripts; ++seed) {
-        const Observation run = observeSource(generateScript(seed), "random", internal::ExecutorChoice::Automatic);
-        succeeded += run.ok ? 1U : 0U;
-        printed += run.output.empty() ? 0U : 1U;
-    }
-    EXPECT_GT(succeeded, kScripts / 50);
-    EXPECT_LT(succeeded, kScripts);
-    EXPECT_GT(printed, kScripts / 10);
-}
-
-TEST(Sameness, RandomImages) {
-    for (std::uint64_t seed = 1; seed <= 10 * rounds(); ++seed) {
-        const std::string difference = compareImage(generateImage(seed));
-        ASSERT_EQ(difference, "") << "seed " << seed;
-    }
 }
 
 TEST(Sameness, ScriptTestsAndExamples) {
