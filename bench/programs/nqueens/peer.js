@@ -10,14 +10,18 @@ function place(row, size, columns, rising, falling) {
   }
   let count = 0;
   for (let col = 0; col < size; col++) {
-    if (!(columns[col] || rising[row + col] || falling[row - col + size])) {
-      columns[col] = true;
-      rising[row + col] = true;
-      falling[row - col + size] = true;
-      count += place(row + 1, size, columns, rising, falling);
-      columns[col] = false;
-      rising[row + col] = false;
-      falling[row - col + size] = false;
+    if (!columns[col]) {
+      if (!rising[row + col]) {
+        if (!falling[row - col + size]) {
+          columns[col] = true;
+          rising[row + col] = true;
+          falling[row - col + size] = true;
+          count += place(row + 1, size, columns, rising, falling);
+          columns[col] = false;
+          rising[row + col] = false;
+          falling[row - col + size] = false;
+        }
+      }
     }
   }
   return count;

@@ -14,14 +14,18 @@ local function place(row, size, columns, rising, falling)
   end
   local count = 0
   for col = 1, size do
-    if not (columns[col] or rising[row + col] or falling[row - col + size]) then
-      columns[col] = true
-      rising[row + col] = true
-      falling[row - col + size] = true
-      count = count + place(row + 1, size, columns, rising, falling)
-      columns[col] = false
-      rising[row + col] = false
-      falling[row - col + size] = false
+    if not columns[col] then
+      if not rising[row + col] then
+        if not falling[row - col + size] then
+          columns[col] = true
+          rising[row + col] = true
+          falling[row - col + size] = true
+          count = count + place(row + 1, size, columns, rising, falling)
+          columns[col] = false
+          rising[row + col] = false
+          falling[row - col + size] = false
+        end
+      end
     end
   end
   return count

@@ -7,14 +7,16 @@ def place(row, size, columns, rising, falling):
         return 1
     count = 0
     for col in range(size):
-        if not (columns[col] or rising[row + col] or falling[row - col + size]):
-            columns[col] = True
-            rising[row + col] = True
-            falling[row - col + size] = True
-            count += place(row + 1, size, columns, rising, falling)
-            columns[col] = False
-            rising[row + col] = False
-            falling[row - col + size] = False
+        if not columns[col]:
+            if not rising[row + col]:
+                if not falling[row - col + size]:
+                    columns[col] = True
+                    rising[row + col] = True
+                    falling[row - col + size] = True
+                    count += place(row + 1, size, columns, rising, falling)
+                    columns[col] = False
+                    rising[row + col] = False
+                    falling[row - col + size] = False
     return count
 
 

@@ -7,14 +7,18 @@ def place(row, size, columns, rising, falling)
   count = 0
   col = 0
   while col < size
-    if !(columns[col] || rising[row + col] || falling[row - col + size])
-      columns[col] = true
-      rising[row + col] = true
-      falling[row - col + size] = true
-      count += place(row + 1, size, columns, rising, falling)
-      columns[col] = false
-      rising[row + col] = false
-      falling[row - col + size] = false
+    if !columns[col]
+      if !rising[row + col]
+        if !falling[row - col + size]
+          columns[col] = true
+          rising[row + col] = true
+          falling[row - col + size] = true
+          count += place(row + 1, size, columns, rising, falling)
+          columns[col] = false
+          rising[row + col] = false
+          falling[row - col + size] = false
+        end
+      end
     end
     col += 1
   end
