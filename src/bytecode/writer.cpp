@@ -36,13 +36,17 @@ public:
         writeRaw(text);
     }
 
-    void writeInstruction(const Instruction& instruction) {
-        std::array<std::uint8_t, kInstructionSize> record;
-        record[0] = static_cast<std::uint8_t>(instruction.op);
-        store(record.data() + 1, static_cast<std::uint32_t>(instruction.a));
-        store(record.data() + 5, static_cast<std::uint32_t>(instruction.b));
-        store(record.data() + 9, instruction.line);
-        m_bytes.insert(m_bytes.end(), record.begin(), record.end());
+    void writeInstructions(const std::vector<Instruction>& code) {
+        const std::size_t begin = m_bytes.size();
+        m_bytes.resize(begin + code.size() * kInstructionSize);
+        std::uint8_t* record = m_bytes.data() + begin;
+        for (const Instruction& instruction : code) {
+            record[0] = static_cast<std::uint8_t>(instruction.op);
+            store(record + 1, static_cast<std::uint32_t>(instruction.a));
+            store(record + 5, static_cast<std::uint32_t>(instruction.b));
+            store(record + 9, instruction.line);
+            record += kInstructionSize;
+        }
     }
 
 private:
@@ -86,9 +90,7 @@ void writeFunction(ImageWriter& writer, const CompiledFunction& function) {
         writer.writeString(param);
     }
     writer.writeCount(function.code.size());
-    for (const Instruction& instruction : function.code) {
-        writer.writeInstruction(instruction);
-    }
+    writer.writeInstructions(function.code);
 }
 
 // At least what the image will take: growing it step by step would touch twice the memory.

@@ -13,11 +13,10 @@ namespace morvel::ruby::internal {
 
 Program compileSource(std::string_view source, const std::string& chunkName) {
     Lexer lexer(source, chunkName);
-    return Compiler(lexer.tokenize(), chunkName).compileProgram();
+    return Compiler(lexer, chunkName).compileProgram();
 }
 
-Compiler::Compiler(std::vector<Token> tokens, const std::string& chunkName)
-    : m_tokens(std::move(tokens)), m_chunkName(chunkName) {
+Compiler::Compiler(Lexer& lexer, const std::string& chunkName) : m_tokens(lexer), m_chunkName(chunkName) {
     m_program.name = chunkName;
     m_program.functions.emplace_back().name = "<main>";
 }
@@ -32,26 +31,20 @@ Program Compiler::compileProgram() {
     return std::move(m_program);
 }
 
-const Token& Compiler::advance() {
-    const Token& passed = m_tokens[m_current];
-    if (m_current + 1 < m_tokens.size()) {
-        ++m_current;
-    }
-    return passed;
-}
-
-const Token& Compiler::require(TokenType kind, std::string_view message) {
+Token Compiler::require(TokenType kind, std::string_view message) {
     if (!at(kind)) {
         failAtToken(message);
     }
     return advance();
 }
 
-void Compiler::failAtToken(std::string_view message) const {
-    fail(formatError(m_chunkName, token().line, token().column, message));
+void Compiler::failAtToken(std::string_view message) {
+    const Token found = token();
+    m_tokens.readAll();
+    fail(formatError(m_chunkName, found.line, found.column, message));
 }
 
-void Compiler::checkNesting() const {
+void Compiler::checkNesting() {
     if (nativeStackLow()) {
         failAtToken("stack overflow");
     }
@@ -76,6 +69,9 @@ std::int32_t Compiler::addConstant(RubyValue value) {
 }
 
 std::int32_t Compiler::addText(std::string_view text) {
+    if (text.size() <= kLongestShortString) {
+        return addConstant(m_names.valueOf(text));
+    }
     const auto [entry, isNew] = m_texts.try_emplace(text);
     if (isNew) {
         entry->second = RubyValue(text);
@@ -87,7 +83,7 @@ void Compiler::pushConstant(int functionIndex, RubyValue value, std::uint32_t li
     emit(functionIndex, OpCode::PushConst, addConstant(std::move(value)), 0, line);
 }
 
-RubyValue Compiler::integerLiteral() const {
+RubyValue Compiler::integerLiteral() {
     const std::string_view digits = token().text;
     std::int64_t number = 0;
     if (std::from_chars(digits.data(), digits.data() + digits.size(), number).ec != std::errc()) {
@@ -96,7 +92,7 @@ RubyValue Compiler::integerLiteral() const {
     return number;
 }
 
-RubyValue Compiler::floatLiteral() const {
+RubyValue Compiler::floatLiteral() {
     const std::string_view digits = token().text;
     double number = 0.0;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);

@@ -9,8 +9,9 @@
 #include <vector>
 
 #include "compiler/program.h"
-#include "compiler/token.h"
+#include "compiler/token_stream.h"
 #include "value/hash.h"
+#include "value/short_strings.h"
 
 namespace morvel::ruby::internal {
 
@@ -23,7 +24,8 @@ namespace morvel::ruby::internal {
 /// in place of the expected one; nesting too deep for the native stack fails with "stack overflow".
 class Compiler {
 public:
-    Compiler(std::vector<Token> tokens, const std::string& chunkName);
+    /// Compiles what `lexer` reads; it must outlive the compiler.
+    Compiler(Lexer& lexer, const std::string& chunkName);
 
     /// Compiles all statements into the top-level function and hands over the program.
     [[nodiscard]] Program compileProgram();
@@ -40,8 +42,8 @@ private:
     void compilePrimary(int functionIndex);
     void compilePostfix(int functionIndex);
     void compileArrayLiteral(int functionIndex);
-    /// Compiles expressions separated by commas up to `closing`, which is then required; their number.
-    int compileList(int functionIndex, TokenType closing, std::string_view message);
+    /// Compiles expressions separated by commas, none when `closing` comes first; their number.
+    int compileList(int functionIndex, TokenType closing);
 
     // Statements.
     void compileStatement(int functionIndex);
@@ -57,18 +59,19 @@ private:
     std::size_t compileBranch(int functionIndex);
     /// Statements up to `end`, or also up to `elsif` and `else`.
     void compileBlock(int functionIndex, bool endsAtElse);
-    [[nodiscard]] bool isIndexedAssignment() const;
+    [[nodiscard]] bool isIndexedAssignment();
     void skipSeparators();
     void skipThenOrDo();
 
     // Tokens.
-    [[nodiscard]] const Token& token() const { return m_tokens[m_current]; }
-    [[nodiscard]] bool at(TokenType kind) const { return m_tokens[m_current].kind == kind; }
+    [[nodiscard]] const Token& token() const { return m_tokens.current(); }
+    [[nodiscard]] bool at(TokenType kind) const { return token().kind == kind; }
     /// Steps over the current token; the end-of-file token stays current.
-    const Token& advance();
-    const Token& require(TokenType kind, std::string_view message);
-    [[noreturn]] void failAtToken(std::string_view message) const;
-    void checkNesting() const;
+    Token advance() { return m_tokens.advance(); }
+    Token require(TokenType kind, std::string_view message);
+    /// Fails at the current token, unless there is a lexical error further on: those come first.
+    [[noreturn]] void failAtToken(std::string_view message);
+    void checkNesting();
 
     // Code.
     void emit(int functionIndex, OpCode op, std::int32_t a, std::int32_t b, std::uint32_t line);
@@ -76,16 +79,17 @@ private:
     void patchJump(int functionIndex, std::size_t instruction);
     /// Appends a constant, never merged with an equal one; its index.
     std::int32_t addConstant(RubyValue value);
-    /// Appends a string constant. Equal texts share their bytes, not their index.
+    /// Appends a string constant. Equal texts mostly share their bytes, never their index.
     std::int32_t addText(std::string_view text);
     void pushConstant(int functionIndex, RubyValue value, std::uint32_t line);
-    [[nodiscard]] RubyValue integerLiteral() const;
-    [[nodiscard]] RubyValue floatLiteral() const;
+    [[nodiscard]] RubyValue integerLiteral();
+    [[nodiscard]] RubyValue floatLiteral();
 
-    std::vector<Token> m_tokens;
+    TokenStream m_tokens;
     std::string m_chunkName;
-    std::size_t m_current = 0;
     Program m_program;
+    /// The short texts of late, and all long ones.
+    ShortStrings<128> m_names;
     std::unordered_map<std::string_view, RubyValue, TextHash> m_texts;
 };
 

@@ -34,7 +34,7 @@ void Compiler::compileAnd(int functionIndex) {
 void Compiler::compileEquality(int functionIndex) {
     compileComparison(functionIndex);
     while (at(TokenType::EqualEqual) || at(TokenType::BangEqual)) {
-        const Token& op = advance();
+        const Token op = advance();
         compileComparison(functionIndex);
         emit(functionIndex, comparisonOp(op.kind), 0, 0, op.line);
     }
@@ -43,7 +43,7 @@ void Compiler::compileEquality(int functionIndex) {
 void Compiler::compileComparison(int functionIndex) {
     compileTerm(functionIndex);
     while (token().kind >= TokenType::LessToken && token().kind <= TokenType::GreaterEqualToken) {
-        const Token& op = advance();
+        const Token op = advance();
         compileTerm(functionIndex);
         emit(functionIndex, comparisonOp(op.kind), 0, 0, op.line);
     }
@@ -52,7 +52,7 @@ void Compiler::compileComparison(int functionIndex) {
 void Compiler::compileTerm(int functionIndex) {
     compileFactor(functionIndex);
     while (at(TokenType::Plus) || at(TokenType::Minus)) {
-        const Token& op = advance();
+        const Token op = advance();
         compileFactor(functionIndex);
         emit(functionIndex, op.kind == TokenType::Plus ? OpCode::Add : OpCode::Subtract, 0, 0, op.line);
     }
@@ -61,7 +61,7 @@ void Compiler::compileTerm(int functionIndex) {
 void Compiler::compileFactor(int functionIndex) {
     compileUnary(functionIndex);
     while (at(TokenType::Star) || at(TokenType::Slash) || at(TokenType::Percent)) {
-        const Token& op = advance();
+        const Token op = advance();
         compileUnary(functionIndex);
         const OpCode code = op.kind == TokenType::Star    ? OpCode::Multiply
                             : op.kind == TokenType::Slash ? OpCode::Divide
@@ -121,7 +121,8 @@ void Compiler::compilePrimary(int functionIndex) {
 
 void Compiler::compileArrayLiteral(int functionIndex) {
     const std::uint32_t line = advance().line;
-    const int count = compileList(functionIndex, TokenType::RightBracket, "expected ']' after array literal");
+    const int count = compileList(functionIndex, TokenType::RightBracket);
+    require(TokenType::RightBracket, "expected ']' after array literal");
     emit(functionIndex, OpCode::MakeArray, count, 0, line);
 }
 
@@ -134,16 +135,17 @@ void Compiler::compilePostfix(int functionIndex) {
             emit(functionIndex, OpCode::GetIndex, 0, 0, line);
         } else if (at(TokenType::LeftParen)) {
             advance();
-            const int count = compileList(functionIndex, TokenType::RightParen, "expected ')' after arguments");
-            // A call carries the line of its closing parenthesis, the token just passed.
-            emit(functionIndex, OpCode::Call, count, 0, m_tokens[m_current - 1].line);
+            const int count = compileList(functionIndex, TokenType::RightParen);
+            // A call carries the line of its closing parenthesis.
+            const std::uint32_t line = require(TokenType::RightParen, "expected ')' after arguments").line;
+            emit(functionIndex, OpCode::Call, count, 0, line);
         } else {
             return;
         }
     }
 }
 
-int Compiler::compileList(int functionIndex, TokenType closing, std::string_view message) {
+int Compiler::compileList(int functionIndex, TokenType closing) {
     int count = 0;
     if (!at(closing)) {
         compileExpression(functionIndex);
@@ -152,7 +154,6 @@ int Compiler::compileList(int functionIndex, TokenType closing, std::string_view
             compileExpression(functionIndex);
         }
     }
-    require(closing, message);
     return count;
 }
 

@@ -67,15 +67,16 @@ TokenType nameKind(std::string_view name) {
 
 }  // namespace
 
-std::vector<Token> Lexer::tokenize() {
-    // A token for every three bytes is typical of dense code.
-    constexpr std::size_t kBytesPerToken = 4;
-    m_tokens.reserve(m_source.size() / kBytesPerToken + 1);
-    while (m_position < m_source.size()) {
+void Lexer::read(std::vector<Token>& tokens, std::size_t count) {
+    m_tokens = &tokens;
+    const std::size_t wanted = tokens.size() + count;
+    tokens.reserve(wanted);
+    while (tokens.size() < wanted && m_position < m_source.size()) {
         readToken();
     }
-    m_tokens.push_back({TokenType::EndOfFile, {}, m_line, m_column});
-    return std::move(m_tokens);
+    if (tokens.size() < wanted) {
+        tokens.push_back({TokenType::EndOfFile, {}, m_line, m_column});
+    }
 }
 
 void Lexer::readToken() {
@@ -112,7 +113,7 @@ void Lexer::readToken() {
 }
 
 void Lexer::readLineBreak() {
-    m_tokens.push_back({TokenType::Newline, "\n", m_line, m_column});
+    m_tokens->push_back({TokenType::Newline, "\n", m_line, m_column});
     const bool isPair = m_source[m_position] == '\r' && peek(1) == '\n';
     m_position += isPair ? 2U : 1U;
     ++m_line;
@@ -149,7 +150,7 @@ void Lexer::readString() {
     }
     const std::size_t begin = m_position + 1;
     const std::string_view text = escaped ? decodeString(begin, end) : m_source.substr(begin, end - begin);
-    m_tokens.push_back({TokenType::String, text, m_line, m_column});
+    m_tokens->push_back({TokenType::String, text, m_line, m_column});
     m_column += static_cast<std::uint32_t>(end + 1 - m_position);
     m_position = end + 1;
 }
@@ -190,7 +191,7 @@ void Lexer::readName() {
         ++end;
     }
     const std::size_t length = end - m_position;
-    emit(nameKind(m_source.substr(m_position, length)), length);
+    emit(nameKind(rest(length)), length);
 }
 
 void Lexer::readOperator() {
@@ -243,12 +244,6 @@ void Lexer::readDoubled(TokenType kind, std::string_view message) {
         failHere(message);
     }
     emit(kind, 2);
-}
-
-void Lexer::emit(TokenType kind, std::size_t length) {
-    m_tokens.push_back({kind, m_source.substr(m_position, length), m_line, m_column});
-    m_position += length;
-    m_column += static_cast<std::uint32_t>(length);
 }
 
 void Lexer::failHere(std::string_view message) const { fail(formatError(m_chunkName, m_line, m_column, message)); }

@@ -12,18 +12,19 @@
 
 namespace morvel::ruby::internal {
 
-/// Tokenises a whole source text before any parsing, so that a lexical error anywhere comes first. Works on bytes.
-/// The tokens point into the source text and into the lexer, which both must outlive them.
+/// Tokenises a source text, some tokens at a time. Works on bytes. The tokens point into the source text and into the
+/// lexer, which both must outlive them.
 class Lexer {
 public:
     Lexer(std::string_view source, const std::string& chunkName) : m_source(source), m_chunkName(chunkName) {}
     Lexer(const Lexer&) = delete;
     Lexer& operator=(const Lexer&) = delete;
 
-    /// All tokens, ending with EndOfFile. Throws RubyError with a positioned message for the first lexical error:
-    /// "unexpected '&', use '&&'", "unexpected '|', use '||'", "unterminated string literal",
-    /// "unterminated string escape" or "unexpected character 'C'".
-    [[nodiscard]] std::vector<Token> tokenize();
+    /// Appends the next tokens to `tokens`: `count` of them, or fewer up to the last one, which is EndOfFile. Throws
+    /// RubyError with a positioned message for the first lexical error in them: "unexpected '&', use '&&'",
+    /// "unexpected '|', use '||'", "unterminated string literal", "unterminated string escape" or
+    /// "unexpected character 'C'".
+    void read(std::vector<Token>& tokens, std::size_t count);
 
 private:
     void readToken();
@@ -36,7 +37,13 @@ private:
     void readOperator();
     void readDoubled(TokenType kind, std::string_view message);
 
-    void emit(TokenType kind, std::size_t length);
+    /// Adds the token that takes up the next `length` bytes.
+    void emit(TokenType kind, std::size_t length) {
+        m_tokens->push_back({kind, rest(length), m_line, m_column});
+        m_position += length;
+        m_column += static_cast<std::uint32_t>(length);
+    }
+    [[nodiscard]] std::string_view rest(std::size_t length) const { return {m_source.data() + m_position, length}; }
     [[nodiscard]] char peek(std::size_t offset) const {
         return m_position + offset < m_source.size() ? m_source[m_position + offset] : '\0';
     }
@@ -47,7 +54,8 @@ private:
     std::size_t m_position = 0;
     std::uint32_t m_line = 1;
     std::uint32_t m_column = 1;
-    std::vector<Token> m_tokens;
+    /// Where tokens go while they are being read.
+    std::vector<Token>* m_tokens = nullptr;
     /// Literals with escapes; a deque, because tokens point at its elements.
     std::deque<std::string> m_decoded;
 };

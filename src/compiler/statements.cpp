@@ -25,7 +25,7 @@ void Compiler::compileStatement(int functionIndex) {
             if (isIndexedAssignment()) {
                 return compileIndexedAssignment(functionIndex);
             }
-            if (m_tokens[m_current + 1].kind == TokenType::Assign) {
+            if (m_tokens.ahead(1).kind == TokenType::Assign) {
                 return compileAssignment(functionIndex);
             }
             return compileExpressionStatement(functionIndex);
@@ -130,7 +130,7 @@ void Compiler::compileReturn(int functionIndex) {
 }
 
 void Compiler::compileAssignment(int functionIndex) {
-    const Token& name = advance();
+    const Token name = advance();
     require(TokenType::Assign, "expected '=' after variable name");
     compileExpression(functionIndex);
     emit(functionIndex, OpCode::StoreName, addText(name.text), 0, name.line);
@@ -138,7 +138,7 @@ void Compiler::compileAssignment(int functionIndex) {
 }
 
 void Compiler::compileIndexedAssignment(int functionIndex) {
-    const Token& name = require(TokenType::Identifier, "expected variable name");
+    const Token name = require(TokenType::Identifier, "expected variable name");
     const std::int32_t nameConstant = addText(name.text);
     emit(functionIndex, OpCode::LoadName, nameConstant, 0, name.line);
     require(TokenType::LeftBracket, "expected '[' after indexed assignment target");
@@ -166,21 +166,21 @@ void Compiler::compileBlock(int functionIndex, bool endsAtElse) {
     }
 }
 
-bool Compiler::isIndexedAssignment() const {
-    std::size_t next = m_current + 1;
-    if (m_tokens[next].kind != TokenType::LeftBracket) {
+bool Compiler::isIndexedAssignment() {
+    std::size_t next = 1;
+    if (m_tokens.ahead(next).kind != TokenType::LeftBracket) {
         return false;
     }
     std::size_t depth = 0;
     while (true) {
-        switch (m_tokens[next].kind) {
+        switch (m_tokens.ahead(next).kind) {
             case TokenType::LeftBracket:
                 ++depth;
                 break;
             case TokenType::RightBracket:
                 --depth;
                 if (depth == 0) {
-                    return m_tokens[next + 1].kind == TokenType::Assign;
+                    return m_tokens.ahead(next + 1).kind == TokenType::Assign;
                 }
                 break;
             case TokenType::Semicolon:

@@ -57,7 +57,7 @@ std::size_t countOf(std::string_view text, std::string_view separator) {
 }
 
 /// Splits one piece after the other off the front of a text.
-RubyValue splitPieces(ShortStrings& strings, std::string_view text, std::string_view separator,
+RubyValue splitPieces(RecentStrings& strings, std::string_view text, std::string_view separator,
                       std::size_t mostPieces) {
     RubyArray pieces;
     pieces.reserve(std::min(mostPieces, countOf(text, separator) + 1));
@@ -73,7 +73,7 @@ RubyValue splitPieces(ShortStrings& strings, std::string_view text, std::string_
     return pieces;
 }
 
-RubyValue splitBytes(ShortStrings& strings, std::string_view text, std::size_t mostPieces) {
+RubyValue splitBytes(RecentStrings& strings, std::string_view text, std::size_t mostPieces) {
     RubyArray pieces;
     while (!text.empty() && pieces.size() + 1 < mostPieces) {
         pieces.push_back(strings.valueOf(text.substr(0, 1)));
@@ -85,7 +85,7 @@ RubyValue splitBytes(ShortStrings& strings, std::string_view text, std::size_t m
     return pieces;
 }
 
-ShortStrings& shortStringsOf(const BuiltinCall& call) { return RubyVM::Impl::of(call.vm).shortStrings; }
+RecentStrings& shortStringsOf(const BuiltinCall& call) { return RubyVM::Impl::of(call.vm).shortStrings; }
 
 }  // namespace
 
@@ -156,7 +156,7 @@ RubyValue stringSplit(const BuiltinCall& call) {
     }
     const std::size_t mostPieces =
         limit < 1 ? std::numeric_limits<std::size_t>::max() : static_cast<std::size_t>(limit);
-    ShortStrings& strings = shortStringsOf(call);
+    RecentStrings& strings = shortStringsOf(call);
     return separator.empty() ? splitBytes(strings, text, mostPieces)
                              : splitPieces(strings, text, separator, mostPieces);
 }

@@ -1,6 +1,7 @@
 // A cache of short strings, so that equal ones made one after the other share their memory.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -12,20 +13,22 @@
 
 namespace morvel::ruby::internal {
 
+/// Longer texts are not worth comparing.
+inline constexpr std::size_t kLongestShortString = 15;
+
 /// Remembers the last short strings that were made. Words, fields and keys repeat: sharing them saves the allocation,
-/// the memory, and the hash of each further copy. The cache takes 64 KiB from its first use on.
+/// the memory, and the hash of each further copy. The cache takes 32 bytes for each of its sets, a power of two, from
+/// its first use on.
+template <std::size_t Sets>
 class ShortStrings {
 public:
-    /// Longer texts are not worth comparing.
-    static constexpr std::size_t kLongest = 15;
-
     /// The string value of a text: of a short one, the same as for an equal text before, where that is remembered.
     [[nodiscard]] RubyValue valueOf(std::string_view text) {
-        if (text.size() > kLongest) {
+        if (text.size() > kLongestShortString) {
             return text;
         }
         if (m_recent.empty()) {
-            m_recent.resize(kSets * 2);
+            m_recent.resize(Sets * 2);
         }
         const Bytes bytes = bytesOf(text);
         RubyValue* const set = &m_recent[setOf(bytes, text.size()) * 2];
@@ -41,8 +44,6 @@ public:
     }
 
 private:
-    static constexpr std::size_t kSets = 2048;
-
     /// All bytes of a text of known size: its first and its last 8 or 4, or each one.
     struct Bytes {
         std::uint64_t first = 0;
@@ -77,8 +78,8 @@ private:
         // Two odd numbers without a pattern; the best bits of a product are its highest.
         constexpr std::uint64_t kMixFirst = 0x9E3779B97F4A7C15;
         constexpr std::uint64_t kMixLast = 0xD6E8FEB86659FD93;
-        constexpr unsigned kSetBits = 11;
-        static_assert(std::size_t{1} << kSetBits == kSets);
+        constexpr unsigned kSetBits = std::bit_width(Sets) - 1;
+        static_assert(std::has_single_bit(Sets) && Sets > 1);
         return static_cast<std::size_t>(((bytes.first * kMixFirst) ^ (bytes.last + size)) * kMixLast >>
                                         (64 - kSetBits));
     }

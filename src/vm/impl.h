@@ -18,6 +18,9 @@ namespace internal {
 
 class Engine;
 
+/// Memory for the words of a text.
+using RecentStrings = ShortStrings<2048>;
+
 /// Which executor runs functions. Tests compare the two; nothing else changes the choice.
 enum class ExecutorChoice : std::uint8_t { Automatic, PlainOnly };
 
@@ -87,7 +90,7 @@ public:
     internal::ExecutorChoice executor = internal::ExecutorChoice::Automatic;
     std::mt19937_64 random;
     /// Short strings that operators and built-ins made of late.
-    internal::ShortStrings shortStrings;
+    internal::RecentStrings shortStrings;
     /// The VM that owns this implementation; host functions receive it.
     RubyVM* owner;
 

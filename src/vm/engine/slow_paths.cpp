@@ -68,11 +68,10 @@ class ShortText {
 public:
     /// Adds the text of a string or an integer; false when it does not fit or the value is of another kind.
     bool append(const RubyValue& value) {
-        constexpr std::size_t kLongest = ShortStrings::kLongest;
         char* const end = m_bytes.data() + m_size;
         if (value.isString()) {
             const std::string& text = value.asString();
-            if (text.size() > kLongest - m_size) {
+            if (text.size() > kLongestShortString - m_size) {
                 return false;
             }
             std::memcpy(end, text.data(), text.size());
@@ -82,7 +81,7 @@ public:
         if (!value.isInteger()) {
             return false;
         }
-        const auto written = std::to_chars(end, m_bytes.data() + kLongest, value.data.integer);
+        const auto written = std::to_chars(end, m_bytes.data() + kLongestShortString, value.data.integer);
         if (written.ec != std::errc()) {
             return false;
         }
@@ -93,7 +92,7 @@ public:
     [[nodiscard]] std::string_view view() const { return {m_bytes.data(), m_size}; }
 
 private:
-    std::array<char, ShortStrings::kLongest> m_bytes;
+    std::array<char, kLongestShortString> m_bytes;
     std::size_t m_size = 0;
 };
 

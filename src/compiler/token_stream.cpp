@@ -1,0 +1,12 @@
+#include "compiler/token_stream.h"
+
+namespace morvel::ruby::internal {
+
+void TokenStream::readMore() {
+    constexpr std::size_t kTokens = 512;
+    m_window.erase(m_window.begin(), m_window.begin() + static_cast<std::ptrdiff_t>(m_current));
+    m_current = 0;
+    m_lexer.read(m_window, kTokens);
+}
+
+}  // namespace morvel::ruby::internal
