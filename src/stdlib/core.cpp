@@ -48,6 +48,7 @@ std::uint64_t rangeLength(std::int64_t start, std::int64_t stop, std::int64_t st
     const auto low = static_cast<std::uint64_t>(step > 0 ? start : stop);
     const auto high = static_cast<std::uint64_t>(step > 0 ? stop : start);
     const auto stride = step > 0 ? static_cast<std::uint64_t>(step) : 0 - static_cast<std::uint64_t>(step);
+    // cppcheck-suppress zerodivcond; a step of 0 is refused before
     const std::uint64_t steps = (high - low) / stride;
     return steps == std::numeric_limits<std::uint64_t>::max() ? steps : steps + 1;
 }

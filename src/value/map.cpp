@@ -166,8 +166,7 @@ RubyMap::RubyMap(const std::unordered_map<std::string, RubyValue>& entries) {
     }
 }
 
-RubyMap::RubyMap(const RubyMap& other) : m_slots(other.m_slots), m_size(other.m_size) {
-    m_entries = other.m_entries;
+RubyMap::RubyMap(const RubyMap& other) : m_entries(other.m_entries), m_slots(other.m_slots), m_size(other.m_size) {
     for (const Entry& entry : m_entries) {
         if (entry.key != kErased && !isIntegerKey(entry.key)) {
             ++boxOf(entry.key)->references;

@@ -28,6 +28,7 @@ public:
     }
 
     [[nodiscard]] std::size_t size() const { return m_count; }
+    // cppcheck-suppress returnTempReference; both are elements of members
     RubyValue& at(std::size_t slot) { return m_count > kInlineLocals ? m_many[slot] : m_few[slot]; }
     [[nodiscard]] bool isAssigned(std::size_t slot) { return at(slot).type != kUndefinedType; }
 
