@@ -43,8 +43,7 @@ constexpr std::array kKeywords{
 
 constexpr std::size_t kLongestKeyword = 6;
 
-// First keyword of each length; the entry after it is where the next length starts.
-constexpr std::array<std::size_t, kLongestKeyword + 2> kFirstOfLength = [] {
+constexpr std::array<std::size_t, kLongestKeyword + 2> findFirstOfLength() {
     std::array<std::size_t, kLongestKeyword + 2> first{};
     for (std::size_t length = 0; length < first.size(); ++length) {
         while (first[length] < kKeywords.size() && kKeywords[first[length]].spelling.size() < length) {
@@ -52,7 +51,10 @@ constexpr std::array<std::size_t, kLongestKeyword + 2> kFirstOfLength = [] {
         }
     }
     return first;
-}();
+}
+
+// First keyword of each length; the entry after it is where the next length starts.
+constexpr auto kFirstOfLength = findFirstOfLength();
 
 TokenType nameKind(std::string_view name) {
     if (name.size() <= kLongestKeyword) {
