@@ -98,9 +98,13 @@ build() {
     cmake --build "$folder" --parallel "$jobs" ${1:+--target "$@"}
 }
 
-# run_tests FOLDER: runs every test of a build and leaves a summary in FOLDER/tests.xml.
+# run_tests FOLDER OPTION...: runs the tests of a build, all of them unless options of ctest choose some, and leaves a
+# summary in FOLDER/tests.xml.
 run_tests() {
-    say "Testing $1"
-    rm -f "$1/tests.xml"
-    ctest --test-dir "$1" --parallel "$jobs" --progress --output-on-failure --no-tests=error --output-junit tests.xml
+    local folder=$1
+    shift
+    say "Testing $folder"
+    rm -f "$folder/tests.xml"
+    ctest --test-dir "$folder" --parallel "$jobs" --progress --output-on-failure --no-tests=error \
+        --output-junit tests.xml "$@"
 }
