@@ -72,7 +72,6 @@ TokenType nameKind(std::string_view name) {
 void Lexer::read(std::vector<Token>& tokens, std::size_t count) {
     m_tokens = &tokens;
     const std::size_t wanted = tokens.size() + count;
-    tokens.reserve(wanted);
     while (tokens.size() < wanted && m_position < m_source.size()) {
         readToken();
     }
