@@ -1,7 +1,9 @@
 #include "stdlib/format.h"
 
 #include <string>
+#include <string_view>
 
+#include "value/memory_limit.h"
 #include "value/numbers.h"
 #include "value/render.h"
 
@@ -23,10 +25,35 @@ void appendConversion(std::string& text, char token, const RubyValue& argument) 
     }
 }
 
+bool hasLargeTexts(const BuiltinCall& call) {
+    std::size_t size = 0;
+    for (std::size_t i = 1; i < call.count(); ++i) {
+        size += call[i].isString() ? call[i].asString().size() : 0;
+    }
+    return size > kSurelyThere;
+}
+
+/// Bytes of the texts that the format asks for.
+std::size_t textSize(const BuiltinCall& call, std::string_view format) {
+    std::size_t size = 0;
+    std::size_t nextArgument = 1;
+    for (std::size_t i = 0; i + 1 < format.size() && nextArgument < call.count(); ++i) {
+        if (format[i] != '%' || format[++i] == '%') {
+            continue;
+        }
+        const RubyValue& argument = call[nextArgument++];
+        size += format[i] == 's' && argument.isString() ? argument.asString().size() : 0;
+    }
+    return size;
+}
+
 }  // namespace
 
 RubyValue stringFormat(const BuiltinCall& call) {
     const std::string& format = requireStringArgument(call, 0);
+    if (hasLargeTexts(call)) {
+        requireMemory(textSize(call, format), 1);
+    }
     std::string text;
     std::size_t nextArgument = 1;
     for (std::size_t i = 0; i < format.size(); ++i) {

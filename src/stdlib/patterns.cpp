@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "stdlib/text_classes.h"
+#include "value/memory_limit.h"
 
 namespace morvel::ruby::internal::builtins {
 
@@ -27,10 +28,14 @@ struct Run {
     std::size_t end;
 };
 
+std::size_t findDigit(std::string_view text, std::size_t from) {
+    const auto* first = std::find_if(text.begin() + from, text.end(), isDigitByte);
+    return static_cast<std::size_t>(first - text.begin());
+}
+
 /// The first run of digits at or after `from`; empty at the end of the text when there is none.
 Run nextDigitRun(std::string_view text, std::size_t from) {
-    const auto* first = std::find_if(text.begin() + from, text.end(), isDigitByte);
-    const auto begin = static_cast<std::size_t>(first - text.begin());
+    const std::size_t begin = findDigit(text, from);
     return {begin, runEnd(text, begin, isDigitByte)};
 }
 
@@ -63,37 +68,27 @@ RubyValue matchLettersDashDigits(std::string_view text) {
     return {};
 }
 
-std::string replaceRuns(std::string_view text, std::string_view replacement) {
+Run nextDigit(std::string_view text, std::size_t from) {
+    const std::size_t begin = findDigit(text, from);
+    return {begin, begin + 1};
+}
+
+/// Replaces each run that `next(text, from)` finds; none is at the end of the text.
+template <typename Next>
+std::string replaceAll(std::string_view text, std::string_view replacement, Next next) {
+    if (!replacement.empty() && text.size() > kSurelyThere / replacement.size()) {
+        std::size_t count = 0;
+        for (Run run = next(text, 0); run.begin < text.size(); run = next(text, run.end)) {
+            ++count;
+        }
+        requireMemory(count, replacement.size());
+    }
     std::string result;
     std::size_t copied = 0;
-    for (const Run& run : digitRuns(text)) {
+    for (Run run = next(text, 0); run.begin < text.size(); run = next(text, run.end)) {
         result += text.substr(copied, run.begin - copied);
         result += replacement;
         copied = run.end;
-    }
-    result += text.substr(copied);
-    return result;
-}
-
-std::string replaceDigits(std::string_view text, std::string_view replacement) {
-    std::string result;
-    for (const char c : text) {
-        if (isDigitByte(c)) {
-            result += replacement;
-        } else {
-            result += c;
-        }
-    }
-    return result;
-}
-
-std::string replaceText(std::string_view text, std::string_view needle, std::string_view replacement) {
-    std::string result;
-    std::size_t copied = 0;
-    for (std::size_t found = text.find(needle); found != std::string_view::npos; found = text.find(needle, copied)) {
-        result += text.substr(copied, found - copied);
-        result += replacement;
-        copied = found + needle.size();
     }
     result += text.substr(copied);
     return result;
@@ -153,9 +148,15 @@ RubyValue stringGsub(const BuiltinCall& call) {
         return call[0];
     }
     if (pattern == kDigit) {
-        return replaceDigits(text, replacement);
+        return replaceAll(text, replacement, nextDigit);
     }
-    return pattern == kDigits ? replaceRuns(text, replacement) : replaceText(text, pattern, replacement);
+    if (pattern == kDigits) {
+        return replaceAll(text, replacement, nextDigitRun);
+    }
+    return replaceAll(text, replacement, [pattern](std::string_view whole, std::size_t from) {
+        const std::size_t found = std::min(whole.find(pattern, from), whole.size());
+        return Run{found, found + pattern.size()};
+    });
 }
 
 }  // namespace morvel::ruby::internal::builtins

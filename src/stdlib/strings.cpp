@@ -60,7 +60,9 @@ std::size_t countOf(std::string_view text, std::string_view separator) {
 RubyValue splitPieces(RecentStrings& strings, std::string_view text, std::string_view separator,
                       std::size_t mostPieces) {
     RubyArray pieces;
-    pieces.reserve(std::min(mostPieces, countOf(text, separator) + 1));
+    const std::size_t count = std::min(mostPieces, countOf(text, separator) + 1);
+    requireMemory(count, sizeof(RubyValue));
+    pieces.reserve(count);
     while (pieces.size() + 1 < mostPieces) {
         const std::size_t end = text.find(separator);
         if (end == std::string_view::npos) {
@@ -108,6 +110,7 @@ RubyValue stringByte(const BuiltinCall& call) {
     const std::int64_t last = call.count() > 2 ? requireIntegerArgument(call, 2) : first;
     const ByteRange range = byteRange(first, last, text.size());
     RubyArray codes;
+    requireMemory(range.length, sizeof(RubyValue));
     codes.reserve(range.length);
     for (std::size_t i = 0; i < range.length; ++i) {
         codes.emplace_back(static_cast<unsigned char>(text[range.begin + i]));

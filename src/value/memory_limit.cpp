@@ -21,8 +21,6 @@ std::size_t machineMemory() noexcept {
 }  // namespace
 
 void requireMemory(std::size_t count, std::size_t size) {
-    // Small requests are the rule and need no look at the machine.
-    constexpr std::size_t kSurelyThere = 1 << 20;
     if (count <= kSurelyThere / size) {
         return;
     }

@@ -29,6 +29,13 @@ TEST(ImpossibleSizes, AreOutOfMemoryAtOnce) {
         "string_rep('x', 1000000000000)",
         "string_rep('x', 9223372036854775807)",
         "string_rep('0123456789', 900000000000000000)",
+        "string_gsub(string_rep('x', 1000000), 'x', string_rep('y', 1000000))",
+        "string_gsub(string_rep('1', 1000000), '%d', string_rep('y', 1000000))",
+        "string_gsub(string_rep('1 ', 1000000), '%d+', string_rep('y', 1000000))",
+        "array_join(array_new(1000000, string_rep('x', 1000000)), '')",
+        "array_join(array_new(1000000, ''), string_rep('x', 1000000))",
+        "table_concat(array_new(1000000, string_rep('x', 1000000)))",
+        "format_many(200000)",
         "table_set([1], 1000000000000, 1)",
         "table_set([1], 9223372036854775807, 1)",
         "table_set([], to_f('1e300'), 1)",
@@ -40,7 +47,13 @@ TEST(ImpossibleSizes, AreOutOfMemoryAtOnce) {
     const ChildOutcome child = runInChild(
         [&] {
             RubyVM vm;
-            (void)vm.runScriptString("def store(a, i) a[i] = 1 return a end", "t");
+            (void)vm.runScriptString(
+                "def store(a, i) a[i] = 1 return a end\n"
+                "def format_many(times)\n"
+                "return load(\"string_format('\" + string_rep('%s', times) + \"'\" + string_rep(', big', times) + "
+                "')')()"
+                " end big = string_rep('x', 10000000)",
+                "t");
             bool isRight = true;
             for (const char* request : kRequests) {
                 const std::string caught = outcome(
