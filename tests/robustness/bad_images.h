@@ -13,6 +13,8 @@ namespace morvel::ruby::tests {
 struct NamedImage {
     std::string name;
     RubyBytecode image;
+    /// The script goes to a limit on purpose, and may look at where it lies: the executors need not agree.
+    bool reachesLimit = false;
 };
 
 /// The images of the scripts in the given directories and below, no two of the same size and none larger than
