@@ -228,11 +228,12 @@ void destroyBox(std::uint8_t type, Box* box) noexcept {
         deferredHosts = box;
         return;
     }
-    bury(type, box);
     if (graveyard.draining) {
+        bury(type, box);
         return;
     }
     graveyard.draining = true;
+    deleteContainer(static_cast<RubyValue::Type>(type), box);
     constexpr std::uintptr_t kTypeBits = 7;
     while (graveyard.first != nullptr) {
         const auto tagged = reinterpret_cast<std::uintptr_t>(graveyard.first);

@@ -129,21 +129,12 @@ void Engine::failOverflow() const {
     runtimeError(program(), line(), "stack overflow");
 }
 
-void Engine::pushFrame(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t marks) {
-    if (m_current == m_lastFrame) {
-        growFrames();
+RubyValue* Engine::enterNextChunk(std::size_t registerCount) {
+    RubyValue* const fresh = m_stack.enterNextChunk(registerCount);
+    if (fresh == nullptr) {
+        failOverflow();
     }
-    const auto previousChunk = static_cast<std::uint32_t>(m_stack.chunk());
-    if (code.registerCount > static_cast<std::size_t>(m_stack.end() - base)) {
-        RubyValue* fresh = m_stack.enterNextChunk(code.registerCount);
-        if (fresh == nullptr) {
-            failOverflow();
-        }
-        base = fresh;
-        marks |= kChunkFrame;
-    }
-    ++m_current;
-    *m_current = {&code, base, code.instructions.data(), result, nullptr, marks, previousChunk};
+    return fresh;
 }
 
 void Engine::prepareRegisters(const Code& code, RubyValue* base) noexcept {
@@ -158,9 +149,9 @@ void Engine::prepareRegisters(const Code& code, RubyValue* base) noexcept {
     }
 }
 
-void Engine::popFrame() noexcept {
+void Engine::popFrame(std::uint32_t registerCount) noexcept {
     const Frame frame = *m_current;
-    for (std::uint32_t i = 0; i < frame.code->registerCount; ++i) {
+    for (std::uint32_t i = 0; i < registerCount; ++i) {
         releaseRegister(frame.base + i);
     }
     if ((frame.marks & kChunkFrame) != 0) {
@@ -177,7 +168,7 @@ void Engine::popFrame() noexcept {
 
 void Engine::unwindTo(std::size_t frame) noexcept {
     while (depth() > frame) {
-        popFrame();
+        popFrame(m_current->code->registerCount);
     }
 }
 
@@ -189,7 +180,8 @@ bool Engine::leaveFrame(RubyValue* value) {
         outcome = pcallSuccess(std::move(outcome));
     }
     RubyValue* result = m_current->result;
-    popFrame();
+    // The value returned was the last temporary alive.
+    popFrame(m_current->code->firstTemporary);
     assignRegister(result, std::move(outcome));
     return (marks & kEntryFrame) != 0;
 }

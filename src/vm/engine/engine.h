@@ -35,7 +35,7 @@ struct Frame {
     const EngineInstruction* next;
     /// Where the call's result goes.
     RubyValue* result;
-    /// The function being called, kept alive by one reference; null when the caller keeps it alive.
+    /// The function being called, kept alive by one reference; null when the caller keeps its program alive.
     RubyFunctionHandle* handle;
     std::uint32_t marks;
     /// The chunk to go back to, for a kChunkFrame.
@@ -68,10 +68,12 @@ private:
     /// Puts a frame for `code` on top, with its registers at `base` or, when they do not fit there, in another chunk.
     /// The registers are not prepared. On failure nothing has changed.
     void pushFrame(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t marks);
+    /// Registers in another chunk of the value stack; fails with "stack overflow" when there is none left.
+    [[nodiscard]] RubyValue* enterNextChunk(std::size_t registerCount);
     /// Brings the registers of a new frame, which hold just the arguments, into the state that its code expects.
     static void prepareRegisters(const Code& code, RubyValue* base) noexcept;
-    /// Releases the top frame's registers and takes it off.
-    void popFrame() noexcept;
+    /// Releases the first registers of the top frame, which must be all that are not dead, and takes it off.
+    void popFrame(std::uint32_t registerCount) noexcept;
     void unwindTo(std::size_t frame) noexcept;
     /// Ends the top frame, which is not a plain one, with the value at `value`; true when the run is over.
     [[nodiscard]] bool leaveFrame(RubyValue* value);
@@ -131,5 +133,18 @@ private:
     /// Message of an error that is on its way without a C++ exception.
     std::string m_message;
 };
+
+inline void Engine::pushFrame(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t marks) {
+    if (m_current == m_lastFrame) {
+        growFrames();
+    }
+    const auto previousChunk = static_cast<std::uint32_t>(m_stack.chunk());
+    if (code.registerCount > static_cast<std::size_t>(m_stack.end() - base)) {
+        base = enterNextChunk(code.registerCount);
+        marks |= kChunkFrame;
+    }
+    ++m_current;
+    *m_current = {&code, base, code.instructions.data(), result, nullptr, marks, previousChunk};
+}
 
 }  // namespace morvel::ruby::internal

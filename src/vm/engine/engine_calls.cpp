@@ -145,11 +145,15 @@ void Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyVal
             moveRegister(m_current->base + i, arguments + i);
         }
     }
-    prepareRegisters(code, m_current->base);
+    if (code.hasPrologue) {
+        prepareRegisters(code, m_current->base);
+    }
 }
 
 void Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyValue* result) {
-    requireArgumentCount("pcall", argumentCount, 1, kNoMaximum);
+    if (argumentCount == 0) {
+        requireArgumentCount("pcall", argumentCount, 1, kNoMaximum);
+    }
     RubyValue* callee = window + 1;
     if (callee->isFunction()) {
         auto& handle = *static_cast<RubyFunctionHandle*>(callee->data.box);

@@ -79,6 +79,17 @@ using Type = RubyValue::Type;
 
 constinit const RubyValue kNil;
 
+/// A reference for the frame of a callee that lives in a variable, which may be rebound during the call. What has to
+/// stay is its program, and a caller of the same program sees to that: then none is needed, and null is given.
+[[gnu::always_inline]] inline RubyFunctionHandle* keepCallee(RubyFunctionHandle* callee, const Code* code,
+                                                             const Code* caller) {
+    if (code->program == caller->program) [[likely]] {
+        return nullptr;
+    }
+    ++callee->references;
+    return callee;
+}
+
 /// True for keys that a map can be asked for without anything to release afterwards.
 [[gnu::always_inline]] inline bool isPlainKey(const RubyValue* key, int isTemporary) {
     return key->type == Type::Integer || (key->type == Type::String && isTemporary == 0);
@@ -591,7 +602,7 @@ void Engine::interpret(std::size_t entry) {
 
 // Enters a script function whose translation is known and whose frame needs no preparation; everything else goes
 // through callFunction.
-#define CALL(callee, release_callee)                                                                             \
+#define CALL(callee, keep_callee)                                                                                \
     {                                                                                                            \
         RubyValue* const window = OPERAND_R(INSTRUCTION.a);                                                      \
         const RubyValue* const function = callee;                                                                \
@@ -602,12 +613,12 @@ void Engine::interpret(std::size_t entry) {
             if (code != nullptr && code->engine == m_identity.get() && code->parameterCount == INSTRUCTION.n &&  \
                 m_current != m_lastFrame &&                                                                      \
                 code->registerCount <= static_cast<std::size_t>(m_stack.end() - window) - 1) [[likely]] {        \
-                release_callee;                                                                                  \
+                RubyFunctionHandle* const kept = keep_callee;                                                    \
                 Frame* const frame = ++m_current;                                                                \
                 frame->code = code;                                                                              \
                 frame->base = window + 1;                                                                        \
                 frame->result = OPERAND_R(INSTRUCTION.b);                                                        \
-                frame->handle = handle;                                                                          \
+                frame->handle = kept;                                                                            \
                 frame->marks = kPlainFrame;                                                                      \
                 base = window + 1;                                                                               \
                 constants = code->constants.data();                                                              \
@@ -638,10 +649,10 @@ void Engine::interpret(std::size_t entry) {
         NEXT();                                                                                                  \
     }
     OP(CallGlobal)
-    CALL(OPERAND_G(INSTRUCTION.c), ++handle->references)
+    CALL(OPERAND_G(INSTRUCTION.c), keepCallee(handle, code, m_current->code))
     // The reference of the callee's register passes to the frame.
     OP(CallRegister)
-    CALL(OPERAND_R(INSTRUCTION.a), window->type = Type::Nil)
+    CALL(OPERAND_R(INSTRUCTION.a), (window->type = Type::Nil, handle))
 
 // True when the callee still is the built-in that the translation found under its name.
 #define IS_SHORTCUT(callee, kind)        \
@@ -730,7 +741,7 @@ returnValue : {
     result->type = type;
     result->data = data;
     m_current = frame - 1;
-    if (--frame->handle->references == 0) [[unlikely]] {
+    if (frame->handle != nullptr && --frame->handle->references == 0) [[unlikely]] {
         destroyBox(static_cast<std::uint8_t>(Type::Function), frame->handle);
     }
     LOAD_FRAME();
