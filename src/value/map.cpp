@@ -88,7 +88,10 @@ public:
         const auto tagBits = ~static_cast<std::uint32_t>(mask);
         const Lanes bits = (static_cast<Lanes>((low & tagBits) == tag) & kLowBits) |
                            (static_cast<Lanes>((high & tagBits) == tag) & kHighBits);
-        return bits[0] | bits[1] | bits[2] | bits[3];
+        std::array<std::uint64_t, 2> halves;
+        std::memcpy(halves.data(), &bits, sizeof bits);
+        const std::uint64_t both = halves[0] | halves[1];
+        return static_cast<unsigned>(both | both >> 32);
     }
     /// Slots are taken from the first on.
     [[nodiscard]] bool isFull() const noexcept { return m_slots[kGroupSlots - 1] != 0; }
@@ -221,10 +224,10 @@ std::size_t RubyMap::findIndexed(std::uint64_t hash, Matches matches) const noex
         const SlotGroup group(m_slots.data() + position);
         for (unsigned bits = group.matching(tag, mask); bits != 0; bits &= bits - 1) {
             const std::uint32_t slot = m_slots[position + static_cast<std::size_t>(std::countr_zero(bits))];
-            const std::size_t index = (slot & mask) - 1;
-            // A free slot looks like one of entry -1.
-            if (index < m_entries.size() && matches(m_entries[index].key)) {
-                return index;
+            const std::size_t place = slot & mask;
+            // A free slot may have the tag too.
+            if (place != 0 && matches(m_entries[place - 1].key)) {
+                return place - 1;
             }
         }
         if (!group.isFull()) {
@@ -295,9 +298,14 @@ RubyValue* RubyMap::findProbe(const Probe& probe) noexcept {
     return index == m_entries.size() ? nullptr : &m_entries[index].value;
 }
 
+// Apart, so that the common case needs no memory on the stack.
+[[gnu::noinline]] RubyValue* RubyMap::findLargeInteger(std::int64_t number) noexcept {
+    return findProbe(Probe(RubyValue(number)));
+}
+
 RubyValue* RubyMap::findInteger(std::int64_t number) noexcept {
     if (!fitsKey(number)) [[unlikely]] {
-        return findProbe(Probe(RubyValue(number)));
+        return findLargeInteger(number);
     }
     const Key wanted = integerKey(number);
     if (!m_slots.empty()) {

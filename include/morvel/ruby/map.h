@@ -161,6 +161,7 @@ private:
     static bool matches(Key stored, const Probe& probe) noexcept;
     [[nodiscard]] RubyValue* findEqualText(internal::StringBox* box) noexcept;
     [[nodiscard]] RubyValue* findProbe(const Probe& probe) noexcept;
+    [[nodiscard]] RubyValue* findLargeInteger(std::int64_t number) noexcept;
     /// The index of the entry whose key word has this hash and `matches`, looked up through the index; the number of
     /// entries when there is none.
     template <typename Matches>

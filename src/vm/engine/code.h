@@ -45,6 +45,8 @@ struct Code {
     std::uint32_t firstTemporary = 0;
     std::uint32_t registerCount = 0;
     bool keepsLastValue = false;
+    /// The function is its program's top-level code.
+    bool isTopLevel = false;
     /// The locals beyond the parameters must read as unassigned on entry.
     bool marksUnassigned = false;
     /// Entering takes more than moving to the new frame: there are registers to prepare.

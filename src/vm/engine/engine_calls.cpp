@@ -132,12 +132,14 @@ void Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyVal
     if (argumentCount != code.parameterCount) {
         runtimeError(*code.program, 0, arityMessage(*code.function, argumentCount));
     }
-    const bool isTopLevel = code.function == code.program->functions.data();
-    if (isTopLevel && m_programFrames == kMostProgramFrames) {
-        failOverflow();
+    if (code.isTopLevel) {
+        if (m_programFrames == kMostProgramFrames) {
+            failOverflow();
+        }
+        marks |= kProgramFrame;
     }
-    pushFrame(code, arguments, result, isTopLevel ? marks | kProgramFrame : marks);
-    m_programFrames += isTopLevel ? 1 : 0;
+    pushFrame(code, arguments, result, marks);
+    m_programFrames += code.isTopLevel ? 1 : 0;
     m_current->handle = &handle;
     ++handle.references;
     if (m_current->base != arguments) {
@@ -157,8 +159,11 @@ void Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyVal
     RubyValue* callee = window + 1;
     if (callee->isFunction()) {
         auto& handle = *static_cast<RubyFunctionHandle*>(callee->data.box);
-        const bool isScript = handle.kind == Kind::Script && handle.program != nullptr && hasFunction(handle);
-        const Code* code = isScript ? codeOf(handle) : nullptr;
+        const Code* code = handle.code;
+        if (code == nullptr || code->engine != m_identity.get()) {
+            const bool isScript = handle.kind == Kind::Script && handle.program != nullptr && hasFunction(handle);
+            code = isScript ? codeOf(handle) : nullptr;
+        }
         // A wrong argument count fails inside the protection, and a guarded function has an outcome of its own.
         if (code != nullptr && code->function->fastKind != FastKind::Guarded &&
             argumentCount - 1 == code->parameterCount) {

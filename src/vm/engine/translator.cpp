@@ -168,6 +168,7 @@ public:
         } else {
             emit(EngineOp::ReturnNil, 0, 0, 0, 0);
         }
+        m_code->isTopLevel = m_isMain;
         m_code->hasPrologue =
             m_code->marksUnassigned || m_code->keepsLastValue || m_code->parameterCount > m_code->localCount;
         return patchJumps() ? std::move(m_code) : nullptr;
