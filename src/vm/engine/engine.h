@@ -105,6 +105,12 @@ private:
     [[nodiscard]] bool lessSlow(RubyValue* left, RubyValue* right, std::uint8_t marks);
     /// Joins two texts whose result is short; false when they are not of that kind, and then nothing is done.
     [[nodiscard]] bool joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks);
+    /// The first addition of an append chain, of `sum` and the register after it. While the text is a string and the
+    /// part can no longer change, both stay apart, and the register after `sum` collects the parts as a string;
+    /// otherwise it gets the sum and `sum` dies.
+    void beginAppend(RubyValue* sum);
+    /// The end of the chain: stores in `target` the two parts, or the one, that beginAppend left.
+    static void endAppend(RubyValue* target, RubyValue* sum);
     void loadByte(RubyValue* target, const std::string& text, std::size_t position);
     void getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t marks);
     void setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* value, std::uint8_t marks);

@@ -62,6 +62,8 @@ namespace morvel::ruby::internal {
     ROW(LoadLocalOrGlobal) /* R[a] = R[n-th of the fallbacks at wide], or the global of that name */ \
     ROW(StoreGlobalMove)   /* G[wide] = R[a], which dies */                                          \
     ROW(StoreGlobalCopy)   /* G[wide] = R[a], which stays */                                         \
+    ROW(BeginAppend)       /* the first addition of an append chain, of R[a] and R[a + 1] */         \
+    ROW(EndAppend)         /* G[wide] = what BeginAppend began at R[a] */                            \
     ROW(Drop)              /* R[a] dies */                                                           \
     ROW(Negate)            /* R[a] = -R[b] */                                                        \
     ROW(Not)               /* R[a] = not R[b] */                                                     \

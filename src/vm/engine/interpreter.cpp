@@ -509,6 +509,16 @@ void Engine::interpret(std::size_t entry) {
         to->data = from->data;
         NEXT();
     }
+    OP(BeginAppend) {
+        SAVE();
+        beginAppend(OPERAND_R(INSTRUCTION.a));
+        NEXT();
+    }
+    OP(EndAppend) {
+        SAVE();
+        endAppend(OPERAND_G(INSTRUCTION.wide()), OPERAND_R(INSTRUCTION.a));
+        NEXT();
+    }
     OP(Drop) {
         releaseRegister(OPERAND_R(INSTRUCTION.a));
         NEXT();

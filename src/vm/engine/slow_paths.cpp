@@ -115,6 +115,11 @@ bool appendInPlace(RubyValue* left, const RubyValue& right, bool leftEnds) {
     return true;
 }
 
+/// True when the two hold the same string, and nothing else does.
+bool shareString(const RubyValue& left, const RubyValue& right) {
+    return left.isString() && right.isString() && left.data.box == right.data.box && left.data.box->references == 2;
+}
+
 }  // namespace
 
 bool Engine::joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks) {
@@ -141,6 +146,11 @@ void Engine::arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right
         if (joinShort(target, left, right, marks)) {
             return;
         }
+        if (target != left && (marks & kTemporaryB) != 0 && shareString(*target, *left)) {
+            // What the result replaces is the left operand itself.
+            releaseRegister(left);
+            left = target;
+        }
         if (appendInPlace(left, *right, target == left || (marks & kTemporaryB) != 0)) {
             releaseIf((marks & kTemporaryC) != 0 && right != left, right);
             if (target != left) {
@@ -161,6 +171,34 @@ template void Engine::arithmeticSlow<OpCode::Subtract>(RubyValue*, RubyValue*, R
 template void Engine::arithmeticSlow<OpCode::Multiply>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
 template void Engine::arithmeticSlow<OpCode::Divide>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
 template void Engine::arithmeticSlow<OpCode::Modulo>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
+
+void Engine::beginAppend(RubyValue* sum) {
+    RubyValue* const part = sum + 1;
+    const bool isFixed = !part->isBoxed() || part->isString();
+    if (!sum->isString() || !isFixed) {
+        RubyValue added = addValues(*sum, *part, program(), line());
+        releaseRegister(sum);
+        assignRegister(part, std::move(added));
+    } else if (!part->isString()) {
+        *part = RubyValue(part->toString());
+    }
+}
+
+void Engine::endAppend(RubyValue* target, RubyValue* sum) {
+    RubyValue* const parts = sum + 1;
+    if (!sum->isString()) {
+        assignRegister(target, std::move(*parts));
+    } else if (shareString(*target, *sum)) {
+        releaseRegister(sum);
+        appendInPlace(target, *parts, true);
+        releaseRegister(parts);
+    } else {
+        RubyValue joined(sum->asString() + parts->asString());
+        releaseRegister(sum);
+        releaseRegister(parts);
+        assignRegister(target, std::move(joined));
+    }
+}
 
 bool Engine::equalSlow(RubyValue* left, RubyValue* right, std::uint8_t marks) {
     if (!left->isBoxed() && left->type == right->type) {

@@ -13,6 +13,7 @@
 #include "morvel/ruby/function.h"
 #include "value/hash.h"
 #include "value/operators.h"
+#include "vm/engine/append_chains.h"
 #include "vm/engine/assignment.h"
 #include "vm/engine/flow.h"
 
@@ -141,10 +142,12 @@ public:
           m_guard(findGuardCall(m_function)),
           m_globalSlots(resolveGlobals()),
           m_livePops(findLivePops(m_function, m_flow)),
-          m_assignment(m_function, m_flow, globals, m_globalSlots) {}
+          m_assignment(m_function, m_flow, globals, m_globalSlots),
+          m_appends(findAppendChains(program, m_function, m_flow, m_globalSlots, kNotGlobal)) {}
 
     std::unique_ptr<Code> translate(bool longJumps) {
         m_longJumps = longJumps;
+        m_nextAppend = 0;
         m_code = std::make_unique<Code>();
         layOutFrame();
         if (m_code->registerCount > kLargestOperand) {
@@ -225,6 +228,7 @@ private:
         // Surplus arguments of duplicate parameter names arrive behind the locals, in the place of temporaries.
         const std::uint32_t surplus = code.parameterCount - std::min(code.parameterCount, code.localCount);
         code.registerCount = code.firstTemporary + std::max(static_cast<std::uint32_t>(m_flow.deepest), surplus) + 1;
+        code.registerCount += m_appends.empty() ? 0U : 1U;
     }
 
     // --- emitting
@@ -382,6 +386,9 @@ private:
     /// Translates the instruction at `index`, or a short sequence that starts there; how many it was.
     std::size_t translateInstruction(std::size_t index, std::size_t blockEnd) {
         const Instruction& instruction = m_function.code[index];
+        if (translateAppend(index)) {
+            return 1;
+        }
         switch (instruction.op) {
             case OpCode::PushConst:
                 push(Place::Constant, addConstant(m_program.constants[static_cast<std::size_t>(instruction.a)]));
@@ -472,6 +479,35 @@ private:
             }
         }
         return false;
+    }
+
+    /// Carries out what an append chain has at `index`; false when that is nothing.
+    bool translateAppend(std::size_t index) {
+        if (m_nextAppend == m_appends.size()) {
+            return false;
+        }
+        const AppendChain& chain = m_appends[m_nextAppend];
+        if (index == chain.load) {
+            loadName(index);
+            materialize(m_stack.size() - 1);
+        } else if (index == chain.firstAdd) {
+            // From here on the sum takes two places on the stack.
+            materialize(m_stack.size() - 1);
+            emit(EngineOp::BeginAppend, 0, reg(m_stack[m_stack.size() - 2].index), 0, 0);
+        } else if (index == chain.store) {
+            const std::uint32_t global = m_globalSlots[index];
+            materialize(m_stack.size() - 1);
+            m_stack.resize(m_stack.size() - 2);
+            const Entry target{Place::Global, global};
+            detach(target);
+            emitWide(EngineOp::EndAppend, 0, reg(temporary(m_stack.size())), std::size_t{global} * 2);
+            m_assignment.noteGlobal(global);
+            m_stack.push_back(target);
+            ++m_nextAppend;
+        } else {
+            return false;
+        }
+        return true;
     }
 
     void storeName(std::size_t index) {
@@ -954,6 +990,7 @@ private:
     const std::vector<std::uint32_t> m_globalSlots;
     const std::vector<bool> m_livePops;
     DefiniteAssignment m_assignment;
+    const std::vector<AppendChain> m_appends;
     std::unique_ptr<Code> m_code;
     std::unordered_map<ConstantKey, std::uint32_t, ConstantKeyHash> m_constants;
     std::vector<Entry> m_stack;
@@ -961,6 +998,8 @@ private:
     /// Register instruction at which each stack instruction starts.
     std::vector<std::size_t> m_starts;
     std::vector<bool> m_isBlockStart;
+    /// The first of them that is not behind.
+    std::size_t m_nextAppend = 0;
     std::size_t m_blockStart = 0;
     std::uint32_t m_lastValue = 0;
     std::uint32_t m_line = 0;
