@@ -75,6 +75,18 @@ TEST(Executor, ConstantsStayUnchanged) {
                       "def f() s = 'abc' t = s s[0] = 'x' return [s, t] end return f() + f()");
 }
 
+TEST(Executor, TheContainerStoredByAnIndexedAssignmentMayBeTested) {
+    // x = [1], then x[0] = 2 with the stored array left on the stack for the jump.
+    const RubyBytecode image = assemble(
+        {"f", "x", 0, 1, 2},
+        {op(OpCode::DefineFunction, 0, 1), op(OpCode::LoadName, 0), op(OpCode::Call, 0), kReturn[0]},
+        {function("f", {},
+                  {op(OpCode::PushConst, 3), op(OpCode::MakeArray, 1), op(OpCode::StoreName, 1), op(OpCode::Pop),
+                   op(OpCode::LoadName, 1), op(OpCode::PushConst, 2), op(OpCode::PushConst, 4), op(OpCode::SetIndex),
+                   op(OpCode::StoreName, 1), op(OpCode::JumpIfFalse, 10), op(OpCode::LoadName, 1), kReturn[0]})});
+    expectValue("[2]", image);
+}
+
 TEST(Executor, PopsOfAnEmptyStack) {
     const std::vector<std::pair<OpCode, std::int32_t>> pops{
         {OpCode::Pop, 1},         {OpCode::Add, 2},          {OpCode::Subtract, 2}, {OpCode::Multiply, 2},

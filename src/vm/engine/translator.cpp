@@ -967,7 +967,8 @@ private:
             row + 3 * static_cast<unsigned>(letterOf(indexEntry)) + static_cast<unsigned>(letterOf(valueEntry));
         emit(plus(EngineOp::SetIndexRRR, offset), marks, operand(containerEntry.index), operand(indexEntry.index),
              operand(valueEntry.index));
-        m_stack.push_back(containerEntry);
+        // What was read as a local about to be overwritten is its new value by now, and stays.
+        push(containerEntry.place, containerEntry.index);
         return inPlace ? 2 : 1;
     }
 
