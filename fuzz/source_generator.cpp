@@ -165,6 +165,15 @@ private:
             }
         }
         expression(variable.kind, depth);
+        // A text grown by several parts at once.
+        while (variable.kind == Kind::Text && m_bytes.chance(100)) {
+            m_text += " + ";
+            if (m_bytes.chance(128)) {
+                literal(Kind::Text);
+            } else {
+                expression(Kind::Anything, depth + 1);
+            }
+        }
         m_text += '\n';
     }
 
