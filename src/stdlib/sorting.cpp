@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -48,7 +47,8 @@ public:
     IntegerIterator operator+(difference_type offset) const noexcept { return IntegerIterator(m_element + offset); }
     IntegerIterator operator-(difference_type offset) const noexcept { return IntegerIterator(m_element - offset); }
     difference_type operator-(const IntegerIterator& other) const noexcept { return m_element - other.m_element; }
-    auto operator<=>(const IntegerIterator& other) const noexcept = default;
+    bool operator==(const IntegerIterator& other) const noexcept = default;
+    bool operator<(const IntegerIterator& other) const noexcept { return m_element < other.m_element; }
 
 private:
     RubyValue* m_element = nullptr;
