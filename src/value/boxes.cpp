@@ -62,7 +62,8 @@ private:
     std::size_t m_length = 0;
 };
 
-/// Empty arrays that still have room for a few elements: pairs and results of calls come and go as whole arrays.
+/// Empty arrays that still have room for just a pair: pairs and outcomes of pcall come and go as whole arrays. All have
+/// the same room, so that what they take up follows from their number alone.
 class SpareArrays {
 public:
     constexpr SpareArrays() = default;
@@ -80,7 +81,7 @@ public:
 
     /// Keeps an array whose elements are gone; false when it is not worth keeping.
     bool keep(ArrayBox* array) noexcept {
-        if (m_length >= kMostArrays || array->elements.capacity() == 0 || array->elements.capacity() > kMostElements) {
+        if (m_length >= kMostArrays || array->elements.capacity() != kElements) {
             return false;
         }
         array->references = reinterpret_cast<std::uintptr_t>(m_first);
@@ -101,7 +102,7 @@ private:
     }
 
     static constexpr std::size_t kMostArrays = MORVEL_RECYCLES_BOXES != 0 ? 256 : 0;
-    static constexpr std::size_t kMostElements = 4;
+    static constexpr std::size_t kElements = 2;
 
     ArrayBox* m_first = nullptr;
     std::size_t m_length = 0;

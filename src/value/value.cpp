@@ -37,8 +37,7 @@ RubyValue::RubyValue(std::string_view text) : type(Type::String), data(boxed(new
 
 RubyValue::RubyValue(const RubyArray& elements) : RubyValue(RubyArray(elements)) {}
 
-RubyValue::RubyValue(RubyArray&& elements)
-    : type(Type::Array), data(boxed(new internal::ArrayBox(std::move(elements)))) {}
+RubyValue::RubyValue(RubyArray&& elements) : RubyValue(makeArray()) { asArray() = std::move(elements); }
 
 RubyValue::RubyValue(const RubyMap& entries) : RubyValue(RubyMap(entries)) {}
 

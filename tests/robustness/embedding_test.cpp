@@ -212,9 +212,8 @@ TEST(ManyRuns, DoNotGrowMemory) {
         const std::string defined =
             source.find("x_or_not") == std::string::npos ? source : "def x_or_not() return 1 end " + source;
         const std::vector<std::size_t> live = liveBytesAfterRounds(4, kRunsEach, defined);
-        // The first round fills what is kept for reuse, where an array may make way for a slightly larger one.
-        constexpr std::size_t kReuse = 1024;
-        EXPECT_LT(live[3], live[1] + kReuse) << source;
+        // The first round fills what is kept for reuse.
+        EXPECT_EQ(live[1], live[3]) << source;
         runs += 4 * kRunsEach;
     }
     RecordProperty("runs", static_cast<int>(runs));
@@ -228,10 +227,6 @@ TEST(ManyVms, DoNotGrowMemory) {
         }
         return allocationCounts().liveBytes;
     };
-    // The first rounds fill what is kept for reuse.
-    for (int i = 0; i < 10; ++i) {
-        round();
-    }
     const std::size_t first = round();
     round();
     EXPECT_EQ(round(), first);

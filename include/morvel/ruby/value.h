@@ -213,9 +213,6 @@ namespace internal {
 
 /// An array, shared by the values that refer to it.
 struct ArrayBox : Box {
-    ArrayBox() = default;
-    explicit ArrayBox(RubyArray content) noexcept : elements(std::move(content)) {}
-
     RubyArray elements;
 
     static void* operator new(std::size_t size);
