@@ -67,6 +67,9 @@ std::string onlyText(const std::string& source, TokenType kind) {
 
 TEST(Lexer, TokenNumbers) {
     EXPECT_EQ(0, static_cast<int>(TokenType::Identifier));
+    EXPECT_EQ(1, static_cast<int>(TokenType::Integer));
+    EXPECT_EQ(2, static_cast<int>(TokenType::Float));
+    EXPECT_EQ(3, static_cast<int>(TokenType::String));
     EXPECT_EQ(11, static_cast<int>(TokenType::Plus));
     EXPECT_EQ(18, static_cast<int>(TokenType::EqualEqual));
     EXPECT_EQ(25, static_cast<int>(TokenType::PipePipe));
