@@ -62,6 +62,15 @@ TEST(IndexedAssignment, LoadsTheTargetAndStoresItBack) {
     EXPECT_EQ("2 2 2 2 2 2", lines("\na[i] = v"));
 }
 
+TEST(IndexedAssignment, BeginsOnlyWhereTheMatchingBracketIsFollowedByTheSign) {
+    EXPECT_EQ(
+        "LoadName a; PushConst 0; GetIndex; Pop; LoadName b; PushConst 0; PushConst 5; SetIndex; StoreName b; Pop",
+        code("a[0] b[0] = 5"));
+    EXPECT_EQ("LoadName a; PushConst 0; GetIndex; Pop; PushConst 5; StoreName b; Pop", code("a[0] b = 5"));
+    EXPECT_EQ("LoadName a; PushConst 0; GetIndex; PushConst 5; Equal; Pop", code("a[0] == 5"));
+    EXPECT_EQ("LoadName a; PushConst 0; GetIndex; Pop; PushConst 5; StoreName b; Pop", code("a[0]\nb = 5"));
+}
+
 TEST(IndexedAssignment, TheNextBracketMustCloseBeforeTheLineEnds) {
     EXPECT_EQ("t:1:4: expected ']' after index expression", compileError("a[1\n] = 2"));
     EXPECT_EQ("t:1:4: expected ']' after index expression", compileError("a[1;] = 2"));
@@ -138,7 +147,10 @@ TEST(ThenAndDo, AreOneOptionalWordEverywhere) {
     EXPECT_EQ("LoadName x; Pop", code("def f() do x end", 1));
     EXPECT_EQ("t:1:11: expected expression", compileError("if a then do b end"));
     // Not after a line break: a word there starts a statement, which none does.
-    EXPECT_EQ("t:2:1: expected expression", compileError("if a\nthen b end"));
+    for (const char* source : {"if a\nthen b end", "if a elsif b\ndo end", "if a else\nthen b end", "while x\ndo end",
+                               "def f()\nthen b end", "def f\ndo b end"}) {
+        EXPECT_EQ("t:2:1: expected expression", compileError(source)) << source;
+    }
 }
 
 TEST(Def, DefinesInTheEnclosingCode) {
