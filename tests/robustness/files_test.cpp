@@ -113,6 +113,35 @@ TEST(ReadingFiles, TakesWhatIsThere) {
     resizer.join();
 }
 
+TEST(OpenFiles, AreClosedAtOnce) {
+    const TemporaryDirectory directory;
+    const auto openFiles = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
+                             std::filesystem::directory_iterator());
+    };
+    const auto before = openFiles();
+    RubyVM vm;
+    vm.setGlobal("dir", directory.path(""));
+    vm.setGlobal("path", directory.path("data"));
+    vm.bindFunction("open_files", [&](RubyVM&, RubyArguments) { return RubyValue(openFiles() - before); });
+    EXPECT_EQ(outcome(vm, "write_file(path, 'a') open_files()"), "0");
+    EXPECT_EQ(outcome(vm, "append_file(path, 'b') open_files()"), "0");
+    EXPECT_EQ(outcome(vm, "text = read_file(path) text + open_files()"), "ab0");
+    EXPECT_EQ(outcome(vm, "[file_exists?(path), file_exists?(dir), open_files()]"), "[true, true, 0]");
+    // Also those that open but cannot be used.
+    EXPECT_EQ(outcome(vm, "pcall(read_file, dir) pcall(write_file, '/dev/full', 'x') open_files()"), "0");
+    const std::string script = directory.path("script.rb");
+    const std::string image = directory.path("image");
+    writeFile(script, "open_files()");
+    EXPECT_TRUE(vm.writeBytecodeFile("open_files()", image, "image"));
+    EXPECT_EQ(vm.runScriptFile(script).value.toString(), "0");
+    EXPECT_EQ(vm.runBytecodeFile(image).value.toString(), "0");
+    writeFile(image, "no image");
+    EXPECT_FALSE(vm.runBytecodeFile(image).ok);
+    EXPECT_FALSE(vm.runScriptFile(directory.path("")).ok);
+    EXPECT_EQ(openFiles(), before);
+}
+
 /// Runs the program on a script, with a standard stream set up by `prepare`.
 ChildOutcome runScript(const std::string& source, std::function<void()> prepare) {
     const TemporaryDirectory directory;
@@ -185,10 +214,15 @@ TEST(StandardOutput, IsNotTakenOverByAFile) {
 TEST(StandardInput, MayBeClosedOrADirectory) {
     ChildSetup repl;
     repl.arguments = {"--repl"};
-    repl.prepare = [] { close(STDIN_FILENO); };
-    EXPECT_EQ(runProgram(repl).status, 0);
-    repl.prepare = [] { dup2(open("/", O_RDONLY), STDIN_FILENO); };
-    EXPECT_EQ(runProgram(repl).status, 0);
+    const std::array<std::function<void()>, 2> unreadable{[] { close(STDIN_FILENO); },
+                                                          [] { dup2(open("/", O_RDONLY), STDIN_FILENO); }};
+    for (const auto& prepare : unreadable) {
+        repl.prepare = prepare;
+        const ChildOutcome child = runProgram(repl);
+        EXPECT_EQ(child.status, 0);
+        EXPECT_EQ(child.output, "rb> ");
+        EXPECT_EQ(child.error, "");
+    }
 }
 
 TEST(StandardInput, GivesScriptsAndImages) {
@@ -227,6 +261,38 @@ TEST(StandardInput, GivesScriptsAndImages) {
         const RubyBytecode expected = vm.compileScript(source, "/dev/stdin");
         EXPECT_EQ(runProgram(compile).output, std::string(expected.bytes.begin(), expected.bytes.end()));
     }
+}
+
+/// Runs the command line program in this process and gives its status and what it wrote to standard error.
+std::pair<int, std::string> runHere(std::vector<std::string> words, std::size_t memory) {
+    std::vector<char*> pointers;
+    for (std::string& word : words) {
+        pointers.push_back(word.data());
+    }
+    testing::internal::CaptureStderr();
+    limitLiveBytes(allocationCounts().liveBytes + memory);
+    const int status = cli::runProgram(pointers);
+    limitLiveBytes(std::numeric_limits<std::size_t>::max());
+    return {status, testing::internal::GetCapturedStderr()};
+}
+
+TEST(Starting, ReportsThatNoVmCanBeMade) {
+    // The VM comes first: even before the words are looked at.
+    constexpr std::size_t kTooLittle = 1000;
+    const auto failure = std::pair(1, "morveltesk: out of memory\n"s);
+    EXPECT_EQ(runHere({"morveltesk"}, kTooLittle), failure);
+    EXPECT_EQ(runHere({"morveltesk", "--run-bytecode", "/no/such/image"}, kTooLittle), failure);
+    EXPECT_EQ(runHere({"morveltesk", "/no/such/script"}, kTooLittle), failure);
+}
+
+TEST(Starting, ShowsTheUsageUnderTheNameItWasInvokedBy) {
+    constexpr std::size_t kEnough = std::size_t{64} * 1024 * 1024;
+    EXPECT_EQ(runHere({"./some name"}, kEnough), std::pair(1,
+                                                           "Usage:\n"
+                                                           "  ./some name <script>\n"
+                                                           "  ./some name --compile <script> <output.bytecode>\n"
+                                                           "  ./some name --run-bytecode <input.bytecode>\n"
+                                                           "  ./some name --repl\n"s));
 }
 
 TEST(Compiling, ReportsWhatItCannotReadOrWrite) {
