@@ -7,10 +7,13 @@
 #include <atomic>
 #include <csignal>
 #include <filesystem>
+#include <iterator>
 #include <limits>
 #include <span>
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "cli/program.h"
 #include "counting_allocator.h"
