@@ -1,7 +1,10 @@
 // The standard library as every new VM has it.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -198,6 +201,69 @@ TEST(Registration, TheBodiesOfTheInterpretersOwnFunctions) {
     EXPECT_EQ("[nil, 9]", describe(table));
     EXPECT_EQ("table_set expects exactly 3 arguments", invoke(vm, "table_set", {table}));
     EXPECT_EQ("table_set array index must be non-negative", invoke(vm, "table_set", {table, -1, 9}));
+}
+
+RubyValue valueOf(RubyVM& vm, const std::string& source) {
+    const RubyResult result = vm.runScriptString(source, "t");
+    EXPECT_TRUE(result.ok) << result.error;
+    return result.value;
+}
+
+TEST(Random, EveryVmHasAGeneratorOfItsOwn) {
+    RubyVM first;
+    RubyVM second;
+    RubyVM alone;
+    for (RubyVM* vm : {&first, &second, &alone}) {
+        valueOf(*vm, "math_random_seed(42)");
+    }
+    // What one draws does not move the other on, nor does reseeding it.
+    for (int i = 0; i < 20; ++i) {
+        const std::string expected = describe(valueOf(alone, "return [math_random(), math_random(1000000)]"));
+        EXPECT_EQ(expected, describe(valueOf(first, "return [math_random(), math_random(1000000)]")));
+        EXPECT_EQ(expected, describe(valueOf(second, "return [math_random(), math_random(1000000)]")));
+    }
+    valueOf(second, "math_random_seed(1)");
+    EXPECT_EQ(describe(valueOf(alone, "return math_random()")), describe(valueOf(first, "return math_random()")));
+}
+
+TEST(Random, NewVmsAreSeededDifferently) {
+    const std::string draw = "return [math_random(), math_random(), math_random(-1000000000, 1000000000)]";
+    RubyVM first;
+    RubyVM second;
+    EXPECT_NE(describe(valueOf(first, draw)), describe(valueOf(second, draw)));
+}
+
+// The 64 bits of the seed, negative ones too, start the engine; integers come from the standard distribution over it.
+TEST(Random, DrawsFollowTheStandardEngine) {
+    for (const std::int64_t seed : {std::int64_t{0}, std::int64_t{5489}, std::int64_t{-1}, std::int64_t{1} << 40}) {
+        RubyVM vm;
+        valueOf(vm, "math_random_seed(" + std::to_string(seed) + ")");
+        std::mt19937_64 engine(static_cast<std::uint64_t>(seed));
+        for (int i = 0; i < 20; ++i) {
+            const double fraction = static_cast<double>(engine()) * 0x1p-64;
+            EXPECT_EQ(describe(RubyValue(fraction)), describe(valueOf(vm, "return math_random()")));
+            std::uniform_int_distribution<std::int64_t> die(1, 6);
+            EXPECT_EQ(std::to_string(die(engine)), describe(valueOf(vm, "return math_random(6)")));
+            std::uniform_int_distribution<std::int64_t> wide(-5000000000, 7);
+            EXPECT_EQ(std::to_string(wide(engine)), describe(valueOf(vm, "return math_random(-5000000000, 7)")));
+        }
+    }
+}
+
+TEST(Clock, CountsWholeMillisecondsOfTheSteadyClock) {
+    using std::chrono::milliseconds;
+    const auto now = [] {
+        return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    };
+    RubyVM vm;
+    for (int i = 0; i < 20; ++i) {
+        const std::int64_t before = now();
+        const RubyValue time = valueOf(vm, "return time_ms()");
+        const std::int64_t after = now();
+        ASSERT_TRUE(time.isInteger());
+        EXPECT_LE(before, time.asInteger());
+        EXPECT_GE(after, time.asInteger());
+    }
 }
 
 }  // namespace
