@@ -159,6 +159,27 @@ TEST(FastFunctions, LeavesThatMeanNothing) {
     expectError("hand:1: constant index is out of range", callImage({}, {op(OpCode::LoadName, -1), op(OpCode::Pop)}));
 }
 
+// No source text spreads an expression over lines, but an image may; here every instruction has a line of its own.
+TEST(FastFunctions, ErrorsNameTheLineOfTheirOwnOperator) {
+    const auto fails = [](const std::string& message, std::int32_t left, OpCode opcode, std::int32_t right) {
+        expectError(message, callImage({}, {op(OpCode::PushConst, left), op(OpCode::PushConst, right), op(opcode),
+                                            op(OpCode::Return)}));
+    };
+    fails("hand:3: operator '-' expects numeric values", 9, OpCode::Subtract, 1);
+    fails("hand:3: operator '*' expects numeric values", 1, OpCode::Multiply, 9);
+    fails("hand:3: division by zero", 1, OpCode::Divide, 0);
+    fails("hand:3: modulo by zero", 1, OpCode::Modulo, 0);
+    for (const OpCode opcode : {OpCode::Less, OpCode::LessEqual, OpCode::Greater, OpCode::GreaterEqual}) {
+        fails("hand:3: ordered comparisons require matching numeric or string values", 9, opcode, 1);
+    }
+    expectError("hand:2: unary '-' expects a numeric value",
+                callImage({}, {op(OpCode::PushConst, 9), op(OpCode::Negate), op(OpCode::Return)}));
+    // [] + (1 - 1): the sum fails, at the line of the sum.
+    expectError("hand:5: operator '+' expects numbers, strings, or arrays",
+                callImage({}, {op(OpCode::MakeArray, 0), op(OpCode::PushConst, 1), op(OpCode::PushConst, 1),
+                               op(OpCode::Subtract), op(OpCode::Add), op(OpCode::Return)}));
+}
+
 TEST(FastFunctions, FailWhereTheyAreEvaluatedNotWhereTheyAreDefined) {
     expectValue("1",
                 assemble({1, "f"}, {op(OpCode::DefineFunction, 1, 1), op(OpCode::PushConst, 0), op(OpCode::Return)},
@@ -235,6 +256,14 @@ TEST_F(FastEvaluator, Guards) {
     load(kHalf);
     EXPECT_EQ("2.0", call({4}));
     EXPECT_EQ("negative", call({-4}));
+}
+
+TEST_F(FastEvaluator, AGuardNeedsAnErrorFunction) {
+    load(kHalf);
+    // No script can undefine a global; a table without any can.
+    RubyVM::Impl::of(m_vm).globals = internal::GlobalTable();
+    EXPECT_EQ("2.0", call({4}));
+    EXPECT_EQ("t:0: undefined variable or function 'error'", call({-4}));
 }
 
 TEST_F(FastEvaluator, NodesOutOfRange) {
