@@ -93,6 +93,34 @@ TEST(Vm, ARunEndsWithItsErrorButTheVmGoesOn) {
     EXPECT_EQ("[1]", run(vm, "return [1]"));
 }
 
+TEST(Vm, AProgramIsFreedWithTheLastOfItsFunctions) {
+    for (const bool plain : {false, true}) {
+        RubyVM vm;
+        if (plain) {
+            usePlainExecutor(vm);
+        }
+        const auto programOf = [&vm](const std::string& name) {
+            RubyValue function;
+            EXPECT_TRUE(vm.getGlobal(name, function));
+            return std::weak_ptr<internal::Program>(internal::handleOf(function).program);
+        };
+        EXPECT_EQ("3", run(vm, "def f(x) y = x + 1 return y end def g(x) return x * 2 end return f(g(1))"));
+        EXPECT_EQ("5", run(vm, "kept = [load('a = 5 return a')] return kept[0]()"));
+        const std::weak_ptr<internal::Program> first = programOf("f");
+        EXPECT_EQ(first.lock(), programOf("g").lock());
+        EXPECT_EQ("1", run(vm, "f = 1 return f"));
+        EXPECT_FALSE(first.expired());
+        EXPECT_EQ("8", run(vm, "return g(4)"));
+        EXPECT_EQ("2", run(vm, "g = 2 return g"));
+        EXPECT_TRUE(first.expired());
+        EXPECT_EQ("5", run(vm, "h = kept[0] kept = nil return h()"));
+        const std::weak_ptr<internal::Program> loaded = programOf("h");
+        EXPECT_FALSE(loaded.expired());
+        EXPECT_EQ("error t:1: division by zero", run(vm, "h = nil 1 / 0"));
+        EXPECT_TRUE(loaded.expired());
+    }
+}
+
 TEST(Globals, SetAndGet) {
     RubyVM vm;
     vm.setGlobal("x", 5);
@@ -420,6 +448,24 @@ TEST(BytecodeFiles, ThatCannotBeWritten) {
     // The compile error comes before the file is opened.
     EXPECT_FALSE(vm.writeBytecodeFile("end", "/no/such/file", "chunk", &error));
     EXPECT_EQ("chunk:1:1: expected expression", error);
+}
+
+TEST(Failures, AreReturnedAndNotPrinted) {
+    const TemporaryDirectory directory;
+    RubyVM vm;
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    std::string error;
+    EXPECT_FALSE(vm.writeBytecodeFile("x = (", directory.file("image"), "chunk", &error));
+    EXPECT_FALSE(vm.writeBytecodeFile("x = (", directory.file("image"), "chunk", nullptr));
+    EXPECT_FALSE(vm.writeBytecodeFile("1", directory.file(""), "chunk", nullptr));
+    EXPECT_FALSE(vm.runScriptString("x = (", "chunk").ok);
+    EXPECT_FALSE(vm.runScriptString("1 / 0", "chunk").ok);
+    EXPECT_FALSE(vm.runScriptFile(directory.file("missing")).ok);
+    EXPECT_FALSE(vm.runBytecodeFile(directory.file("missing")).ok);
+    EXPECT_FALSE(vm.runBytecode({}).ok);
+    EXPECT_EQ("", testing::internal::GetCapturedStdout());
+    EXPECT_EQ("", testing::internal::GetCapturedStderr());
 }
 
 TEST(BytecodeFiles, DamagedOnes) {
