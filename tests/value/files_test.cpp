@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <filesystem>
+#include <iterator>
 #include <limits>
 #include <new>
 #include <thread>
@@ -86,6 +88,28 @@ TEST(Files, CanOpen) {
     EXPECT_FALSE(canOpenFile(directory.file("missing")));
     EXPECT_FALSE(canOpenFile(kPathWithNul));
     EXPECT_FALSE(canOpenFile(""));
+}
+
+TEST(Files, AreClosedAtOnce) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.file("data");
+    const auto openFiles = [] {
+        const std::filesystem::directory_iterator descriptors("/dev/fd");
+        return std::distance(begin(descriptors), end(descriptors));
+    };
+    const auto before = openFiles();
+    ASSERT_GT(before, 0);
+    for (int i = 0; i < 20; ++i) {
+        std::string content;
+        EXPECT_EQ(WriteOutcome::Written, writeWholeFile(path, "one", WriteMode::Truncate));
+        EXPECT_EQ(WriteOutcome::Written, writeWholeFile(path, "two", WriteMode::Append));
+        EXPECT_TRUE(readWholeFile(path, content));
+        EXPECT_TRUE(canOpenFile(path));
+        EXPECT_TRUE(canOpenFile(directory.file("")));
+        EXPECT_FALSE(readWholeFile(directory.file(""), content));
+        EXPECT_EQ(WriteOutcome::CannotWrite, writeWholeFile("/dev/full", "text", WriteMode::Truncate));
+    }
+    EXPECT_EQ(before, openFiles());
 }
 
 TEST(Files, CannotWriteEverywhere) {
