@@ -113,6 +113,7 @@ private:
     static void endAppend(RubyValue* target, RubyValue* sum);
     void loadByte(RubyValue* target, const std::string& text, std::size_t position);
     void getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t marks);
+    [[nodiscard]] bool testIndexSlow(RubyValue* container, RubyValue* index, std::uint8_t marks);
     void setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* value, std::uint8_t marks);
     void negateSlow(RubyValue* target, RubyValue* value, std::uint8_t marks);
     static void pushElement(RubyValue* array, RubyValue* value, bool valueDies);

@@ -398,6 +398,30 @@ void Engine::interpret(std::size_t entry) {
     }
     MORVEL_ENGINE_GET_INDEX(GET_INDEX_ROW)
 
+#define TEST_INDEX_ROW(name, C, I, jumps)                                                                          \
+    OP(name) {                                                                                                     \
+        RubyValue* const container = OPERAND_##C(INSTRUCTION.a);                                                   \
+        RubyValue* const index = OPERAND_##I(INSTRUCTION.b);                                                       \
+        bool answer;                                                                                               \
+        if (container->type == Type::Array && index->type == Type::Integer &&                                      \
+            static_cast<std::size_t>(index->data.integer) <                                                        \
+                static_cast<ArrayBox*>(container->data.box)->elements.size()) [[likely]] {                         \
+            answer = static_cast<ArrayBox*>(container->data.box)->elements.data()[index->data.integer].isTruthy(); \
+            releaseIf((INSTRUCTION.n & kTemporaryA) != 0, container);                                              \
+        } else {                                                                                                   \
+            SAVE();                                                                                                \
+            answer = testIndexSlow(container, index, static_cast<std::uint8_t>(INSTRUCTION.n << 1));               \
+        }                                                                                                          \
+        if (answer == (jumps)) {                                                                                   \
+            pc += static_cast<std::int16_t>(INSTRUCTION.c);                                                        \
+        }                                                                                                          \
+        NEXT();                                                                                                    \
+    }
+#define UNLESS_INDEX_ROW(name, C, I) TEST_INDEX_ROW(name, C, I, false)
+#define IF_INDEX_ROW(name, C, I) TEST_INDEX_ROW(name, C, I, true)
+    MORVEL_ENGINE_TEST_INDEX(UNLESS_INDEX_ROW, JumpUnlessIndex)
+    MORVEL_ENGINE_TEST_INDEX(IF_INDEX_ROW, JumpIfIndex)
+
 #define SET_INDEX_ROW(name, C, I, V)                                                                 \
     OP(name) {                                                                                       \
         RubyValue* const container = OPERAND_##C(INSTRUCTION.a);                                     \

@@ -256,6 +256,19 @@ void Engine::getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* in
     assignRegister(target, std::move(value));
 }
 
+bool Engine::testIndexSlow(RubyValue* container, RubyValue* index, std::uint8_t marks) {
+    bool answer = false;
+    if (container->isMap() && (index->isString() || index->isInteger())) {
+        const RubyValue* found = container->asMap().findValue(*index);
+        answer = found != nullptr && found->isTruthy();
+    } else {
+        answer = loadIndex(*container, *index, program(), line()).isTruthy();
+    }
+    releaseIf((marks & kTemporaryB) != 0, container);
+    releaseIf((marks & kTemporaryC) != 0, index);
+    return answer;
+}
+
 void Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* value, std::uint8_t marks) {
     if (container->isArray() && index->isInteger()) {
         RubyArray& elements = container->asArray();

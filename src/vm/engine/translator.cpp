@@ -751,7 +751,7 @@ private:
         return fuseTest(reg(condition.index), target, whenTrue);
     }
 
-    /// Fuses a comparison or logical operation, if that is what was emitted last, whose result is in `result`.
+    /// Fuses a comparison, logical operation or look-up, if that is what was emitted last, whose result is in `result`.
     bool fuseTest(std::uint16_t result, std::size_t target, bool whenTrue) {
         const EngineInstruction* last = lastInBlock();
         if (m_longJumps || last == nullptr || last->a != result) {
@@ -766,6 +766,9 @@ private:
             op = whenTrue ? EngineOp::JumpIfBoth : EngineOp::JumpUnlessBoth;
         } else if (test.op == EngineOp::Or) {
             op = whenTrue ? EngineOp::JumpIfEither : EngineOp::JumpUnlessEither;
+        } else if (isBetween(test.op, EngineOp::GetIndexRR, EngineOp::GetIndexGG)) {
+            const unsigned offset = static_cast<unsigned>(test.op) - static_cast<unsigned>(EngineOp::GetIndexRR);
+            op = plus(whenTrue ? EngineOp::JumpIfIndexRR : EngineOp::JumpUnlessIndexRR, offset);
         } else {
             return false;
         }
