@@ -10,6 +10,7 @@
 #include <new>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "value/hash.h"
 #include "value/numbers.h"
@@ -169,7 +170,8 @@ RubyMap::RubyMap(const std::unordered_map<std::string, RubyValue>& entries) {
     }
 }
 
-RubyMap::RubyMap(const RubyMap& other) : m_entries(other.m_entries), m_slots(other.m_slots), m_size(other.m_size) {
+RubyMap::RubyMap(const RubyMap& other)
+    : m_entries(other.m_entries), m_slots(other.m_slots), m_size(other.m_size), m_isNumbered(other.m_isNumbered) {
     for (const Entry& entry : m_entries) {
         if (entry.key != kErased && !isIntegerKey(entry.key)) {
             ++boxOf(entry.key)->references;
@@ -178,10 +180,12 @@ RubyMap::RubyMap(const RubyMap& other) : m_entries(other.m_entries), m_slots(oth
 }
 
 RubyMap::RubyMap(RubyMap&& other) noexcept
-    : m_entries(std::move(other.m_entries)), m_slots(std::move(other.m_slots)), m_size(other.m_size) {
+    : m_entries(std::move(other.m_entries)),
+      m_slots(std::move(other.m_slots)),
+      m_size(std::exchange(other.m_size, 0)),
+      m_isNumbered(std::exchange(other.m_isNumbered, false)) {
     other.m_entries.clear();
     other.m_slots.clear();
-    other.m_size = 0;
 }
 
 RubyMap& RubyMap::operator=(const RubyMap& other) {
@@ -197,6 +201,7 @@ RubyMap& RubyMap::operator=(RubyMap&& other) noexcept {
         std::swap(m_entries, taken.m_entries);
         std::swap(m_slots, taken.m_slots);
         std::swap(m_size, taken.m_size);
+        std::swap(m_isNumbered, taken.m_isNumbered);
     }
     return *this;
 }
@@ -278,7 +283,7 @@ RubyValue* RubyMap::findValue(const RubyValue& key) {
 RubyValue& RubyMap::findOrInsert(const RubyValue& key) { return findOrAppend(Probe(key)); }
 
 RubyValue* RubyMap::findEqualText(StringBox* box) noexcept {
-    if (m_slots.empty() || canonicalInteger(box->text)) {
+    if (m_slots.empty() || m_isNumbered || canonicalInteger(box->text)) {
         return findProbe(Probe(box));
     }
     // All texts that the index knows have their hash with them.
@@ -304,6 +309,10 @@ RubyValue* RubyMap::findProbe(const Probe& probe) noexcept {
 }
 
 RubyValue* RubyMap::findInteger(std::int64_t number) noexcept {
+    if (m_isNumbered) {
+        const std::size_t index = fitsKey(number) ? findNumbered(integerKey(number)) : m_entries.size();
+        return index == m_entries.size() ? nullptr : &m_entries[index].value;
+    }
     if (!fitsKey(number)) [[unlikely]] {
         return findLargeInteger(number);
     }
@@ -318,13 +327,42 @@ RubyValue* RubyMap::findInteger(std::int64_t number) noexcept {
     return found == m_entries.end() ? nullptr : &found->value;
 }
 
-void RubyMap::enterSlot(std::vector<std::uint32_t>& slots, std::uint64_t hash, std::size_t index) noexcept {
-    const std::size_t mask = slots.size() - 1;
+bool RubyMap::numbersSlot(Key key) const noexcept {
+    return isIntegerKey(key) && static_cast<std::uint64_t>(integerOf(key)) < m_slots.size();
+}
+
+std::size_t RubyMap::findNumbered(Key key) const noexcept {
+    if (numbersSlot(key)) {
+        const std::uint32_t place = m_slots[static_cast<std::size_t>(integerOf(key))];
+        // An erased entry leaves its slot as it was.
+        if (place != 0 && m_entries[place - 1].key == key) {
+            return place - 1;
+        }
+    }
+    return m_entries.size();
+}
+
+void RubyMap::enterSlot(Key key, std::size_t index) noexcept {
+    const auto place = static_cast<std::uint32_t>(index + 1);
+    if (m_isNumbered) {
+        m_slots[static_cast<std::size_t>(integerOf(key))] = place;
+        return;
+    }
+    const std::uint64_t hash = hashOf(key);
+    const std::size_t mask = m_slots.size() - 1;
     std::size_t position = groupStart(hash, mask);
-    while (slots[position] != 0) {
+    while (m_slots[position] != 0) {
         position = (position + 1) & mask;
     }
-    slots[position] = tagOf(hash, mask) | static_cast<std::uint32_t>(index + 1);
+    m_slots[position] = tagOf(hash, mask) | place;
+}
+
+void RubyMap::enterSlots() noexcept {
+    for (std::size_t index = 0; index < m_entries.size(); ++index) {
+        if (m_entries[index].key != kErased) {
+            enterSlot(m_entries[index].key, index);
+        }
+    }
 }
 
 RubyArray RubyMap::keyValues() const {
@@ -396,6 +434,9 @@ std::size_t RubyMap::findIndex(const Probe& probe) const noexcept {
         }
         return index;
     }
+    if (m_isNumbered) {
+        return findNumbered(probe.integer);
+    }
     return findIndexed(probe.hash(), [&probe](Key stored) { return matches(stored, probe); });
 }
 
@@ -405,13 +446,13 @@ RubyValue& RubyMap::findOrAppend(const Probe& probe) {
 }
 
 RubyValue& RubyMap::append(const Probe& probe) {
-    prepareAppend();
+    prepareAppend(probe);
     const Key key = probe.makeKey();
     // From here on nothing can fail: room for the entry and its slot is there.
     m_entries.push_back({key, RubyValue()});
     ++m_size;
     if (!m_slots.empty()) {
-        enterSlot(m_slots, hashOf(key), m_entries.size() - 1);
+        enterSlot(key, m_entries.size() - 1);
     }
     return m_entries.back().value;
 }
@@ -430,16 +471,27 @@ std::size_t RubyMap::eraseProbe(const Probe& probe) noexcept {
     return 1;
 }
 
-void RubyMap::prepareAppend() {
+void RubyMap::prepareAppend(const Probe& probe) {
     // Not already when the last entry is erased: iterators stay valid until a key is stored.
     if (m_size == 0 && !m_entries.empty()) {
         m_entries.clear();
         m_slots.clear();
+        m_isNumbered = false;
     }
-    if (m_entries.size() < m_entries.capacity() &&
-        (m_slots.empty() ? m_entries.size() < kScannedEntries : (m_entries.size() + 1) * 4 <= m_slots.size() * 3)) {
-        return;
+    const bool hasRoom =
+        m_entries.size() < m_entries.capacity() &&
+        (m_slots.empty() ? m_entries.size() < kScannedEntries : (m_entries.size() + 1) * 4 <= m_slots.size() * 3);
+    if (!hasRoom) {
+        makeRoom();
     }
+    if (m_isNumbered && !numbersSlot(probe.integer)) {
+        m_isNumbered = false;
+        std::fill(m_slots.begin(), m_slots.end(), 0);
+        enterSlots();
+    }
+}
+
+void RubyMap::makeRoom() {
     if (m_entries.size() >= kMostEntries) {
         throw std::bad_alloc();
     }
@@ -458,19 +510,17 @@ void RubyMap::prepareAppend() {
 void RubyMap::rebuildIndex(std::size_t slots) {
     std::vector<std::uint32_t> fresh(slots, 0);
     m_slots.swap(fresh);
-    for (std::size_t index = 0; index < m_entries.size(); ++index) {
-        if (m_entries[index].key != kErased) {
-            enterSlot(m_slots, hashOf(m_entries[index].key), index);
-        }
-    }
+    m_isNumbered = std::all_of(m_entries.begin(), m_entries.end(),
+                               [this](const Entry& entry) { return entry.key == kErased || numbersSlot(entry.key); });
+    enterSlots();
 }
 
 void RubyMap::compact() noexcept {
     const auto erased = [](const Entry& entry) { return entry.key == kErased; };
     m_entries.erase(std::remove_if(m_entries.begin(), m_entries.end(), erased), m_entries.end());
     std::fill(m_slots.begin(), m_slots.end(), 0);
-    for (std::size_t index = 0; index < m_entries.size() && !m_slots.empty(); ++index) {
-        enterSlot(m_slots, hashOf(m_entries[index].key), index);
+    if (!m_slots.empty()) {
+        enterSlots();
     }
 }
 

@@ -369,36 +369,76 @@ std::string randomKey(std::mt19937& random, unsigned variety) {
     }
 }
 
+/// Small integers, and now and then something else: the only keys of a map, or not.
+std::string denseKey(std::mt19937& random, unsigned variety) {
+    constexpr unsigned kOneOf = 3000;
+    return random() % kOneOf == 0 ? randomKey(random, variety) : std::to_string(random() % variety);
+}
+
+using MakeKey = std::string(std::mt19937&, unsigned);
+
+void runRandomOperations(MakeKey& makeKey, unsigned variety) {
+    std::mt19937 random(variety);
+    ModelledMap map;
+    for (int step = 0; step < 20000; ++step) {
+        const std::string key = makeKey(random, variety);
+        // Phases of growing and of shrinking reach every size many times.
+        const unsigned storing = (step / 1000) % 2 == 0 ? 60 : 25;
+        const auto choice = random() % 100;
+        if (choice < storing) {
+            map.assign(key, step);
+        } else if (choice < 85) {
+            map.erase(key);
+        } else {
+            map.lookUp(key);
+        }
+        if (step % 500 == 0) {
+            map.copy();
+        }
+        if (step % 97 == 0) {
+            map.compare();
+        }
+        if (step % 7919 == 7918) {
+            map.clear();
+        }
+        if (testing::Test::HasFailure()) {
+            FAIL() << "variety " << variety << ", step " << step;
+        }
+    }
+    map.compare();
+}
+
 TEST(Map, AgreesWithAModelUnderRandomOperations) {
     for (const unsigned variety : {3u, 8u, 12u, 60u, 500u}) {
-        std::mt19937 random(variety);
-        ModelledMap map;
-        for (int step = 0; step < 20000; ++step) {
-            const std::string key = randomKey(random, variety);
-            // Phases of growing and of shrinking reach every size many times.
-            const unsigned storing = (step / 1000) % 2 == 0 ? 60 : 25;
-            const auto choice = random() % 100;
-            if (choice < storing) {
-                map.assign(key, step);
-            } else if (choice < 85) {
-                map.erase(key);
-            } else {
-                map.lookUp(key);
-            }
-            if (step % 500 == 0) {
-                map.copy();
-            }
-            if (step % 97 == 0) {
-                map.compare();
-            }
-            if (step % 7919 == 7918) {
-                map.clear();
-            }
-            if (testing::Test::HasFailure()) {
-                FAIL() << "variety " << variety << ", step " << step;
-            }
+        runRandomOperations(randomKey, variety);
+    }
+}
+
+TEST(Map, AgreesWithAModelOfSmallIntegerKeys) {
+    for (const unsigned variety : {9u, 12u, 16u, 40u, 60u, 500u}) {
+        runRandomOperations(denseKey, variety);
+    }
+}
+
+TEST(Map, TakesAnyKeyAfterSmallIntegers) {
+    for (const std::string other :
+         {"-1", "32", "4611686018427387904", "9223372036854775807", "-9223372036854775808", "text", "", "07", "1.5"}) {
+        RubyMap map;
+        std::string expected = "{";
+        for (int number = 0; number < 12; ++number) {
+            map[std::to_string(number)] = number;
+            expected += "\"" + std::to_string(number) + "\": " + std::to_string(number) + ", ";
         }
-        map.compare();
+        EXPECT_TRUE(map.find(other) == map.end()) << other;
+        EXPECT_EQ(0u, map.erase(other)) << other;
+        map[other] = "another";
+        EXPECT_EQ(expected + "\"" + other + "\": \"another\"}", describe(map));
+        EXPECT_EQ("\"another\"", tests::describe(map.at(other)));
+        for (int number = 0; number < 12; ++number) {
+            EXPECT_EQ(std::to_string(number), tests::describe(map.at(std::to_string(number)))) << other;
+        }
+        EXPECT_EQ(nullptr, map.findValue(RubyValue(12)));
+        EXPECT_EQ(nullptr, map.findValue(RubyValue(-2)));
     }
 }
 

@@ -166,14 +166,21 @@ private:
     /// entries when there is none.
     template <typename Matches>
     [[nodiscard]] std::size_t findIndexed(std::uint64_t hash, Matches matches) const noexcept;
-    static void enterSlot(std::vector<std::uint32_t>& slots, std::uint64_t hash, std::size_t index) noexcept;
     static std::uint64_t hashOf(Key key) noexcept;
+    /// True for the integers that number a slot.
+    [[nodiscard]] bool numbersSlot(Key key) const noexcept;
+    /// The index of the entry with this key in a map whose slots are numbered by keys; the number of entries when there
+    /// is none.
+    [[nodiscard]] std::size_t findNumbered(Key key) const noexcept;
+    void enterSlot(Key key, std::size_t index) noexcept;
+    void enterSlots() noexcept;
 
     [[nodiscard]] std::size_t findIndex(const Probe& probe) const noexcept;
     RubyValue& findOrAppend(const Probe& probe);
     RubyValue& append(const Probe& probe);
     std::size_t eraseProbe(const Probe& probe) noexcept;
-    void prepareAppend();
+    void prepareAppend(const Probe& probe);
+    void makeRoom();
     void rebuildIndex(std::size_t slots);
     void compact() noexcept;
     void releaseKeys() noexcept;
@@ -181,9 +188,11 @@ private:
     std::vector<Entry> m_entries;
     /// Open addressing in groups of slots: entry index + 1 in the low bits, as many as the size of the table needs, and
     /// in the bits above them those of the key's hash, so that most other keys are told apart without a look at their
-    /// entries. 0 for a free slot. Empty while the map is small enough to scan.
+    /// entries. 0 for a free slot. Empty while the map is small enough to scan. When every key is the number of a slot,
+    /// each entry's index + 1 is in just that slot, and `m_isNumbered` is set.
     std::vector<std::uint32_t> m_slots;
-    std::size_t m_size = 0;
+    std::uint32_t m_size = 0;
+    bool m_isNumbered = false;
 };
 
 namespace internal {
