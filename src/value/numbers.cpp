@@ -3,9 +3,47 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace morvel::ruby::internal {
+
+namespace {
+
+/// Appends a number below a million that has at most three decimals, or none from a thousand on; false for any other.
+/// Numbers that people write are mostly of this kind. Six digits hold them, so that rounding to six digits gives just
+/// them for every number as near as this.
+bool appendShortDecimal(std::string& text, double number) {
+    constexpr double kNear = 1e-8;
+    constexpr std::uint32_t kThousand = 1000;
+    constexpr unsigned kTen = 10;
+    const double size = std::fabs(number);
+    if (!(size >= 0.001 && size < 1e6)) {
+        return false;
+    }
+    const double scaled = size * kThousand;
+    const auto thousandths = static_cast<std::uint32_t>(scaled + 0.5);
+    std::uint32_t decimals = thousandths % kThousand;
+    if (std::fabs(scaled - thousandths) > kNear || (size >= kThousand && decimals != 0)) {
+        return false;
+    }
+    std::array<char, 16> buffer{};
+    char* end = buffer.data();
+    *end = '-';
+    end += std::signbit(number) ? 1 : 0;
+    end = std::to_chars(end, buffer.data() + buffer.size(), thousandths / kThousand).ptr;
+    if (decimals != 0) {
+        *end++ = '.';
+        for (std::uint32_t unit = kThousand / kTen; decimals != 0; unit /= kTen) {
+            *end++ = static_cast<char>('0' + decimals / unit);
+            decimals %= unit;
+        }
+    }
+    text.append(buffer.data(), end);
+    return true;
+}
+
+}  // namespace
 
 std::int64_t truncateToInteger(double number) noexcept {
     constexpr double kTwoTo63 = 9223372036854775808.0;
@@ -21,6 +59,9 @@ std::int64_t truncateToInteger(double number) noexcept {
 void appendFloat(std::string& text, double number) {
     if (std::isnan(number)) {
         text += "nan";
+        return;
+    }
+    if (appendShortDecimal(text, number)) {
         return;
     }
     constexpr int kSignificantDigits = 6;

@@ -63,6 +63,28 @@ TEST(Render, FloatsHaveSixSignificantDigits) {
     }
 }
 
+/// The number's text from a standard output stream.
+std::string streamed(double number) {
+    std::ostringstream stream;
+    stream << number;
+    return stream.str();
+}
+
+TEST(Render, FloatsOfFewDigitsAgreeWithTheStandardStreams) {
+    constexpr std::int64_t kLast = 1'100'000;
+    for (std::int64_t thousandths = -kLast; thousandths <= kLast; thousandths += 131) {
+        const double number = static_cast<double>(thousandths) / 1000.0;
+        for (const double near : {number, std::nextafter(number, kInfinity), std::nextafter(number, -kInfinity),
+                                  number + 1e-9, number + 2e-8, number + 4e-7, number - 6e-7, number * 1000.0}) {
+            ASSERT_EQ(streamed(near), RubyValue(near).toString());
+        }
+    }
+    for (const double number : {0.001, 0.00099999, 0.0010000049, 0.001000005, 999.999, 999.9995, 1000.0, 1000.5,
+                                999999.0, 999999.4, 999999.5, 1e6, -0.0, -0.001, -999.999}) {
+        EXPECT_EQ(streamed(number), RubyValue(number).toString());
+    }
+}
+
 // The rendering is that of a standard output stream in its default state.
 TEST(Render, FloatsAgreeWithTheStandardStreams) {
     std::mt19937_64 random(1);
@@ -71,16 +93,12 @@ TEST(Render, FloatsAgreeWithTheStandardStreams) {
         if (std::isnan(number)) {
             continue;
         }
-        std::ostringstream stream;
-        stream << number;
-        ASSERT_EQ(stream.str(), RubyValue(number).toString());
+        ASSERT_EQ(streamed(number), RubyValue(number).toString());
     }
     std::uniform_real_distribution<double> near(-2000000.0, 2000000.0);
     for (int i = 0; i < 20000; ++i) {
         const double number = near(random) / (1 << (i % 40 < 31 ? i % 40 : 0));
-        std::ostringstream stream;
-        stream << number;
-        ASSERT_EQ(stream.str(), RubyValue(number).toString());
+        ASSERT_EQ(streamed(number), RubyValue(number).toString());
     }
 }
 
