@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -64,10 +65,45 @@ void sortNumbers(RubyArray& elements) {
               [](const RubyValue& left, const RubyValue& right) { return left.asFloat() < right.asFloat(); });
 }
 
-// char_traits compares bytes as unsigned, which is the order of the language.
+/// Up to eight bytes at the beginning of a text as a number that is ordered as they are, zeros after the end.
+std::uint64_t prefixOf(const std::string& text) noexcept {
+    constexpr std::size_t kBytes = sizeof(std::uint64_t);
+    constexpr unsigned kByteBits = 8;
+    std::uint64_t prefix = 0;
+    const std::size_t size = std::min(text.size(), kBytes);
+    for (std::size_t i = 0; i < size; ++i) {
+        prefix |= std::uint64_t{static_cast<unsigned char>(text[i])} << (kByteBits * (kBytes - 1 - i));
+    }
+    return prefix;
+}
+
+/// A string on its way through the sort: most are told apart by the prefix, without a look at their memory.
+struct KeyedString {
+    std::uint64_t prefix;
+    StringBox* box;
+
+    bool operator<(const KeyedString& other) const noexcept {
+        // Texts compare byte by byte, as unsigned.
+        return prefix != other.prefix ? prefix < other.prefix : box->text < other.box->text;
+    }
+};
+
+static_assert(sizeof(KeyedString) == sizeof(RubyValue) && alignof(KeyedString) == alignof(RubyValue));
+
+/// Sorts strings in the array's own memory. Nothing can fail on the way from values to keyed strings and back.
 void sortStrings(RubyArray& elements) {
-    std::sort(elements.begin(), elements.end(),
-              [](const RubyValue& left, const RubyValue& right) { return left.asString() < right.asString(); });
+    KeyedString* keyed = nullptr;
+    for (std::size_t i = elements.size(); i-- > 0;) {
+        auto* const box = static_cast<StringBox*>(elements[i].data.box);
+        keyed = ::new (static_cast<void*>(&elements[i])) KeyedString{prefixOf(box->text), box};
+    }
+    std::sort(keyed, keyed + elements.size());
+    for (RubyValue& element : elements) {
+        StringBox* const box = std::launder(reinterpret_cast<KeyedString*>(&element))->box;
+        auto* const value = ::new (static_cast<void*>(&element)) RubyValue();
+        value->type = RubyValue::Type::String;
+        value->data.box = box;
+    }
 }
 
 struct RenderedElement {

@@ -133,6 +133,26 @@ TEST(Sorting, OrdersThatContradictThemselvesKeepAllElements) {
     }
 }
 
+TEST(Sort, StringsGoByTheirBytes) {
+    std::mt19937 random(3);
+    std::vector<std::string> texts;
+    for (int i = 0; i < 3000; ++i) {
+        // Of few bytes, so that many texts begin alike.
+        std::string text;
+        while (text.size() < static_cast<std::size_t>(i % 20)) {
+            text += "\0a\xff"[random() % 3];
+        }
+        texts.push_back(text);
+    }
+    RubyArray elements(texts.begin(), texts.end());
+    internal::sortElements(elements);
+    std::sort(texts.begin(), texts.end());
+    ASSERT_EQ(texts.size(), elements.size());
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        ASSERT_EQ(texts[i], elements[i].asString()) << i;
+    }
+}
+
 TEST(Sorting, AFailedRenderingChangesNothing) {
     RubyValue cycle = RubyValue::makeArray();
     cycle.asArray().push_back(cycle);
