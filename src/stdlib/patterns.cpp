@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "stdlib/text_classes.h"
+#include "stdlib/text_search.h"
 #include "value/memory_limit.h"
 
 namespace morvel::ruby::internal::builtins {
@@ -73,12 +74,14 @@ Run nextDigit(std::string_view text, std::size_t from) {
     return {begin, begin + 1};
 }
 
-/// Replaces each run that `next(text, from)` finds; none is at the end of the text.
+/// Replaces each run that `next` finds, called with the text and the end of the run before; none is at the end of the
+/// text.
 template <typename Next>
 std::string replaceAll(std::string_view text, std::string_view replacement, Next next) {
     if (!replacement.empty() && text.size() > kSurelyThere / replacement.size()) {
         std::size_t count = 0;
-        for (Run run = next(text, 0); run.begin < text.size(); run = next(text, run.end)) {
+        Next counted = next;
+        for (Run run = counted(text, 0); run.begin < text.size(); run = counted(text, run.end)) {
             ++count;
         }
         requireMemory(count, replacement.size());
@@ -106,7 +109,7 @@ RubyValue stringFind(const BuiltinCall& call) {
         const Run run = nextDigitRun(text, 0);
         return run.begin < text.size() ? positions(run.begin, run.end) : RubyValue();
     }
-    const std::size_t found = text.find(pattern);
+    const std::size_t found = findText(text, pattern);
     return found == std::string_view::npos ? RubyValue() : positions(found, found + pattern.size());
 }
 
@@ -120,7 +123,7 @@ RubyValue stringMatch(const BuiltinCall& call) {
         const Run run = nextDigitRun(text, 0);
         return run.begin < text.size() ? RubyValue(textOf(text, run)) : RubyValue();
     }
-    return text.find(pattern) == std::string_view::npos ? RubyValue() : call[1];
+    return findText(text, pattern) == std::string_view::npos ? RubyValue() : call[1];
 }
 
 RubyValue stringGmatch(const BuiltinCall& call) {
@@ -132,8 +135,8 @@ RubyValue stringGmatch(const BuiltinCall& call) {
             matches.emplace_back(textOf(text, run));
         }
     } else if (!pattern.empty()) {
-        for (std::size_t found = text.find(pattern); found != std::string_view::npos;
-             found = text.find(pattern, found + pattern.size())) {
+        TextSearch search(text, pattern);
+        while (search.next() != TextSearch::npos) {
             matches.push_back(call[1]);
         }
     }
@@ -153,10 +156,11 @@ RubyValue stringGsub(const BuiltinCall& call) {
     if (pattern == kDigits) {
         return replaceAll(text, replacement, nextDigitRun);
     }
-    return replaceAll(text, replacement, [pattern](std::string_view whole, std::size_t from) {
-        const std::size_t found = std::min(whole.find(pattern, from), whole.size());
+    const auto next = [search = TextSearch(text, pattern), pattern](std::string_view whole, std::size_t) mutable {
+        const std::size_t found = std::min(search.next(), whole.size());
         return Run{found, found + pattern.size()};
-    });
+    };
+    return replaceAll(text, replacement, next);
 }
 
 }  // namespace morvel::ruby::internal::builtins

@@ -1,10 +1,13 @@
 #include "stdlib/strings.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string_view>
 
 #include "stdlib/text_classes.h"
+#include "stdlib/text_search.h"
 #include "value/memory_limit.h"
 #include "value/short_strings.h"
 #include "vm/impl.h"
@@ -49,29 +52,27 @@ std::string_view stripped(const BuiltinCall& call, bool atStart, bool atEnd) {
 
 std::size_t countOf(std::string_view text, std::string_view separator) {
     std::size_t count = 0;
-    for (std::size_t found = text.find(separator); found != std::string_view::npos;
-         found = text.find(separator, found + separator.size())) {
+    TextSearch search(text, separator);
+    while (search.next() != TextSearch::npos) {
         ++count;
     }
     return count;
 }
 
-/// Splits one piece after the other off the front of a text.
 RubyValue splitPieces(RecentStrings& strings, std::string_view text, std::string_view separator,
                       std::size_t mostPieces) {
     RubyArray pieces;
     const std::size_t count = std::min(mostPieces, countOf(text, separator) + 1);
     requireMemory(count, sizeof(RubyValue));
     pieces.reserve(count);
-    while (pieces.size() + 1 < mostPieces) {
-        const std::size_t end = text.find(separator);
-        if (end == std::string_view::npos) {
-            break;
-        }
-        pieces.push_back(strings.valueOf(text.substr(0, end)));
-        text.remove_prefix(end + separator.size());
+    TextSearch search(text, separator);
+    std::size_t begin = 0;
+    while (pieces.size() + 1 < count) {
+        const std::size_t end = search.next();
+        pieces.push_back(strings.valueOf(text.substr(begin, end - begin)));
+        begin = end + separator.size();
     }
-    pieces.push_back(strings.valueOf(text));
+    pieces.push_back(strings.valueOf(text.substr(begin)));
     return pieces;
 }
 
@@ -172,12 +173,22 @@ RubyValue stringRstrip(const BuiltinCall& call) { return stripped(call, false, t
 
 RubyValue stringReverse(const BuiltinCall& call) {
     const std::string& text = requireStringArgument(call, 0);
-    return std::string(text.rbegin(), text.rend());
+    std::string reversed(text.size(), '\0');
+    // Eight bytes at a time, then one by one.
+    std::uint64_t word = 0;
+    std::size_t done = 0;
+    for (; done + sizeof word <= text.size(); done += sizeof word) {
+        std::memcpy(&word, text.data() + done, sizeof word);
+        word = __builtin_bswap64(word);
+        std::memcpy(reversed.data() + (text.size() - done - sizeof word), &word, sizeof word);
+    }
+    std::reverse_copy(text.begin() + static_cast<std::ptrdiff_t>(done), text.end(), reversed.begin());
+    return reversed;
 }
 
 RubyValue stringInclude(const BuiltinCall& call) {
     const std::string& text = requireStringArgument(call, 0);
-    return text.find(requireStringArgument(call, 1)) != std::string::npos;
+    return findText(text, requireStringArgument(call, 1)) != TextSearch::npos;
 }
 
 RubyValue stringStartWith(const BuiltinCall& call) {

@@ -1,0 +1,42 @@
+// Searching a text for another one.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace morvel::ruby::internal {
+
+/// Finds the places of a text within another one from left to right, without overlaps. Sixteen places are tried at a
+/// time, by the first and the last byte of what is looked for; few others are looked at any closer.
+class TextSearch {
+public:
+    /// `wanted` is not empty. Both texts stay as they are while the search is in use.
+    TextSearch(std::string_view text, std::string_view wanted) noexcept;
+
+    /// Where the next place begins; npos when there is none.
+    [[nodiscard]] std::size_t next() noexcept;
+
+    static constexpr std::size_t npos = std::string_view::npos;
+
+private:
+    /// Looks for candidates among the next places; false when there are none left.
+    [[nodiscard]] bool advance() noexcept;
+    [[nodiscard]] bool isAt(std::size_t position) const noexcept;
+
+    std::string_view m_text;
+    std::string_view m_wanted;
+    /// How many places there are to try.
+    std::size_t m_places;
+    /// The next place is not before this one.
+    std::size_t m_from = 0;
+    /// The first of the places that have been tried last, and the place after them.
+    std::size_t m_block = 0;
+    std::size_t m_blockEnd = 0;
+    /// A bit for each of them that has the right first and last byte and is still to be looked at.
+    unsigned m_candidates = 0;
+};
+
+/// Where `wanted` begins in `text` for the first time; npos when it does not. An empty text is at the beginning.
+[[nodiscard]] std::size_t findText(std::string_view text, std::string_view wanted) noexcept;
+
+}  // namespace morvel::ruby::internal
