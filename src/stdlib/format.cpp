@@ -1,5 +1,6 @@
 #include "stdlib/format.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -58,7 +59,9 @@ RubyValue stringFormat(const BuiltinCall& call) {
     std::size_t nextArgument = 1;
     for (std::size_t i = 0; i < format.size(); ++i) {
         if (format[i] != '%') {
-            text += format[i];
+            const std::size_t end = std::min(format.find('%', i), format.size());
+            text.append(format, i, end - i);
+            i = end - 1;
             continue;
         }
         if (++i == format.size()) {
