@@ -67,6 +67,9 @@ namespace morvel::ruby::internal {
     ROW(MoveTemporary)     /* R[a] = R[b], which dies */                                             \
     ROW(LoadConstant)      /* R[a] = K[wide] */                                                      \
     ROW(LoadGlobal)        /* R[a] = G[wide], known to be defined */                                 \
+    ROW(PassLocal)         /* R[a], a dead temporary, = R[b], which stays */                         \
+    ROW(PassConstant)      /* R[a], a dead temporary, = K[wide] */                                   \
+    ROW(PassGlobal)        /* R[a], a dead temporary, = G[wide], known to be defined */              \
     ROW(CheckGlobal)       /* fails unless G[wide] is defined */                                     \
     ROW(LoadLocalOrGlobal) /* R[a] = R[n-th of the fallbacks at wide], or the global of that name */ \
     ROW(StoreGlobalMove)   /* G[wide] = R[a], which dies */                                          \

@@ -175,19 +175,18 @@ void Engine::interpret(std::size_t entry) {
 #define INSTRUCTION (pc[-1])
 #define SAVE() (m_current->next = pc)
 // Frames share the loop's variables, so the globals have to be looked up again only after other code has run.
-#define LOAD_FRAME()                             \
-    do {                                         \
-        const Frame* const top = m_current;      \
-        base = top->base;                        \
-        constants = top->code->constants.data(); \
-        pc = top->next;                          \
+#define LOAD_FRAME(top)                            \
+    do {                                           \
+        base = (top)->base;                        \
+        constants = (top)->code->constants.data(); \
+        pc = (top)->next;                          \
     } while (false)
 #define LOAD_STATE()                                 \
     do {                                             \
         if (deferredHosts != nullptr) [[unlikely]] { \
             releaseDeferredHosts();                  \
         }                                            \
-        LOAD_FRAME();                                \
+        LOAD_FRAME(m_current);                       \
         globals = m_globals.values();                \
     } while (false)
 
@@ -494,6 +493,18 @@ void Engine::interpret(std::size_t entry) {
         to->data = data;
         NEXT();
     }
+    OP(PassLocal) {
+        copyToDead(OPERAND_R(INSTRUCTION.a), OPERAND_R(INSTRUCTION.b));
+        NEXT();
+    }
+    OP(PassConstant) {
+        copyToDead(OPERAND_R(INSTRUCTION.a), OPERAND_K(INSTRUCTION.wide()));
+        NEXT();
+    }
+    OP(PassGlobal) {
+        copyToDead(OPERAND_R(INSTRUCTION.a), OPERAND_G(INSTRUCTION.wide()));
+        NEXT();
+    }
     OP(CheckGlobal) {
         if (OPERAND_G(INSTRUCTION.wide())->type == kUndefinedType) [[unlikely]] {
             SAVE();
@@ -636,51 +647,51 @@ void Engine::interpret(std::size_t entry) {
 
 // Enters a script function whose translation is known and whose frame needs no preparation; everything else goes
 // through callFunction.
-#define CALL(callee, keep_callee)                                                                                \
-    {                                                                                                            \
-        RubyValue* const window = OPERAND_R(INSTRUCTION.a);                                                      \
-        const RubyValue* const function = callee;                                                                \
-        SAVE();                                                                                                  \
-        if (function->type == Type::Function) [[likely]] {                                                       \
-            auto* const handle = static_cast<RubyFunctionHandle*>(function->data.box);                           \
-            const Code* const code = handle->code;                                                               \
-            if (code != nullptr && code->engine == m_identity.get() && code->parameterCount == INSTRUCTION.n &&  \
-                m_current != m_lastFrame &&                                                                      \
-                code->registerCount <= static_cast<std::size_t>(m_stack.end() - window) - 1) [[likely]] {        \
-                RubyFunctionHandle* const kept = keep_callee;                                                    \
-                Frame* const frame = ++m_current;                                                                \
-                frame->code = code;                                                                              \
-                frame->base = window + 1;                                                                        \
-                frame->result = OPERAND_R(INSTRUCTION.b);                                                        \
-                frame->handle = kept;                                                                            \
-                frame->marks = kPlainFrame;                                                                      \
-                base = window + 1;                                                                               \
-                constants = code->constants.data();                                                              \
-                pc = code->instructions.data();                                                                  \
-                if (code->hasPrologue) {                                                                         \
-                    prepareRegisters(*code, base);                                                               \
-                }                                                                                                \
-                NEXT();                                                                                          \
-            }                                                                                                    \
-            if (handle->numberFunction != nullptr &&                                                             \
-                handle->numberFunction(window + 1, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b))) {                   \
-                releaseRegister(window);                                                                         \
-                NEXT();                                                                                          \
-            }                                                                                                    \
-            if (handle->nativeFunction != nullptr && handle->intrinsic == RubyFunctionHandle::Intrinsic::None) { \
-                callNative(*handle, window, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b));                            \
-                LOAD_STATE();                                                                                    \
-                NEXT();                                                                                          \
-            }                                                                                                    \
-            if (handle->intrinsic == RubyFunctionHandle::Intrinsic::Pcall) {                                     \
-                callProtected(window, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b));                                  \
-                LOAD_STATE();                                                                                    \
-                NEXT();                                                                                          \
-            }                                                                                                    \
-        }                                                                                                        \
-        FINISH_CALL(*function, window, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b));                                 \
-        LOAD_STATE();                                                                                            \
-        NEXT();                                                                                                  \
+#define CALL(callee, keep_callee)                                                                                   \
+    {                                                                                                               \
+        RubyValue* const window = OPERAND_R(INSTRUCTION.a);                                                         \
+        const RubyValue* const function = callee;                                                                   \
+        SAVE();                                                                                                     \
+        if (function->type == Type::Function) [[likely]] {                                                          \
+            auto* const handle = static_cast<RubyFunctionHandle*>(function->data.box);                              \
+            const Code* const code = handle->code;                                                                  \
+            if (code != nullptr && code->engine == m_identity.get() && code->parameterCount == INSTRUCTION.n &&     \
+                m_current != m_lastFrame && code->registerCount < static_cast<std::size_t>(m_stack.end() - window)) \
+                [[likely]] {                                                                                        \
+                RubyFunctionHandle* const kept = keep_callee;                                                       \
+                Frame* const frame = ++m_current;                                                                   \
+                frame->code = code;                                                                                 \
+                frame->base = window + 1;                                                                           \
+                frame->result = OPERAND_R(INSTRUCTION.b);                                                           \
+                frame->handle = kept;                                                                               \
+                frame->marks = kPlainFrame;                                                                         \
+                base = window + 1;                                                                                  \
+                constants = code->constants.data();                                                                 \
+                pc = code->instructions.data();                                                                     \
+                if (code->hasPrologue) {                                                                            \
+                    prepareRegisters(*code, base);                                                                  \
+                }                                                                                                   \
+                NEXT();                                                                                             \
+            }                                                                                                       \
+            if (handle->numberFunction != nullptr &&                                                                \
+                handle->numberFunction(window + 1, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b))) {                      \
+                releaseRegister(window);                                                                            \
+                NEXT();                                                                                             \
+            }                                                                                                       \
+            if (handle->nativeFunction != nullptr && handle->intrinsic == RubyFunctionHandle::Intrinsic::None) {    \
+                callNative(*handle, window, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b));                               \
+                LOAD_STATE();                                                                                       \
+                NEXT();                                                                                             \
+            }                                                                                                       \
+            if (handle->intrinsic == RubyFunctionHandle::Intrinsic::Pcall) {                                        \
+                callProtected(window, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b));                                     \
+                LOAD_STATE();                                                                                       \
+                NEXT();                                                                                             \
+            }                                                                                                       \
+        }                                                                                                           \
+        FINISH_CALL(*function, window, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b));                                    \
+        LOAD_STATE();                                                                                               \
+        NEXT();                                                                                                     \
     }
     OP(CallGlobal)
     CALL(OPERAND_G(INSTRUCTION.c), keepCallee(handle, code, m_current->code))
@@ -756,7 +767,7 @@ returnValue : {
         if (leaveFrame(value)) {
             return;
         }
-        LOAD_FRAME();
+        LOAD_FRAME(m_current);
         NEXT();
     }
     const Type type = value->type;
@@ -774,11 +785,11 @@ returnValue : {
     }
     result->type = type;
     result->data = data;
-    m_current = frame - 1;
+    const Frame* const caller = --m_current;
     if (frame->handle != nullptr && --frame->handle->references == 0) [[unlikely]] {
         destroyBox(static_cast<std::uint8_t>(Type::Function), frame->handle);
     }
-    LOAD_FRAME();
+    LOAD_FRAME(caller);
     NEXT();
 }
 // The first temporary, dead by now, takes the value to the common return.

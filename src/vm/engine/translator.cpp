@@ -300,10 +300,17 @@ private:
         if (entry.place == Place::Temporary) {
             return;
         }
-        loadInto(reg(temporary(depth)), entry);
+        const std::uint16_t target = reg(temporary(depth));
+        if (entry.place == Place::Local) {
+            emit(EngineOp::PassLocal, 0, target, reg(entry.index), 0);
+        } else {
+            const bool isConstant = entry.place == Place::Constant;
+            emitWide(isConstant ? EngineOp::PassConstant : EngineOp::PassGlobal, 0, target, entry.index * 2);
+        }
         entry = {Place::Temporary, temporary(depth)};
     }
 
+    /// Puts the value of an entry into a register that may still hold another one.
     void loadInto(std::uint16_t target, const Entry& entry) {
         switch (entry.place) {
             case Place::Local:
