@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "stdlib/joining.h"
+#include "value/large_pages.h"
 #include "value/memory_limit.h"
 
 namespace morvel::ruby::internal::builtins {
@@ -16,8 +17,13 @@ RubyValue arrayNew(const BuiltinCall& call) {
     if (size < 0) {
         failCall(call, "size must be non-negative");
     }
-    requireMemory(static_cast<std::size_t>(size), sizeof(RubyValue));
-    return RubyArray(static_cast<std::size_t>(size), call.count() > 1 ? call[1] : RubyValue());
+    const auto count = static_cast<std::size_t>(size);
+    requireMemory(count, sizeof(RubyValue));
+    RubyArray array;
+    array.reserve(count);
+    preferLargePages(array.data(), count * sizeof(RubyValue));
+    array.resize(count, call.count() > 1 ? call[1] : RubyValue());
+    return array;
 }
 
 RubyValue arrayPush(const BuiltinCall& call) {

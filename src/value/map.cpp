@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "value/hash.h"
+#include "value/large_pages.h"
 #include "value/numbers.h"
 
 namespace morvel::ruby {
@@ -499,7 +500,12 @@ void RubyMap::makeRoom() {
         compact();
     }
     if (m_entries.size() == m_entries.capacity()) {
-        m_entries.reserve(std::max<std::size_t>(4, m_entries.size() * 2));
+        std::vector<Entry> larger;
+        larger.reserve(std::max<std::size_t>(4, m_entries.size() * 2));
+        internal::preferLargePages(larger.data(), larger.capacity() * sizeof(Entry));
+        larger.insert(larger.end(), std::make_move_iterator(m_entries.begin()),
+                      std::make_move_iterator(m_entries.end()));
+        m_entries = std::move(larger);
     }
     const std::size_t wanted = m_entries.size() + 1;
     if (wanted > kScannedEntries && wanted * 4 > m_slots.size() * 3) {
@@ -508,7 +514,10 @@ void RubyMap::makeRoom() {
 }
 
 void RubyMap::rebuildIndex(std::size_t slots) {
-    std::vector<std::uint32_t> fresh(slots, 0);
+    std::vector<std::uint32_t> fresh;
+    fresh.reserve(slots);
+    internal::preferLargePages(fresh.data(), slots * sizeof(std::uint32_t));
+    fresh.resize(slots);
     m_slots.swap(fresh);
     m_isNumbered = std::all_of(m_entries.begin(), m_entries.end(),
                                [this](const Entry& entry) { return entry.key == kErased || numbersSlot(entry.key); });

@@ -1,0 +1,25 @@
+#include "value/large_pages.h"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdint>
+
+namespace morvel::ruby::internal {
+
+void preferLargePages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t bytes) noexcept {
+#ifdef MADV_HUGEPAGE
+    // Two large pages: at its ends a block lies on pages that it only has parts of.
+    constexpr std::size_t kLargeBlock = std::size_t{4} * 1024 * 1024;
+    if (bytes < kLargeBlock) {
+        return;
+    }
+    const auto pageSize = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    const auto begin = reinterpret_cast<std::uintptr_t>(block);
+    const std::uintptr_t firstPage = (begin + pageSize - 1) & ~(pageSize - 1);
+    const std::uintptr_t lastPage = (begin + bytes) & ~(pageSize - 1);
+    static_cast<void>(madvise(reinterpret_cast<void*>(firstPage), lastPage - firstPage, MADV_HUGEPAGE));
+#endif
+}
+
+}  // namespace morvel::ruby::internal
