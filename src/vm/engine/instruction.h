@@ -63,6 +63,8 @@ namespace morvel::ruby::internal {
 
 // Everything else. `wide` is the 32-bit operand in place of b and c.
 #define MORVEL_ENGINE_OTHERS(ROW)                                                                    \
+    ROW(IncreaseR)         /* R[a] = R[a] + R[b] */                                                  \
+    ROW(IncreaseK)         /* R[a] = R[a] + K[b] */                                                  \
     ROW(CopyLocal)         /* R[a] = R[b], which stays */                                            \
     ROW(MoveTemporary)     /* R[a] = R[b], which dies */                                             \
     ROW(LoadConstant)      /* R[a] = K[wide] */                                                      \
@@ -153,7 +155,8 @@ struct EngineInstruction {
 static_assert(kEngineOpCount <= 256, "an operation is one byte");
 static_assert(sizeof(EngineInstruction) == 8 && offsetof(EngineInstruction, c) == 6, "b and c lie side by side");
 
-// Marks in `n`: the operand is a temporary, which dies when the instruction has used it.
+// Marks in `n`: the operand is a temporary, which dies when the instruction has used it. In IncreaseR and IncreaseK
+// they are those of the addition, of operands a and b.
 inline constexpr std::uint8_t kTemporaryA = 1;
 inline constexpr std::uint8_t kTemporaryB = 2;
 inline constexpr std::uint8_t kTemporaryC = 4;

@@ -77,6 +77,10 @@ using Type = RubyValue::Type;
            std::memcmp(leftText.data(), rightText.data(), leftText.size()) == 0;
 }
 
+[[gnu::always_inline]] inline bool areUnboxed(const RubyValue* left, const RubyValue* right) {
+    return !left->isBoxed() && !right->isBoxed();
+}
+
 constinit const RubyValue kNil;
 
 /// A reference for the frame of a callee that lives in a variable, which may be rebound during the call. What has to
@@ -264,78 +268,86 @@ void Engine::interpret(std::size_t entry) {
     MORVEL_ENGINE_PAIRS(DIVIDE_G_ROW, DivideToG)
     MORVEL_ENGINE_PAIRS(MODULO_G_ROW, ModuloToG)
 
-// Sets `answer` to the comparison of l and r, whose marks are `marks`. Integers compare through their doubles, as the
-// language has it.
-#define COMPARE_LESS(op, slow, marks)                                                          \
-    if (areIntegers(l, r)) {                                                                   \
-        answer = static_cast<double>(l->data.integer) op static_cast<double>(r->data.integer); \
-    } else if (areFloats(l, r)) {                                                              \
-        answer = l->data.floating op r->data.floating;                                         \
-    } else {                                                                                   \
-        SAVE();                                                                                \
-        answer = slow(l, r, marks);                                                            \
+// The comparisons of l and r, whose marks are `marks`: of integers, which compare through their doubles, as the
+// language has it, and of everything else into `answer`.
+#define LESS_INTEGERS(op, ...) (static_cast<double>(l->data.integer) op static_cast<double>(r->data.integer))
+#define LESS_OTHERS(op, slow, marks)                   \
+    if (areFloats(l, r)) {                             \
+        answer = l->data.floating op r->data.floating; \
+    } else {                                           \
+        SAVE();                                        \
+        answer = slow(l, r, marks);                    \
     }
-#define COMPARE_EQUAL(op, negated, marks)                                            \
-    if (areIntegers(l, r)) [[likely]] {                                              \
-        answer = l->data.integer op r->data.integer;                                 \
-    } else if (l->type == Type::String && r->type == Type::String && (marks) == 0) { \
-        answer = areSameTexts(l, r) != (negated);                                    \
-    } else if ((l->type == Type::Nil || r->type == Type::Nil) && (marks) == 0) {     \
-        answer = (l->type == r->type) != (negated);                                  \
-    } else {                                                                         \
-        SAVE();                                                                      \
-        answer = equalSlow(l, r, marks) != (negated);                                \
+#define EQUAL_INTEGERS(op, ...) (l->data.integer op r->data.integer)
+#define EQUAL_OTHERS(op, negated, marks)                                         \
+    if (l->type == Type::String && r->type == Type::String && (marks) == 0) {    \
+        answer = areSameTexts(l, r) != (negated);                                \
+    } else if ((l->type == Type::Nil || r->type == Type::Nil) && (marks) == 0) { \
+        answer = (l->type == r->type) != (negated);                              \
+    } else {                                                                     \
+        SAVE();                                                                  \
+        answer = equalSlow(l, r, marks) != (negated);                            \
     }
 
-#define VALUE_ROW(name, left, right, compare, ...)    \
+#define VALUE_ROW(name, left, right, kind, ...)       \
     OP(name) {                                        \
         RubyValue* const l = left;                    \
         RubyValue* const r = right;                   \
         bool answer;                                  \
-        compare(__VA_ARGS__, INSTRUCTION.n);          \
+        if (areIntegers(l, r)) [[likely]] {           \
+            answer = kind##_INTEGERS(__VA_ARGS__);    \
+        } else {                                      \
+            kind##_OTHERS(__VA_ARGS__, INSTRUCTION.n) \
+        }                                             \
         setBoolean(OPERAND_R(INSTRUCTION.a), answer); \
         NEXT();                                       \
     }
+#define JUMP_WHEN(condition)                                \
+    {                                                       \
+        if (condition) {                                    \
+            pc += static_cast<std::int16_t>(INSTRUCTION.c); \
+        }                                                   \
+        NEXT();                                             \
+    }
 // In the fused jumps the operands, and with them the marks, stand one place further to the front.
 #define JUMP_ROW(...) JUMP_ROW_EXPANDED(__VA_ARGS__)
-#define JUMP_ROW_EXPANDED(name, left, right, jumps, compare, ...)            \
-    OP(name) {                                                               \
-        RubyValue* const l = left;                                           \
-        RubyValue* const r = right;                                          \
-        bool answer;                                                         \
-        compare(__VA_ARGS__, static_cast<std::uint8_t>(INSTRUCTION.n << 1)); \
-        if (answer == (jumps)) {                                             \
-            pc += static_cast<std::int16_t>(INSTRUCTION.c);                  \
-        }                                                                    \
-        NEXT();                                                              \
+#define JUMP_ROW_EXPANDED(name, left, right, jumps, kind, ...)                                                  \
+    OP(name) {                                                                                                  \
+        RubyValue* const l = left;                                                                              \
+        RubyValue* const r = right;                                                                             \
+        if (areIntegers(l, r)) {                                                                                \
+            JUMP_WHEN(kind##_INTEGERS(__VA_ARGS__) == (jumps));                                                 \
+        }                                                                                                       \
+        bool answer;                                                                                            \
+        kind##_OTHERS(__VA_ARGS__, static_cast<std::uint8_t>(INSTRUCTION.n << 1)) JUMP_WHEN(answer == (jumps)); \
     }
 #define EQUAL_ROW(name, L, R_) \
-    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), COMPARE_EQUAL, ==, false)
+    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), EQUAL, ==, false)
 #define NOT_EQUAL_ROW(name, L, R_) \
-    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), COMPARE_EQUAL, !=, true)
+    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), EQUAL, !=, true)
 #define LESS_ROW(name, L, R_) \
-    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), COMPARE_LESS, <, lessSlow<false>)
+    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), LESS, <, lessSlow<false>)
 #define LESS_EQUAL_ROW(name, L, R_) \
-    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), COMPARE_LESS, <=, lessSlow<true>)
+    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), LESS, <=, lessSlow<true>)
     MORVEL_ENGINE_PAIRS(EQUAL_ROW, Equal)
     MORVEL_ENGINE_PAIRS(NOT_EQUAL_ROW, NotEqual)
     MORVEL_ENGINE_PAIRS(LESS_ROW, Less)
     MORVEL_ENGINE_PAIRS(LESS_EQUAL_ROW, LessEqual)
 
 #define OPERANDS_AB(L, R_) OPERAND_##L(INSTRUCTION.a), OPERAND_##R_(INSTRUCTION.b)
-#define UNLESS_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, COMPARE_EQUAL, ==, false)
-#define UNLESS_NOT_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, COMPARE_EQUAL, !=, true)
-#define UNLESS_LESS_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, COMPARE_LESS, <, lessSlow<false>)
-#define UNLESS_LESS_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, COMPARE_LESS, <=, lessSlow<true>)
+#define UNLESS_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, EQUAL, ==, false)
+#define UNLESS_NOT_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, EQUAL, !=, true)
+#define UNLESS_LESS_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, LESS, <, lessSlow<false>)
+#define UNLESS_LESS_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, LESS, <=, lessSlow<true>)
     MORVEL_ENGINE_PAIRS(UNLESS_EQUAL_ROW, JumpUnlessEqual)
     MORVEL_ENGINE_PAIRS(UNLESS_NOT_EQUAL_ROW, JumpUnlessNotEqual)
     MORVEL_ENGINE_PAIRS(UNLESS_LESS_ROW, JumpUnlessLess)
     MORVEL_ENGINE_PAIRS(UNLESS_LESS_EQUAL_ROW, JumpUnlessLessEqual)
 
-#define IF_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, COMPARE_EQUAL, ==, false)
-#define IF_NOT_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, COMPARE_EQUAL, !=, true)
-#define IF_LESS_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, COMPARE_LESS, <, lessSlow<false>)
-#define IF_LESS_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, COMPARE_LESS, <=, lessSlow<true>)
+#define IF_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, EQUAL, ==, false)
+#define IF_NOT_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, EQUAL, !=, true)
+#define IF_LESS_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, LESS, <, lessSlow<false>)
+#define IF_LESS_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, LESS, <=, lessSlow<true>)
     MORVEL_ENGINE_PAIRS(IF_EQUAL_ROW, JumpIfEqual)
     MORVEL_ENGINE_PAIRS(IF_NOT_EQUAL_ROW, JumpIfNotEqual)
     MORVEL_ENGINE_PAIRS(IF_LESS_ROW, JumpIfLess)
@@ -421,31 +433,59 @@ void Engine::interpret(std::size_t entry) {
     MORVEL_ENGINE_TEST_INDEX(UNLESS_INDEX_ROW, JumpUnlessIndex)
     MORVEL_ENGINE_TEST_INDEX(IF_INDEX_ROW, JumpIfIndex)
 
+// Stores `value` in an element or entry when there is nothing to release and no reference to count.
+#define STORE_PLAIN(element)                     \
+    if (areUnboxed(element, value)) [[likely]] { \
+        (element)->type = value->type;           \
+        (element)->data = value->data;           \
+        NEXT();                                  \
+    }
 #define SET_INDEX_ROW(name, C, I, V)                                                                 \
     OP(name) {                                                                                       \
         RubyValue* const container = OPERAND_##C(INSTRUCTION.a);                                     \
         RubyValue* const index = OPERAND_##I(INSTRUCTION.b);                                         \
         RubyValue* const value = OPERAND_##V(INSTRUCTION.c);                                         \
-        RubyValue* element = nullptr;                                                                \
         if (container->type == Type::Array && index->type == Type::Integer) [[likely]] {             \
             RubyArray& elements = static_cast<ArrayBox*>(container->data.box)->elements;             \
             const auto position = static_cast<std::size_t>(index->data.integer);                     \
             if (position < elements.size()) [[likely]] {                                             \
-                element = elements.data() + position;                                                \
+                RubyValue* const element = elements.data() + position;                               \
+                STORE_PLAIN(element)                                                                 \
             }                                                                                        \
         } else if (container->type == Type::Map && isPlainKey(index, INSTRUCTION.n & kTemporaryB)) { \
-            element = findEntry(container, index);                                                   \
-        }                                                                                            \
-        if (element != nullptr && !element->isBoxed() && !value->isBoxed()) [[likely]] {             \
-            element->type = value->type;                                                             \
-            element->data = value->data;                                                             \
-            NEXT();                                                                                  \
+            RubyValue* const found = findEntry(container, index);                                    \
+            if (found != nullptr) {                                                                  \
+                STORE_PLAIN(found)                                                                   \
+            }                                                                                        \
         }                                                                                            \
         SAVE();                                                                                      \
         setIndexSlow(container, index, value, INSTRUCTION.n);                                        \
         NEXT();                                                                                      \
     }
     MORVEL_ENGINE_SET_INDEX(SET_INDEX_ROW)
+
+// What is added to is its own target: a number there stays one, so that only its payload changes.
+#define INCREASE(amount)                                                                                  \
+    {                                                                                                     \
+        RubyValue* const sum = OPERAND_R(INSTRUCTION.a);                                                  \
+        RubyValue* const r = amount;                                                                      \
+        if (areIntegers(sum, r)) {                                                                        \
+            sum->data.integer = static_cast<std::int64_t>(static_cast<std::uint64_t>(sum->data.integer) + \
+                                                          static_cast<std::uint64_t>(r->data.integer));   \
+            NEXT();                                                                                       \
+        }                                                                                                 \
+        if (areFloats(sum, r)) {                                                                          \
+            sum->data.floating += r->data.floating;                                                       \
+            NEXT();                                                                                       \
+        }                                                                                                 \
+        SAVE();                                                                                           \
+        arithmeticSlow<OpCode::Add>(sum, sum, r, INSTRUCTION.n);                                          \
+        NEXT();                                                                                           \
+    }
+    OP(IncreaseR)
+    INCREASE(OPERAND_R(INSTRUCTION.b))
+    OP(IncreaseK)
+    INCREASE(OPERAND_K(INSTRUCTION.b))
 
     OP(CopyLocal) {
         const RubyValue* const from = OPERAND_R(INSTRUCTION.b);

@@ -541,6 +541,7 @@ private:
         if (value.place == Place::Temporary && last != nullptr) {
             if (writesA(last->op) && last->a == reg(value.index)) {
                 last->a = reg(target);
+                shortenIncrease(*last);
                 return;
             }
             if (isCall(last->op) && last->b == reg(value.index)) {
@@ -549,6 +550,14 @@ private:
             }
         }
         loadInto(reg(target), value);
+    }
+
+    /// Makes the addition to a register into that register, if that is what the instruction is, one of two operands.
+    static void shortenIncrease(EngineInstruction& addition) {
+        if ((addition.op == EngineOp::AddRR || addition.op == EngineOp::AddRK) && addition.a == addition.b) {
+            addition.op = addition.op == EngineOp::AddRR ? EngineOp::IncreaseR : EngineOp::IncreaseK;
+            addition.b = addition.c;
+        }
     }
 
     void storeGlobal(std::uint32_t slot) {
