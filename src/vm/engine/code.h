@@ -25,6 +25,9 @@ struct Definition {
     std::size_t globalSlot;
 };
 
+/// What entering a function takes beyond moving to the new frame.
+enum class Prologue : std::uint8_t { None, ClearLastValue, PrepareRegisters };
+
 struct Code {
     std::vector<EngineInstruction> instructions;
     /// Constants used by this function, each once.
@@ -49,8 +52,7 @@ struct Code {
     bool isTopLevel = false;
     /// The locals beyond the parameters must read as unassigned on entry.
     bool marksUnassigned = false;
-    /// Entering takes more than moving to the new frame: there are registers to prepare.
-    bool hasPrologue = false;
+    Prologue prologue = Prologue::None;
 
     [[nodiscard]] std::uint32_t lineAt(const EngineInstruction* next) const {
         return lines[static_cast<std::size_t>(next - instructions.data()) - 1];

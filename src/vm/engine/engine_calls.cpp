@@ -147,7 +147,7 @@ void Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyVal
             moveRegister(m_current->base + i, arguments + i);
         }
     }
-    if (code.hasPrologue) {
+    if (code.prologue != Prologue::None) {
         prepareRegisters(code, m_current->base);
     }
 }

@@ -83,6 +83,20 @@ using Type = RubyValue::Type;
 
 constinit const RubyValue kNil;
 
+/// Copies a value that lives in a container to a register. The container goes first when it is a dying temporary, which
+/// may be the very register that the value is for. Apart from the loop, which then needs fewer registers for itself.
+[[gnu::noinline]] void copyOut(RubyValue* to, const RubyValue* from, RubyValue* container, bool containerDies) {
+    const Type type = from->type;
+    const RubyValue::Data data = from->data;
+    if (from->isBoxed()) {
+        ++data.box->references;
+    }
+    releaseIf(containerDies, container);
+    releaseRegister(to);
+    to->type = type;
+    to->data = data;
+}
+
 /// A reference for the frame of a callee that lives in a variable, which may be rebound during the call. What has to
 /// stay is its program, and a caller of the same program sees to that: then none is needed, and null is given.
 [[gnu::always_inline]] inline RubyFunctionHandle* keepCallee(RubyFunctionHandle* callee, const Code* code,
@@ -353,23 +367,12 @@ void Engine::interpret(std::size_t entry) {
     MORVEL_ENGINE_PAIRS(IF_LESS_ROW, JumpIfLess)
     MORVEL_ENGINE_PAIRS(IF_LESS_EQUAL_ROW, JumpIfLessEqual)
 
-// Copies a value that lives in a container to a register. The container goes first when it is a dying temporary, which
-// may be the very register that the value is for.
-#define COPY_OUT(to, from, container)              \
-    {                                              \
-        const Type type = (from)->type;            \
-        const RubyValue::Data data = (from)->data; \
-        if ((from)->isBoxed()) {                   \
-            ++data.box->references;                \
-        }                                          \
-        if ((INSTRUCTION.n & kTemporaryB) != 0) {  \
-            releaseRegister(container);            \
-        }                                          \
-        if ((to)->isBoxed()) [[unlikely]] {        \
-            releaseRegister(to);                   \
-        }                                          \
-        (to)->type = type;                         \
-        (to)->data = data;                         \
+// Copies a value that lives in a container to a register.
+#define COPY_OUT(to, from, container)                                        \
+    if ((INSTRUCTION.n & kTemporaryB) == 0 && !(to)->isBoxed()) [[likely]] { \
+        copyToDead(to, from);                                                \
+    } else {                                                                 \
+        copyOut(to, from, container, (INSTRUCTION.n & kTemporaryB) != 0);    \
     }
 
 #define GET_INDEX_ROW(name, C, I)                                                                         \
@@ -708,7 +711,9 @@ void Engine::interpret(std::size_t entry) {
                 base = window + 1;                                                                                  \
                 constants = code->constants.data();                                                                 \
                 pc = code->instructions.data();                                                                     \
-                if (code->hasPrologue) {                                                                            \
+                if (code->prologue == Prologue::ClearLastValue) {                                                   \
+                    base[code->localCount].type = Type::Nil;                                                        \
+                } else if (code->prologue != Prologue::None) {                                                      \
                     prepareRegisters(*code, base);                                                                  \
                 }                                                                                                   \
                 NEXT();                                                                                             \

@@ -172,8 +172,11 @@ public:
             emit(EngineOp::ReturnNil, 0, 0, 0, 0);
         }
         m_code->isTopLevel = m_isMain;
-        m_code->hasPrologue =
-            m_code->marksUnassigned || m_code->keepsLastValue || m_code->parameterCount > m_code->localCount;
+        if (m_code->marksUnassigned || m_code->parameterCount > m_code->localCount) {
+            m_code->prologue = Prologue::PrepareRegisters;
+        } else if (m_code->keepsLastValue) {
+            m_code->prologue = Prologue::ClearLastValue;
+        }
         return patchJumps() ? std::move(m_code) : nullptr;
     }
 
