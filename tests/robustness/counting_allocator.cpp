@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <new>
 
@@ -44,6 +46,45 @@ bool isPlannedToFail() noexcept {
     return true;
 }
 
+// Blocks that know the size that was asked for: what malloc gives is a little more now and then. AddressSanitizer keeps
+// the size itself, and would miss what happens before a block if it lay there.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define MORVEL_EXACT_MALLOC 1
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(MORVEL_EXACT_MALLOC)
+void* allocateSized(std::size_t size) noexcept { return std::malloc(size); }
+
+std::size_t sizeOf(void* block) noexcept { return malloc_usable_size(block); }
+
+void freeSized(void* block) noexcept { std::free(block); }
+#else
+constexpr std::size_t kHeader = alignof(std::max_align_t);
+
+void* allocateSized(std::size_t size) noexcept {
+    if (size > std::numeric_limits<std::size_t>::max() - kHeader) {
+        return nullptr;
+    }
+    void* const start = std::malloc(size + kHeader);
+    if (start == nullptr) {
+        return nullptr;
+    }
+    std::memcpy(start, &size, sizeof size);
+    return static_cast<char*>(start) + kHeader;
+}
+
+void* startOf(void* block) noexcept { return static_cast<char*>(block) - kHeader; }
+
+std::size_t sizeOf(void* block) noexcept {
+    std::size_t size = 0;
+    std::memcpy(&size, startOf(block), sizeof size);
+    return size;
+}
+
+void freeSized(void* block) noexcept { std::free(startOf(block)); }
+#endif
+
 void* allocate(std::size_t size) noexcept {
     ++requests;
     if (isPlannedToFail()) {
@@ -53,12 +94,12 @@ void* allocate(std::size_t size) noexcept {
         ++refused;
         return nullptr;
     }
-    void* block = std::malloc(size == 0 ? 1 : size);
+    void* block = allocateSized(size == 0 ? 1 : size);
     if (block == nullptr) {
         return nullptr;
     }
     ++liveBlocks;
-    const std::size_t now = liveBytes += malloc_usable_size(block);
+    const std::size_t now = liveBytes += sizeOf(block);
     if (now > peakBytes) {
         peakBytes = now;
     }
@@ -70,8 +111,8 @@ void release(void* block) noexcept {
         return;
     }
     --liveBlocks;
-    liveBytes -= malloc_usable_size(block);
-    std::free(block);
+    liveBytes -= sizeOf(block);
+    freeSized(block);
 }
 
 }  // namespace
