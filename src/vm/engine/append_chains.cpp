@@ -19,12 +19,15 @@ public:
         const std::int32_t depth = m_flow.depths[load] + 1;
         AppendChain chain{load, 0, 0};
         std::size_t additions = 0;
-        bool buildsText = false;
+        bool hasText = false;
+        bool hasNumber = false;
         end = std::min(end, load + kLongestStatement);
         for (std::size_t i = load + 1; i + 1 < end; ++i) {
             if (m_code[i].op == OpCode::StoreName && m_flow.depths[i] == depth) {
                 chain.store = i;
-                return additions > 1 && buildsText && globals[i] == globals[load] ? std::optional(chain) : std::nullopt;
+                const bool mayBuildText = hasText || !hasNumber;
+                return additions > 1 && mayBuildText && globals[i] == globals[load] ? std::optional(chain)
+                                                                                    : std::nullopt;
             }
             // What leaves just the sum on the stack has to be an addition to it.
             if (m_flow.depths[i + 1] > depth) {
@@ -35,15 +38,32 @@ public:
             }
             chain.firstAdd = additions == 0 ? i : chain.firstAdd;
             ++additions;
-            buildsText = buildsText || isTextual(m_code[i - 1]);
+            hasText = hasText || isText(m_code[i - 1]);
+            hasNumber = hasNumber || isNumber(m_code[i - 1]);
         }
         return std::nullopt;
     }
 
 private:
-    [[nodiscard]] bool isTextual(const Instruction& part) const {
-        return part.op == OpCode::Call ||
-               (part.op == OpCode::PushConst && m_program.constants[static_cast<std::size_t>(part.a)].isString());
+    /// True when the part that ends with this instruction is a literal text.
+    [[nodiscard]] bool isText(const Instruction& part) const {
+        return part.op == OpCode::PushConst && m_program.constants[static_cast<std::size_t>(part.a)].isString();
+    }
+
+    /// True when it surely is no text.
+    [[nodiscard]] bool isNumber(const Instruction& part) const {
+        switch (part.op) {
+            case OpCode::PushConst:
+                return !isText(part);
+            case OpCode::Subtract:
+            case OpCode::Multiply:
+            case OpCode::Divide:
+            case OpCode::Modulo:
+            case OpCode::Negate:
+                return true;
+            default:
+                return false;
+        }
     }
 
     const Program& m_program;

@@ -17,7 +17,7 @@ struct AppendChain {
     std::size_t store = 0;
 };
 
-/// The append chains of a function that look as if they build a text: a part is a literal text or the result of a call.
+/// The append chains of a function that may build a text: a part is a literal text, or none is surely a number.
 /// `globals` gives the global slot that each instruction names, or `notGlobal`.
 ///
 /// Carried out one by one, the first addition would copy the whole text each time, as the global still holds it.
