@@ -81,6 +81,28 @@ using Type = RubyValue::Type;
     return !left->isBoxed() && !right->isBoxed();
 }
 
+/// Copies `from` to a register or global, whatever that held.
+[[gnu::always_inline]] inline void copyOver(RubyValue* to, const RubyValue* from) {
+    if (from->isBoxed()) {
+        ++from->data.box->references;
+    }
+    const Type type = from->type;
+    const RubyValue::Data data = from->data;
+    if (to->isBoxed()) [[unlikely]] {
+        releaseRegister(to);
+    }
+    to->type = type;
+    to->data = data;
+}
+
+/// Moves the dying `from` to a register or global, whatever that held.
+[[gnu::always_inline]] inline void moveOver(RubyValue* to, RubyValue* from) {
+    if (to->isBoxed()) [[unlikely]] {
+        releaseRegister(to);
+    }
+    moveRegister(to, from);
+}
+
 constinit const RubyValue kNil;
 
 /// Copies a value that lives in a container to a register. The container goes first when it is a dying temporary, which
@@ -491,49 +513,19 @@ void Engine::interpret(std::size_t entry) {
     INCREASE(OPERAND_K(INSTRUCTION.b))
 
     OP(CopyLocal) {
-        const RubyValue* const from = OPERAND_R(INSTRUCTION.b);
-        RubyValue* const to = OPERAND_R(INSTRUCTION.a);
-        if (from->isBoxed()) {
-            ++from->data.box->references;
-        }
-        const Type type = from->type;
-        const RubyValue::Data data = from->data;
-        if (to->isBoxed()) [[unlikely]] {
-            releaseRegister(to);
-        }
-        to->type = type;
-        to->data = data;
+        copyOver(OPERAND_R(INSTRUCTION.a), OPERAND_R(INSTRUCTION.b));
         NEXT();
     }
     OP(MoveTemporary) {
-        RubyValue* const to = OPERAND_R(INSTRUCTION.a);
-        if (to->isBoxed()) [[unlikely]] {
-            releaseRegister(to);
-        }
-        moveRegister(to, OPERAND_R(INSTRUCTION.b));
+        moveOver(OPERAND_R(INSTRUCTION.a), OPERAND_R(INSTRUCTION.b));
         NEXT();
     }
     OP(LoadConstant) {
-        RubyValue* const to = OPERAND_R(INSTRUCTION.a);
-        if (to->isBoxed()) [[unlikely]] {
-            releaseRegister(to);
-        }
-        copyToDead(to, OPERAND_K(INSTRUCTION.wide()));
+        copyOver(OPERAND_R(INSTRUCTION.a), OPERAND_K(INSTRUCTION.wide()));
         NEXT();
     }
     OP(LoadGlobal) {
-        RubyValue* const to = OPERAND_R(INSTRUCTION.a);
-        const RubyValue* const from = OPERAND_G(INSTRUCTION.wide());
-        if (from->isBoxed()) {
-            ++from->data.box->references;
-        }
-        const Type type = from->type;
-        const RubyValue::Data data = from->data;
-        if (to->isBoxed()) [[unlikely]] {
-            releaseRegister(to);
-        }
-        to->type = type;
-        to->data = data;
+        copyOver(OPERAND_R(INSTRUCTION.a), OPERAND_G(INSTRUCTION.wide()));
         NEXT();
     }
     OP(PassLocal) {
@@ -567,24 +559,11 @@ void Engine::interpret(std::size_t entry) {
         NEXT();
     }
     OP(StoreGlobalMove) {
-        RubyValue* const to = OPERAND_G(INSTRUCTION.wide());
-        if (to->isBoxed()) [[unlikely]] {
-            releaseRegister(to);
-        }
-        moveRegister(to, OPERAND_R(INSTRUCTION.a));
+        moveOver(OPERAND_G(INSTRUCTION.wide()), OPERAND_R(INSTRUCTION.a));
         NEXT();
     }
     OP(StoreGlobalCopy) {
-        RubyValue* const to = OPERAND_G(INSTRUCTION.wide());
-        const RubyValue* const from = OPERAND_R(INSTRUCTION.a);
-        if (from->isBoxed()) {
-            ++from->data.box->references;
-        }
-        if (to->isBoxed()) [[unlikely]] {
-            releaseRegister(to);
-        }
-        to->type = from->type;
-        to->data = from->data;
+        copyOver(OPERAND_G(INSTRUCTION.wide()), OPERAND_R(INSTRUCTION.a));
         NEXT();
     }
     OP(BeginAppend) {
