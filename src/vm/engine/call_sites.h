@@ -1,0 +1,38 @@
+// Calls, for some of which the built-in that the callee is right now has an instruction of its own.
+#pragma once
+
+#include <cstddef>
+
+#include "morvel/ruby/function.h"
+#include "vm/engine/code_builder.h"
+#include "vm/engine/function_facts.h"
+#include "vm/engine/symbolic_stack.h"
+#include "vm/globals.h"
+
+namespace morvel::ruby::internal {
+
+class CallSites {
+public:
+    /// All must outlive the object.
+    CallSites(const FunctionFacts& facts, const GlobalTable& globals, CodeBuilder& code, SymbolicStack& stack)
+        : m_facts(facts), m_globals(globals), m_code(code), m_stack(stack) {}
+
+    /// Translates the Call at `index`. How many instructions from there on it took: with the call, it may carry out a
+    /// Pop before `blockEnd`.
+    std::size_t call(std::size_t index, std::size_t blockEnd);
+
+private:
+    /// The built-in that a callee entry stands for right now, if the engine has an instruction for it.
+    [[nodiscard]] RubyFunctionHandle::Shortcut shortcutOf(const Entry& callee) const;
+    // The callee is the entry at the depth `callee`, and its arguments are those above.
+    void callLen(std::size_t callee);
+    void callArrayPush(std::size_t callee);
+    void callGeneral(std::size_t callee);
+
+    const FunctionFacts& m_facts;
+    const GlobalTable& m_globals;
+    CodeBuilder& m_code;
+    SymbolicStack& m_stack;
+};
+
+}  // namespace morvel::ruby::internal

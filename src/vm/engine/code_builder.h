@@ -1,0 +1,117 @@
+// Register code while it grows.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "morvel/ruby/value.h"
+#include "vm/engine/code.h"
+#include "vm/engine/instruction.h"
+
+namespace morvel::ruby::internal {
+
+/// Identity of a constant: its kind and its payload; strings by their text.
+struct ConstantKey {
+    RubyValue::Type type;
+    std::uint64_t payload;
+    std::string_view text;
+
+    bool operator==(const ConstantKey&) const = default;
+};
+
+struct ConstantKeyHash {
+    [[nodiscard]] std::size_t operator()(const ConstantKey& key) const;
+};
+
+/// An index as instructions hold it.
+[[nodiscard]] inline std::uint16_t operand(std::size_t index) { return static_cast<std::uint16_t>(index * 2); }
+[[nodiscard]] inline std::uint16_t reg(std::uint32_t index) { return operand(index); }
+
+/// Appends instructions to the code of a function. Jumps name the stack instruction that they go to, and are given
+/// their distances in the end.
+class CodeBuilder {
+public:
+    /// Fills `code`, whose frame is laid out, with what `stackLength` stack instructions are translated to. With
+    /// `longJumps` there are no jumps that test by themselves: their distance has 16 bits only.
+    CodeBuilder(std::unique_ptr<Code> code, std::size_t stackLength, bool longJumps)
+        : m_code(std::move(code)), m_starts(stackLength + 1, 0), m_longJumps(longJumps) {}
+
+    [[nodiscard]] Code& code() { return *m_code; }
+    [[nodiscard]] const RubyValue& constant(std::size_t index) const { return m_code->constants[index]; }
+    /// The register of the temporary at stack depth `depth`.
+    [[nodiscard]] std::uint32_t temporary(std::size_t depth) const {
+        return m_code->firstTemporary + static_cast<std::uint32_t>(depth);
+    }
+    /// The register of the last expression statement's value.
+    [[nodiscard]] std::uint32_t lastValue() const { return m_code->localCount; }
+
+    /// The source line of what is emitted from here on.
+    [[nodiscard]] std::uint32_t line() const { return m_line; }
+    void setLine(std::uint32_t line) { m_line = line; }
+
+    /// The code of stack instruction `index` starts here.
+    void markStart(std::size_t index) { m_starts[index] = m_code->instructions.size(); }
+    /// A block starts here.
+    void beginBlock() { m_blockStart = m_code->instructions.size(); }
+
+    void emit(EngineOp op, std::uint8_t n, std::uint16_t a, std::uint16_t b, std::uint16_t c) {
+        append({op, n, a, b, c});
+    }
+    void emitWide(EngineOp op, std::uint8_t n, std::uint16_t a, std::size_t wide) {
+        EngineInstruction instruction{op, n, a, 0, 0};
+        instruction.setWide(static_cast<std::int32_t>(wide));
+        append(instruction);
+    }
+    void emitJump(EngineOp op, std::uint8_t n, std::uint16_t a, std::size_t target);
+    /// The same for a jump that tests by itself.
+    void emitShortJump(EngineOp op, std::uint8_t n, std::uint16_t a, std::uint16_t b, std::size_t target);
+    [[nodiscard]] bool allowsShortJumps() const { return !m_longJumps; }
+
+    /// The instruction just emitted, when it belongs to the current block and so surely ran last.
+    [[nodiscard]] EngineInstruction* lastInBlock() {
+        return m_code->instructions.size() > m_blockStart ? &m_code->instructions.back() : nullptr;
+    }
+    /// Takes the last instruction back; what replaces it gets its line.
+    void dropLast();
+
+    /// The index of a constant, the same for equal ones.
+    [[nodiscard]] std::uint32_t addConstant(const RubyValue& constant);
+
+    /// The function has something that register code cannot express.
+    void fail() { m_failed = true; }
+    [[nodiscard]] bool hasFailed() const { return m_failed; }
+
+    /// The finished code; null when it is too long for short jumps.
+    [[nodiscard]] std::unique_ptr<Code> finish();
+
+private:
+    struct Patch {
+        std::size_t instruction;
+        std::size_t target;
+        bool isShort;
+    };
+
+    void append(const EngineInstruction& instruction) {
+        m_code->instructions.push_back(instruction);
+        m_code->lines.push_back(m_line);
+    }
+    /// False when a jump does not fit its short form.
+    [[nodiscard]] bool patchJumps();
+
+    std::unique_ptr<Code> m_code;
+    std::unordered_map<ConstantKey, std::uint32_t, ConstantKeyHash> m_constants;
+    std::vector<Patch> m_patches;
+    /// Register instruction at which each stack instruction starts.
+    std::vector<std::size_t> m_starts;
+    std::size_t m_blockStart = 0;
+    std::uint32_t m_line = 0;
+    bool m_longJumps = false;
+    bool m_failed = false;
+};
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,107 @@
+#include "vm/engine/function_facts.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "vm/engine/assignment.h"
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+GuardCall findGuardCall(const CompiledFunction& function) {
+    GuardCall guard;
+    if (function.fastKind == FastKind::Guarded) {
+        std::size_t jump = 0;
+        while (function.code[jump].op != OpCode::JumpIfFalse) {
+            ++jump;
+        }
+        guard.load = jump + 1;
+        guard.call = jump + 3;
+    }
+    return guard;
+}
+
+bool addressesGlobal(const FunctionFacts& facts, std::size_t index) {
+    const CompiledFunction& function = facts.function;
+    switch (function.code[index].op) {
+        case OpCode::DefineFunction:
+            return true;
+        case OpCode::StoreName:
+            return facts.isMain || localSlotAt(function, index) == kNoLocalSlot;
+        case OpCode::LoadName:
+            return index == facts.guard.load || localSlotAt(function, index) == kNoLocalSlot;
+        default:
+            return false;
+    }
+}
+
+std::vector<std::uint32_t> resolveGlobals(const FunctionFacts& facts, GlobalTable& globals) {
+    const CompiledFunction& function = facts.function;
+    std::vector<std::uint32_t> slots(function.code.size(), kNotGlobal);
+    for (std::size_t i = 0; i < function.code.size(); ++i) {
+        if (facts.flow.depths[i] != kUnreachable && addressesGlobal(facts, i)) {
+            const std::string& name = *getStringConstantPtr(facts.program, function.code[i].a);
+            slots[i] = static_cast<std::uint32_t>(globals.ensureSlot(name));
+        }
+    }
+    return slots;
+}
+
+std::vector<bool> findBlockStarts(const CompiledFunction& function, const Flow& flow) {
+    std::vector<bool> starts(function.code.size() + 1, false);
+    for (const Block& block : flow.blocks) {
+        starts[block.begin] = true;
+    }
+    return starts;
+}
+
+}  // namespace
+
+bool FunctionFacts::isOverwrittenNext(std::size_t index, std::int32_t local) const {
+    constexpr std::size_t kLongestStatement = 48;
+    const std::size_t end = std::min(function.code.size(), index + kLongestStatement);
+    for (std::size_t i = index + 1; i < end && !blockStarts[i]; ++i) {
+        const OpCode op = function.code[i].op;
+        if (op == OpCode::StoreName) {
+            return localSlotAt(function, i) == local && flow.depths[i] == flow.depths[index] + 1;
+        }
+        if (op == OpCode::Pop || op == OpCode::Jump || op == OpCode::JumpIfFalse || op == OpCode::Return ||
+            (op == OpCode::LoadName && localSlotAt(function, i) == local)) {
+            return false;
+        }
+    }
+    return false;
+}
+
+std::size_t FunctionFacts::loopConditionEnd(std::size_t index, std::size_t target) const {
+    constexpr std::size_t kLongestCondition = 24;
+    if (target >= index || flow.depths[target] != 0) {
+        return 0;
+    }
+    for (std::size_t i = target; i < index && i - target < kLongestCondition; ++i) {
+        const Instruction& instruction = function.code[i];
+        if (instruction.op == OpCode::JumpIfFalse) {
+            const bool leaves = static_cast<std::size_t>(instruction.a) == index + 1 && flow.depths[i] == 1;
+            return leaves && function.code[i - 1].op != OpCode::PushConst ? i : 0;
+        }
+        if (instruction.op == OpCode::Jump || instruction.op == OpCode::Return || (i != target && blockStarts[i])) {
+            return 0;
+        }
+    }
+    return 0;
+}
+
+FunctionFacts findFacts(const Program& program, std::int32_t functionIndex, Flow flow, GlobalTable& globals) {
+    const CompiledFunction& function = program.functions[static_cast<std::size_t>(functionIndex)];
+    FunctionFacts facts{program, function, std::move(flow)};
+    facts.isMain = functionIndex == 0;
+    facts.guard = findGuardCall(function);
+    facts.globalSlots = resolveGlobals(facts, globals);
+    facts.livePops = findLivePops(function, facts.flow);
+    facts.appends = findAppendChains(program, function, facts.flow, facts.globalSlots, kNotGlobal);
+    facts.blockStarts = findBlockStarts(function, facts.flow);
+    return facts;
+}
+
+}  // namespace morvel::ruby::internal

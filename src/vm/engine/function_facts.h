@@ -1,0 +1,51 @@
+// What is looked up in a function's stack code while it is translated.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "compiler/program.h"
+#include "vm/engine/append_chains.h"
+#include "vm/engine/flow.h"
+#include "vm/globals.h"
+
+namespace morvel::ruby::internal {
+
+/// Where the guard of a guarded function calls `error`: that call is made at line 0 and by the global's name, even
+/// when a parameter has the same name.
+struct GuardCall {
+    std::size_t load = static_cast<std::size_t>(-1);
+    std::size_t call = static_cast<std::size_t>(-1);
+};
+
+struct FunctionFacts {
+    const Program& program;
+    const CompiledFunction& function;
+    Flow flow;
+    /// The function is the top-level code.
+    bool isMain = false;
+    GuardCall guard{};
+    /// By instruction, the global that it addresses, or kNotGlobal.
+    std::vector<std::uint32_t> globalSlots{};
+    /// By instruction, true for a Pop whose value may be returned at the end of the code.
+    std::vector<bool> livePops{};
+    /// In code order.
+    std::vector<AppendChain> appends{};
+    /// By instruction, true where a block starts.
+    std::vector<bool> blockStarts{};
+
+    /// True when the local read at `index` is written at the end of the same statement, as in `x = x + a + b`, and not
+    /// read in between. Its value may then be used up on the way: should the statement fail, the local is gone too.
+    [[nodiscard]] bool isOverwrittenNext(std::size_t index, std::int32_t local) const;
+    /// When the jump at `index` closes a loop whose condition, at `target`, is short and leaves the loop to just after
+    /// the jump: the index of the condition's JumpIfFalse. Otherwise 0.
+    [[nodiscard]] std::size_t loopConditionEnd(std::size_t index, std::size_t target) const;
+};
+
+/// The facts about function `functionIndex` of a program that outlives them. Names that the function mentions get slots
+/// in `globals`.
+[[nodiscard]] FunctionFacts findFacts(const Program& program, std::int32_t functionIndex, Flow flow,
+                                      GlobalTable& globals);
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,154 @@
+#include "vm/engine/operations.h"
+
+#include <limits>
+#include <utility>
+
+#include "value/operators.h"
+#include "vm/engine/assignment.h"
+#include "vm/engine/instruction_families.h"
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+std::uint8_t marksOfBAndC(const Entry& b, const Entry& c) {
+    return static_cast<std::uint8_t>(mark(b, kTemporaryB) | mark(c, kTemporaryC));
+}
+
+/// The first of the instructions that carry out a binary operation; a > b is b < a.
+EngineOp familyOf(OpCode op) {
+    switch (op) {
+        case OpCode::Add:
+            return EngineOp::AddRR;
+        case OpCode::Subtract:
+            return EngineOp::SubtractRR;
+        case OpCode::Multiply:
+            return EngineOp::MultiplyRR;
+        case OpCode::Divide:
+            return EngineOp::DivideRR;
+        case OpCode::Modulo:
+            return EngineOp::ModuloRR;
+        case OpCode::Equal:
+            return EngineOp::EqualRR;
+        case OpCode::NotEqual:
+            return EngineOp::NotEqualRR;
+        case OpCode::Less:
+        case OpCode::Greater:
+            return EngineOp::LessRR;
+        default:
+            return EngineOp::LessEqualRR;
+    }
+}
+
+}  // namespace
+
+void Operations::negate() {
+    // The negation of a number constant is a constant: it cannot fail.
+    if (m_stack.top().place == Place::Constant) {
+        const RubyValue& constant = m_code.constant(m_stack.top().index);
+        if (constant.isNumeric()) {
+            const RubyValue negated = negateValue(constant, m_facts.program, m_code.line());
+            m_stack.pop();
+            return m_stack.push({Place::Constant, m_code.addConstant(negated)});
+        }
+    }
+    unary(EngineOp::Negate);
+}
+
+void Operations::unary(EngineOp op) {
+    m_stack.makeRegister(m_stack.size() - 1);
+    const Entry value = m_stack.pop();
+    m_code.emit(op, mark(value, kTemporaryB), m_stack.pushTemporary(), reg(value.index), 0);
+}
+
+void Operations::logical(EngineOp op) {
+    const std::size_t right = m_stack.size() - 1;
+    m_stack.makeRegister(right - 1);
+    m_stack.makeRegister(right);
+    const Entry rightEntry = m_stack.pop();
+    const Entry leftEntry = m_stack.pop();
+    m_code.emit(op, marksOfBAndC(leftEntry, rightEntry), m_stack.pushTemporary(), reg(leftEntry.index),
+                reg(rightEntry.index));
+}
+
+void Operations::binary(OpCode op) {
+    const std::size_t right = m_stack.size() - 1;
+    m_stack.makeNameable(right - 1);
+    m_stack.makeNameable(right);
+    if (letterOf(m_stack[right - 1]) == Letter::K && letterOf(m_stack[right]) == Letter::K) {
+        m_stack.materialize(right - 1);
+    }
+    Entry rightEntry = m_stack.pop();
+    Entry leftEntry = m_stack.pop();
+    if (op == OpCode::Greater || op == OpCode::GreaterEqual) {
+        // Both operands are there already, so their order is not seen.
+        std::swap(leftEntry, rightEntry);
+    }
+    const EngineOp paired = plus(familyOf(op), pairOffset(letterOf(leftEntry), letterOf(rightEntry)));
+    const std::uint8_t marks = marksOfBAndC(leftEntry, rightEntry);
+    const std::uint16_t target = m_stack.pushTemporary();
+    m_code.emit(paired, marks, target, operand(leftEntry.index), operand(rightEntry.index));
+}
+
+void Operations::makeArray(std::size_t count) {
+    const std::size_t first = m_stack.size() - count;
+    m_stack.materializeFrom(first);
+    m_stack.cutTo(first);
+    const std::uint16_t target = m_stack.pushTemporary();
+    if (count > std::numeric_limits<std::uint16_t>::max()) {
+        m_code.fail();
+        return;
+    }
+    m_code.emit(EngineOp::MakeArray, 0, target, target, static_cast<std::uint16_t>(count));
+}
+
+void Operations::getIndex() {
+    const std::size_t index = m_stack.size() - 1;
+    m_stack.makeNameable(index - 1);
+    m_stack.makeNameable(index);
+    if (letterOf(m_stack[index - 1]) == Letter::K) {
+        m_stack.materialize(index - 1);
+    }
+    const Entry indexEntry = m_stack.pop();
+    const Entry container = m_stack.pop();
+    const EngineOp op = plus(EngineOp::GetIndexRR, indexOffset(letterOf(container), letterOf(indexEntry)));
+    const std::uint16_t target = m_stack.pushTemporary();
+    m_code.emit(op, marksOfBAndC(container, indexEntry), target, operand(container.index), operand(indexEntry.index));
+}
+
+std::size_t Operations::setIndex(std::size_t index, std::size_t blockEnd) {
+    const std::size_t value = m_stack.size() - 1;
+    const std::size_t container = value - 2;
+    for (std::size_t depth = container; depth <= value; ++depth) {
+        m_stack.makeNameable(depth);
+    }
+    // The container is changed where it is only when it is stored back there at once; otherwise the change of a
+    // string must not be seen in the variable.
+    const bool inPlace = storesBack(index + 1, blockEnd, m_stack[container]) && !m_stack.isElsewhere(container);
+    if (!inPlace) {
+        m_stack.materialize(container);
+    }
+    const Entry valueEntry = m_stack.pop();
+    const Entry indexEntry = m_stack.pop();
+    const Entry containerEntry = m_stack.pop();
+    const EngineOp op = plus(EngineOp::SetIndexRRR,
+                             setIndexOffset(letterOf(containerEntry), letterOf(indexEntry), letterOf(valueEntry)));
+    m_code.emit(op, marksOfBAndC(indexEntry, valueEntry), operand(containerEntry.index), operand(indexEntry.index),
+                operand(valueEntry.index));
+    // What was read as a local about to be overwritten is its new value by now, and stays.
+    m_stack.push({containerEntry.place, containerEntry.index});
+    return inPlace ? 2 : 1;
+}
+
+bool Operations::storesBack(std::size_t index, std::size_t blockEnd, const Entry& entry) const {
+    if (index >= blockEnd || m_facts.function.code[index].op != OpCode::StoreName) {
+        return false;
+    }
+    const std::uint32_t global = m_facts.globalSlots[index];
+    if (global != kNotGlobal) {
+        return entry == Entry{Place::Global, global};
+    }
+    return entry == Entry{Place::Local, static_cast<std::uint32_t>(localSlotAt(m_facts.function, index))};
+}
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,155 @@
+#include "vm/engine/variables.h"
+
+#include <string>
+
+#include "vm/engine/instruction_families.h"
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+/// Makes the addition to a register into that register, if that is what the instruction is, one of two operands.
+void shortenIncrease(EngineInstruction& addition) {
+    if ((addition.op == EngineOp::AddRR || addition.op == EngineOp::AddRK) && addition.a == addition.b) {
+        addition.op = addition.op == EngineOp::AddRR ? EngineOp::IncreaseR : EngineOp::IncreaseK;
+        addition.b = addition.c;
+    }
+}
+
+}  // namespace
+
+void Variables::loadName(std::size_t index) {
+    const std::uint32_t global = m_facts.globalSlots[index];
+    if (global != kNotGlobal) {
+        if (!m_assignment.isGlobalDefined(global)) {
+            m_code.emitWide(EngineOp::CheckGlobal, 0, 0, std::size_t{global} * 2);
+            m_assignment.noteGlobal(global);
+        }
+        return m_stack.push({Place::Global, global});
+    }
+    const std::int32_t local = localSlotAt(m_facts.function, index);
+    const auto localRegister = static_cast<std::uint32_t>(local);
+    if (m_assignment.isLocalAssigned(local)) {
+        return m_stack.push({Place::Local, localRegister, m_facts.isOverwrittenNext(index, local)});
+    }
+    const std::string& name = *getStringConstantPtr(m_facts.program, m_facts.function.code[index].a);
+    Code& code = m_code.code();
+    const std::size_t fallback = code.fallbacks.size();
+    code.fallbacks.push_back({reg(localRegister), m_globals.ensureSlot(name)});
+    code.marksUnassigned = true;
+    m_code.emitWide(EngineOp::LoadLocalOrGlobal, 0, m_stack.pushTemporary(), fallback);
+}
+
+void Variables::storeName(std::size_t index) {
+    const std::uint32_t global = m_facts.globalSlots[index];
+    if (global != kNotGlobal) {
+        storeGlobal(global);
+        m_assignment.noteGlobal(global);
+        return;
+    }
+    const std::int32_t local = localSlotAt(m_facts.function, index);
+    const Entry value = m_stack.pop();
+    const Entry target{Place::Local, static_cast<std::uint32_t>(local)};
+    if (value != target) {
+        m_stack.detach(target);
+        moveInto(target.index, value);
+    }
+    m_assignment.noteLocal(local);
+    m_stack.push(target);
+}
+
+void Variables::popEntry(bool isLive) {
+    const Entry value = m_stack.pop();
+    if (isLive) {
+        moveInto(m_code.lastValue(), value);
+    } else if (value.place == Place::Temporary) {
+        m_code.emit(EngineOp::Drop, 0, reg(value.index), 0, 0);
+    }
+}
+
+void Variables::defineFunction(std::size_t index) {
+    const Instruction& instruction = m_facts.function.code[index];
+    const std::uint32_t slot = m_facts.globalSlots[index];
+    m_stack.detach({Place::Global, slot});
+    Code& code = m_code.code();
+    const std::size_t definition = code.definitions.size();
+    code.definitions.push_back({*getStringConstantPtr(m_facts.program, instruction.a), instruction.b, slot});
+    m_code.emitWide(EngineOp::DefineFunction, 0, 0, definition);
+    m_assignment.noteGlobal(slot);
+}
+
+bool Variables::translateAppend(std::size_t index, const AppendChain& chain) {
+    if (index == chain.load) {
+        loadName(index);
+        m_stack.materialize(m_stack.size() - 1);
+    } else if (index == chain.firstAdd) {
+        // From here on the sum takes two places on the stack.
+        m_stack.materialize(m_stack.size() - 1);
+        m_code.emit(EngineOp::BeginAppend, 0, reg(m_stack[m_stack.size() - 2].index), 0, 0);
+    } else if (index == chain.store) {
+        const std::uint32_t global = m_facts.globalSlots[index];
+        m_stack.materialize(m_stack.size() - 1);
+        m_stack.cutTo(m_stack.size() - 2);
+        const Entry target{Place::Global, global};
+        m_stack.detach(target);
+        m_code.emitWide(EngineOp::EndAppend, 0, reg(m_code.temporary(m_stack.size())), std::size_t{global} * 2);
+        m_assignment.noteGlobal(global);
+        m_stack.push(target);
+        ++m_nextAppend;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void Variables::moveInto(std::uint32_t target, const Entry& value) {
+    EngineInstruction* last = m_code.lastInBlock();
+    if (value.place == Place::Temporary && last != nullptr) {
+        if (writesA(last->op) && last->a == reg(value.index)) {
+            last->a = reg(target);
+            shortenIncrease(*last);
+            return;
+        }
+        if (isCall(last->op) && last->b == reg(value.index)) {
+            last->b = reg(target);
+            return;
+        }
+    }
+    loadInto(reg(target), value);
+}
+
+void Variables::loadInto(std::uint16_t target, const Entry& entry) {
+    switch (entry.place) {
+        case Place::Local:
+            return m_code.emit(EngineOp::CopyLocal, 0, target, reg(entry.index), 0);
+        case Place::Temporary:
+            return m_code.emit(EngineOp::MoveTemporary, 0, target, reg(entry.index), 0);
+        case Place::Constant:
+            return m_code.emitWide(EngineOp::LoadConstant, 0, target, entry.index * 2);
+        case Place::Global:
+            return m_code.emitWide(EngineOp::LoadGlobal, 0, target, entry.index * 2);
+    }
+}
+
+void Variables::storeGlobal(std::uint32_t slot) {
+    const Entry value = m_stack.pop();
+    const Entry target{Place::Global, slot};
+    if (value != target) {
+        m_stack.detach(target);
+        EngineInstruction* last = m_code.lastInBlock();
+        const bool isFresh = value.place == Place::Temporary && last != nullptr && last->a == reg(value.index);
+        if (isFresh && slot <= kLargestOperand && isArithmetic(last->op) && !writesGlobal(last->op)) {
+            last->op = plus(last->op, kPairs);
+            last->a = operand(slot);
+        } else if (value.place == Place::Local) {
+            m_code.emitWide(EngineOp::StoreGlobalCopy, 0, reg(value.index), std::size_t{slot} * 2);
+        } else {
+            m_stack.push(value);
+            m_stack.materialize(m_stack.size() - 1);
+            m_code.emitWide(EngineOp::StoreGlobalMove, 0, reg(m_stack.pop().index), std::size_t{slot} * 2);
+        }
+    }
+    m_stack.push(target);
+}
+
+}  // namespace morvel::ruby::internal

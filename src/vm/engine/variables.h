@@ -1,0 +1,55 @@
+// Reads and writes of variables, local and global.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "vm/engine/append_chains.h"
+#include "vm/engine/assignment.h"
+#include "vm/engine/code_builder.h"
+#include "vm/engine/function_facts.h"
+#include "vm/engine/symbolic_stack.h"
+#include "vm/globals.h"
+
+namespace morvel::ruby::internal {
+
+/// Knows which variables surely have a value by now, and has values computed right into variables.
+class Variables {
+public:
+    /// All must outlive the object.
+    Variables(const FunctionFacts& facts, GlobalTable& globals, CodeBuilder& code, SymbolicStack& stack)
+        : m_facts(facts),
+          m_globals(globals),
+          m_assignment(facts.function, facts.flow, globals, facts.globalSlots),
+          m_code(code),
+          m_stack(stack) {}
+
+    void enterBlock(std::size_t block) { m_assignment.enterBlock(block); }
+
+    void loadName(std::size_t index);
+    void storeName(std::size_t index);
+    void popEntry(bool isLive);
+    void defineFunction(std::size_t index);
+    /// Carries out what an append chain has at `index`; false when that is nothing.
+    bool translateAppend(std::size_t index) {
+        return m_nextAppend < m_facts.appends.size() && translateAppend(index, m_facts.appends[m_nextAppend]);
+    }
+
+private:
+    bool translateAppend(std::size_t index, const AppendChain& chain);
+    /// Moves an entry that is off the stack into a register below the temporaries.
+    void moveInto(std::uint32_t target, const Entry& value);
+    /// Puts the value of an entry into a register that may still hold another one.
+    void loadInto(std::uint16_t target, const Entry& entry);
+    void storeGlobal(std::uint32_t slot);
+
+    const FunctionFacts& m_facts;
+    GlobalTable& m_globals;
+    DefiniteAssignment m_assignment;
+    CodeBuilder& m_code;
+    SymbolicStack& m_stack;
+    /// The first append chain that is not behind.
+    std::size_t m_nextAppend = 0;
+};
+
+}  // namespace morvel::ruby::internal
