@@ -26,11 +26,6 @@ const Code& emptyCode() {
     return code;
 }
 
-/// True for an array of two elements that nothing else refers to.
-bool isLonePair(const RubyValue& value) {
-    return value.isArray() && value.data.box->references == 1 && value.asArray().size() == 2;
-}
-
 // A failure caught by pcall leaves the success marker in front.
 RubyValue pcallFailure(const std::string& message) {
     RubyArray outcome;
@@ -183,14 +178,6 @@ bool Engine::leaveFrame(RubyValue* value) {
     const std::uint32_t marks = m_current->marks;
     RubyValue* const result = m_current->result;
     if ((marks & kProtectedFrame) != 0) {
-        if (isLonePair(*result)) {
-            // The pair that ends here, mostly the last outcome, becomes the new one.
-            RubyArray& pair = result->asArray();
-            pair[0] = true;
-            pair[1] = std::move(outcome);
-            popFrame(m_current->code->firstTemporary);
-            return (marks & kEntryFrame) != 0;
-        }
         outcome = pcallSuccess(std::move(outcome));
     }
     // The value returned was the last temporary alive.

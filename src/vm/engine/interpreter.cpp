@@ -81,6 +81,12 @@ using Type = RubyValue::Type;
     return !left->isBoxed() && !right->isBoxed();
 }
 
+/// True for an array of two elements that nothing else refers to.
+[[gnu::always_inline]] inline bool isLonePair(const RubyValue* value) {
+    return value->type == Type::Array && value->data.box->references == 1 &&
+           static_cast<const ArrayBox*>(value->data.box)->elements.size() == 2;
+}
+
 /// Copies `from` to a register or global, whatever that held.
 [[gnu::always_inline]] inline void copyOver(RubyValue* to, const RubyValue* from) {
     if (from->isBoxed()) {
@@ -795,13 +801,20 @@ void Engine::interpret(std::size_t entry) {
 returnValue : {
     RubyValue* const value = returned;
     Frame* const frame = m_current;
+    RubyValue* result = frame->result;
     if (frame->marks != kPlainFrame) [[unlikely]] {
-        SAVE();
-        if (leaveFrame(value)) {
-            return;
+        if (frame->marks != kProtectedFrame || !isLonePair(result)) {
+            SAVE();
+            if (leaveFrame(value)) {
+                return;
+            }
+            LOAD_FRAME(m_current);
+            NEXT();
         }
-        LOAD_FRAME(m_current);
-        NEXT();
+        // The pair that ends here, mostly the last outcome of pcall, becomes the new one.
+        RubyValue* const pair = static_cast<ArrayBox*>(result->data.box)->elements.data();
+        setBoolean(pair, true);
+        result = pair + 1;
     }
     const Type type = value->type;
     const RubyValue::Data data = value->data;
@@ -812,7 +825,6 @@ returnValue : {
             releaseRegister(local);
         }
     }
-    RubyValue* const result = frame->result;
     if (result->isBoxed()) [[unlikely]] {
         releaseRegister(result);
     }
