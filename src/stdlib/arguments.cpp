@@ -22,12 +22,12 @@ const RubyValue& requireNumber(const BuiltinCall& call, std::size_t index) {
     return argument;
 }
 
-const std::string& requireStringArgument(const BuiltinCall& call, std::size_t index) {
+const RubyValue& requireString(const BuiltinCall& call, std::size_t index) {
     const RubyValue& argument = requireArgument(call, index);
     if (!argument.isString()) {
         failCall(call, "expects a string argument");
     }
-    return argument.asString();
+    return argument;
 }
 
 RubyArray& requireArrayArgument(const BuiltinCall& call) {

@@ -46,8 +46,17 @@ const RubyValue& requireArgument(const BuiltinCall& call, std::size_t index);
     return requireNumber(call, index).asFloat();
 }
 
-/// Fails with "NAME expects a string argument".
-[[nodiscard]] const std::string& requireStringArgument(const BuiltinCall& call, std::size_t index);
+/// The argument, a string; fails with "NAME expects a string argument".
+[[nodiscard]] const RubyValue& requireString(const BuiltinCall& call, std::size_t index);
+
+/// The text of the argument; fails with "NAME expects a string argument".
+[[nodiscard]] inline const std::string& requireStringArgument(const BuiltinCall& call, std::size_t index) {
+    if (index < call.count() && call[index].isString()) {
+        return static_cast<const StringBox*>(call[index].data.box)->text;
+    }
+    return requireString(call, index).asString();
+}
+
 /// Argument 0 as an array; fails with "NAME expects an array".
 [[nodiscard]] RubyArray& requireArrayArgument(const BuiltinCall& call);
 
