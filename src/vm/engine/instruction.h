@@ -22,22 +22,13 @@ namespace morvel::ruby::internal {
 // Arithmetic into a register, and into a global (the names ending in ToG...).
 #define MORVEL_ENGINE_ARITHMETIC(ROW, name) MORVEL_ENGINE_PAIRS(ROW, name) MORVEL_ENGINE_PAIRS(ROW, name##ToG)
 
-// container[index]: container letter, index letter.
-#define MORVEL_ENGINE_GET_INDEX(ROW) \
-    ROW(GetIndexRR, R, R)            \
-    ROW(GetIndexRK, R, K)            \
-    ROW(GetIndexRG, R, G)            \
-    ROW(GetIndexGR, G, R)            \
-    ROW(GetIndexGK, G, K)            \
-    ROW(GetIndexGG, G, G)
-
-// A jump on what container[index] holds: container letter, index letter.
-#define MORVEL_ENGINE_TEST_INDEX(ROW, name) \
-    ROW(name##RR, R, R)                     \
-    ROW(name##RK, R, K)                     \
-    ROW(name##RG, R, G)                     \
-    ROW(name##GR, G, R)                     \
-    ROW(name##GK, G, K)                     \
+// container[index], read or tested: container letter, index letter.
+#define MORVEL_ENGINE_INDEX(ROW, name) \
+    ROW(name##RR, R, R)                \
+    ROW(name##RK, R, K)                \
+    ROW(name##RG, R, G)                \
+    ROW(name##GR, G, R)                \
+    ROW(name##GK, G, K)                \
     ROW(name##GG, G, G)
 
 // container[index] = value: container, index and value letters.
@@ -101,28 +92,28 @@ namespace morvel::ruby::internal {
     ROW(ReturnGlobal)      /* G[wide] */                                                             \
     ROW(ReturnNil)
 
-#define MORVEL_ENGINE_OPERATIONS(ROW2, ROW3, ROW)   \
-    MORVEL_ENGINE_ARITHMETIC(ROW2, Add)             \
-    MORVEL_ENGINE_ARITHMETIC(ROW2, Subtract)        \
-    MORVEL_ENGINE_ARITHMETIC(ROW2, Multiply)        \
-    MORVEL_ENGINE_ARITHMETIC(ROW2, Divide)          \
-    MORVEL_ENGINE_ARITHMETIC(ROW2, Modulo)          \
-    MORVEL_ENGINE_PAIRS(ROW2, Equal)                \
-    MORVEL_ENGINE_PAIRS(ROW2, NotEqual)             \
-    MORVEL_ENGINE_PAIRS(ROW2, Less)                 \
-    MORVEL_ENGINE_PAIRS(ROW2, LessEqual)            \
-    MORVEL_ENGINE_PAIRS(ROW2, JumpUnlessEqual)      \
-    MORVEL_ENGINE_PAIRS(ROW2, JumpUnlessNotEqual)   \
-    MORVEL_ENGINE_PAIRS(ROW2, JumpUnlessLess)       \
-    MORVEL_ENGINE_PAIRS(ROW2, JumpUnlessLessEqual)  \
-    MORVEL_ENGINE_PAIRS(ROW2, JumpIfEqual)          \
-    MORVEL_ENGINE_PAIRS(ROW2, JumpIfNotEqual)       \
-    MORVEL_ENGINE_PAIRS(ROW2, JumpIfLess)           \
-    MORVEL_ENGINE_PAIRS(ROW2, JumpIfLessEqual)      \
-    MORVEL_ENGINE_GET_INDEX(ROW2)                   \
-    MORVEL_ENGINE_TEST_INDEX(ROW2, JumpUnlessIndex) \
-    MORVEL_ENGINE_TEST_INDEX(ROW2, JumpIfIndex)     \
-    MORVEL_ENGINE_SET_INDEX(ROW3)                   \
+#define MORVEL_ENGINE_OPERATIONS(ROW2, ROW3, ROW)  \
+    MORVEL_ENGINE_ARITHMETIC(ROW2, Add)            \
+    MORVEL_ENGINE_ARITHMETIC(ROW2, Subtract)       \
+    MORVEL_ENGINE_ARITHMETIC(ROW2, Multiply)       \
+    MORVEL_ENGINE_ARITHMETIC(ROW2, Divide)         \
+    MORVEL_ENGINE_ARITHMETIC(ROW2, Modulo)         \
+    MORVEL_ENGINE_PAIRS(ROW2, Equal)               \
+    MORVEL_ENGINE_PAIRS(ROW2, NotEqual)            \
+    MORVEL_ENGINE_PAIRS(ROW2, Less)                \
+    MORVEL_ENGINE_PAIRS(ROW2, LessEqual)           \
+    MORVEL_ENGINE_PAIRS(ROW2, JumpUnlessEqual)     \
+    MORVEL_ENGINE_PAIRS(ROW2, JumpUnlessNotEqual)  \
+    MORVEL_ENGINE_PAIRS(ROW2, JumpUnlessLess)      \
+    MORVEL_ENGINE_PAIRS(ROW2, JumpUnlessLessEqual) \
+    MORVEL_ENGINE_PAIRS(ROW2, JumpIfEqual)         \
+    MORVEL_ENGINE_PAIRS(ROW2, JumpIfNotEqual)      \
+    MORVEL_ENGINE_PAIRS(ROW2, JumpIfLess)          \
+    MORVEL_ENGINE_PAIRS(ROW2, JumpIfLessEqual)     \
+    MORVEL_ENGINE_INDEX(ROW2, GetIndex)            \
+    MORVEL_ENGINE_INDEX(ROW2, JumpUnlessIndex)     \
+    MORVEL_ENGINE_INDEX(ROW2, JumpIfIndex)         \
+    MORVEL_ENGINE_SET_INDEX(ROW3)                  \
     MORVEL_ENGINE_OTHERS(ROW)
 
 enum class EngineOp : std::uint8_t {

@@ -438,7 +438,7 @@ void Engine::interpret(std::size_t entry) {
         getIndexSlow(to, container, index, INSTRUCTION.n);                                                \
         NEXT();                                                                                           \
     }
-    MORVEL_ENGINE_GET_INDEX(GET_INDEX_ROW)
+    MORVEL_ENGINE_INDEX(GET_INDEX_ROW, GetIndex)
 
 #define TEST_INDEX_ROW(name, C, I, jumps)                                                                          \
     OP(name) {                                                                                                     \
@@ -461,8 +461,8 @@ void Engine::interpret(std::size_t entry) {
     }
 #define UNLESS_INDEX_ROW(name, C, I) TEST_INDEX_ROW(name, C, I, false)
 #define IF_INDEX_ROW(name, C, I) TEST_INDEX_ROW(name, C, I, true)
-    MORVEL_ENGINE_TEST_INDEX(UNLESS_INDEX_ROW, JumpUnlessIndex)
-    MORVEL_ENGINE_TEST_INDEX(IF_INDEX_ROW, JumpIfIndex)
+    MORVEL_ENGINE_INDEX(UNLESS_INDEX_ROW, JumpUnlessIndex)
+    MORVEL_ENGINE_INDEX(IF_INDEX_ROW, JumpIfIndex)
 
 // Stores `value` in an element or entry when there is nothing to release and no reference to count.
 #define STORE_PLAIN(element)                     \
