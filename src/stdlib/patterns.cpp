@@ -110,7 +110,7 @@ RubyValue stringFind(const BuiltinCall& call) {
         return run.begin < text.size() ? positions(run.begin, run.end) : RubyValue();
     }
     const std::size_t found = findText(text, pattern);
-    return found == std::string_view::npos ? RubyValue() : positions(found, found + pattern.size());
+    return found == TextSearch::kNowhere ? RubyValue() : positions(found, found + pattern.size());
 }
 
 RubyValue stringMatch(const BuiltinCall& call) {
@@ -123,7 +123,7 @@ RubyValue stringMatch(const BuiltinCall& call) {
         const Run run = nextDigitRun(text, 0);
         return run.begin < text.size() ? RubyValue(textOf(text, run)) : RubyValue();
     }
-    return findText(text, pattern) == std::string_view::npos ? RubyValue() : call[1];
+    return findText(text, pattern) == TextSearch::kNowhere ? RubyValue() : call[1];
 }
 
 RubyValue stringGmatch(const BuiltinCall& call) {
@@ -136,7 +136,7 @@ RubyValue stringGmatch(const BuiltinCall& call) {
         }
     } else if (!pattern.empty()) {
         TextSearch search(text, pattern);
-        while (search.next() != TextSearch::npos) {
+        while (search.next() != TextSearch::kNowhere) {
             matches.push_back(call[1]);
         }
     }

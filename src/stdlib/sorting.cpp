@@ -88,7 +88,8 @@ struct KeyedString {
     }
 };
 
-static_assert(sizeof(KeyedString) == sizeof(RubyValue) && alignof(KeyedString) == alignof(RubyValue));
+static_assert(sizeof(KeyedString) == sizeof(RubyValue));
+static_assert(alignof(KeyedString) == alignof(RubyValue));
 
 /// Sorts strings in the array's own memory. Nothing can fail on the way from values to keyed strings and back.
 void sortStrings(RubyArray& elements) {
@@ -100,9 +101,9 @@ void sortStrings(RubyArray& elements) {
     std::sort(keyed, keyed + elements.size());
     for (RubyValue& element : elements) {
         StringBox* const box = std::launder(reinterpret_cast<KeyedString*>(&element))->box;
-        auto* const value = ::new (static_cast<void*>(&element)) RubyValue();
-        value->type = RubyValue::Type::String;
-        value->data.box = box;
+        ::new (static_cast<void*>(&element)) RubyValue();
+        element.type = RubyValue::Type::String;
+        element.data.box = box;
     }
 }
 

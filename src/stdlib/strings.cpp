@@ -53,7 +53,7 @@ std::string_view stripped(const BuiltinCall& call, bool atStart, bool atEnd) {
 std::size_t countOf(std::string_view text, std::string_view separator) {
     std::size_t count = 0;
     TextSearch search(text, separator);
-    while (search.next() != TextSearch::npos) {
+    while (search.next() != TextSearch::kNowhere) {
         ++count;
     }
     return count;
@@ -188,7 +188,7 @@ RubyValue stringReverse(const BuiltinCall& call) {
 
 RubyValue stringInclude(const BuiltinCall& call) {
     const std::string& text = requireStringArgument(call, 0);
-    return findText(text, requireStringArgument(call, 1)) != TextSearch::npos;
+    return findText(text, requireStringArgument(call, 1)) != TextSearch::kNowhere;
 }
 
 RubyValue stringStartWith(const BuiltinCall& call) {

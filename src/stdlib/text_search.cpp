@@ -52,7 +52,7 @@ std::size_t TextSearch::next() noexcept {
             return position;
         }
     }
-    return npos;
+    return kNowhere;
 }
 
 bool TextSearch::advance() noexcept {

@@ -13,10 +13,10 @@ public:
     /// `wanted` is not empty. Both texts stay as they are while the search is in use.
     TextSearch(std::string_view text, std::string_view wanted) noexcept;
 
-    /// Where the next place begins; npos when there is none.
+    /// Where the next place begins; kNowhere when there is none.
     [[nodiscard]] std::size_t next() noexcept;
 
-    static constexpr std::size_t npos = std::string_view::npos;
+    static constexpr std::size_t kNowhere = std::string_view::npos;
 
 private:
     /// Looks for candidates among the next places; false when there are none left.
@@ -36,7 +36,7 @@ private:
     unsigned m_candidates = 0;
 };
 
-/// Where `wanted` begins in `text` for the first time; npos when it does not. An empty text is at the beginning.
+/// Where `wanted` begins in `text` for the first time; kNowhere when it does not. An empty text is at the beginning.
 [[nodiscard]] std::size_t findText(std::string_view text, std::string_view wanted) noexcept;
 
 }  // namespace morvel::ruby::internal

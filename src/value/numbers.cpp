@@ -22,8 +22,9 @@ bool appendShortDecimal(std::string& text, double number) {
         return false;
     }
     const double scaled = size * kThousand;
-    const auto thousandths = static_cast<std::uint32_t>(scaled + 0.5);
-    std::uint32_t decimals = thousandths % kThousand;
+    auto thousandths = static_cast<std::uint32_t>(scaled);
+    thousandths += scaled - thousandths >= 0.5 ? 1 : 0;
+    const std::uint32_t decimals = thousandths % kThousand;
     if (std::fabs(scaled - thousandths) > kNear || (size >= kThousand && decimals != 0)) {
         return false;
     }
@@ -34,9 +35,11 @@ bool appendShortDecimal(std::string& text, double number) {
     end = std::to_chars(end, buffer.data() + buffer.size(), thousandths / kThousand).ptr;
     if (decimals != 0) {
         *end++ = '.';
-        for (std::uint32_t unit = kThousand / kTen; decimals != 0; unit /= kTen) {
-            *end++ = static_cast<char>('0' + decimals / unit);
-            decimals %= unit;
+        *end++ = static_cast<char>('0' + decimals / (kTen * kTen));
+        *end++ = static_cast<char>('0' + decimals / kTen % kTen);
+        *end++ = static_cast<char>('0' + decimals % kTen);
+        while (end[-1] == '0') {
+            --end;
         }
     }
     text.append(buffer.data(), end);

@@ -18,7 +18,7 @@ using internal::TextSearch;
 std::vector<std::size_t> placesOf(std::string_view text, std::string_view wanted) {
     std::vector<std::size_t> places;
     TextSearch search(text, wanted);
-    for (std::size_t place = search.next(); place != TextSearch::npos; place = search.next()) {
+    for (std::size_t place = search.next(); place != TextSearch::kNowhere; place = search.next()) {
         places.push_back(place);
     }
     return places;
@@ -67,14 +67,14 @@ TEST(TextSearch, EndsForGood) {
     TextSearch search("one two", "o");
     EXPECT_EQ(0u, search.next());
     EXPECT_EQ(6u, search.next());
-    EXPECT_EQ(TextSearch::npos, search.next());
-    EXPECT_EQ(TextSearch::npos, search.next());
+    EXPECT_EQ(TextSearch::kNowhere, search.next());
+    EXPECT_EQ(TextSearch::kNowhere, search.next());
 }
 
 TEST(TextSearch, FindTextTakesEmptyTexts) {
     EXPECT_EQ(0u, findText("", ""));
     EXPECT_EQ(0u, findText("abc", ""));
-    EXPECT_EQ(TextSearch::npos, findText("", "a"));
+    EXPECT_EQ(TextSearch::kNowhere, findText("", "a"));
     EXPECT_EQ(2u, findText("abc", "c"));
 }
 
