@@ -37,7 +37,7 @@ void* runBody(void* body) {
 }
 
 /// Runs `body` on a thread of its own: what the runtime keeps for reuse goes when the thread ends. The stack is large
-/// enough for the plain executor to take all steps in calls of calls, and not larger, because rendering something that
+/// enough for either executor to take all steps in calls of calls, and not larger, because rendering something that
 /// contains itself uses all of it.
 void runOnThread(const std::function<void()>& body) {
 #ifdef NDEBUG
@@ -45,7 +45,7 @@ void runOnThread(const std::function<void()>& body) {
 #else
     constexpr bool kSmallFrames = false;
 #endif
-    constexpr std::size_t kStack = std::size_t{kSmallFrames ? 4 : 16} * 1024 * 1024;
+    constexpr std::size_t kStack = std::size_t{kSmallFrames ? 4 : 64} * 1024 * 1024;
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     pthread_attr_setstacksize(&attributes, kStack);
