@@ -13,6 +13,13 @@
 
 namespace morvel::ruby::tests {
 
+/// Whether the compiler optimises, so that tests may repeat more.
+#if defined(__OPTIMIZE__)
+inline constexpr bool kOptimised = true;
+#else
+inline constexpr bool kOptimised = false;
+#endif
+
 #if defined(__SANITIZE_ADDRESS__)
 inline constexpr bool kAddressSanitizer = true;
 #elif defined(__has_feature)
