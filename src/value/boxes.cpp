@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
+#include <utility>
 
 #include "morvel/ruby/function.h"
 #include "morvel/ruby/map.h"
@@ -145,13 +146,6 @@ void FreeList::give(void* block) noexcept {
     ++m_length;
 }
 
-/// Containers whose last reference is gone and whose contents still have to be released. The chain runs through the
-/// dead boxes themselves, so that releasing needs no memory and no recursion.
-struct Graveyard {
-    Box* first = nullptr;
-    bool draining = false;
-};
-
 constinit thread_local Graveyard graveyard;
 
 static_assert(alignof(ArrayBox) >= 8 && alignof(MapBox) >= 8 && alignof(RubyFunctionHandle) >= 8,
@@ -201,6 +195,10 @@ bool mayRunHostCode(std::uint8_t type, const Box* box) noexcept {
 
 constinit thread_local Box* deferredHosts = nullptr;
 
+FreshGraveyard::FreshGraveyard() noexcept : m_suspended(std::exchange(graveyard, {})) {}
+
+FreshGraveyard::~FreshGraveyard() { graveyard = m_suspended; }
+
 DeferHostReleases::DeferHostReleases() noexcept { ++deferring; }
 
 DeferHostReleases::~DeferHostReleases() {
@@ -218,6 +216,10 @@ void releaseDeferredHosts() noexcept {
     }
     --deferring;
 }
+
+ReleaseHostsAtOnce::ReleaseHostsAtOnce() noexcept : m_suspended(std::exchange(deferring, 0)) { releaseDeferredHosts(); }
+
+ReleaseHostsAtOnce::~ReleaseHostsAtOnce() { deferring = m_suspended; }
 
 void destroyBox(std::uint8_t type, Box* box) noexcept {
     if (static_cast<RubyValue::Type>(type) == RubyValue::Type::String) {

@@ -35,4 +35,18 @@ std::size_t GlobalTable::findSlot(const std::string& name) const {
     return found == m_slots.end() ? kNoSlot : found->second;
 }
 
+void GlobalTable::release() noexcept {
+    bool found = true;
+    while (found) {
+        found = false;
+        for (std::size_t slot = m_values.size(); slot-- > 0;) {
+            RubyValue& value = m_values[slot];
+            if (value.type != kUndefinedType && !value.isNil()) {
+                found = true;
+                value = RubyValue();
+            }
+        }
+    }
+}
+
 }  // namespace morvel::ruby::internal

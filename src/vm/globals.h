@@ -42,6 +42,10 @@ public:
     [[nodiscard]] RubyValue* values() noexcept { return m_values.data(); }
     [[nodiscard]] std::size_t size() const noexcept { return m_values.size(); }
 
+    /// Sets every global that is defined to nil, those of the host before the built-ins; again until nothing that ends
+    /// thereby has defined another.
+    void release() noexcept;
+
 private:
     std::unordered_map<std::string, std::size_t, TextHash> m_slots;
     std::vector<const std::string*> m_names;

@@ -6,6 +6,7 @@
 
 #include "bytecode/image.h"
 #include "compiler/compiler.h"
+#include "value/deferred_release.h"
 #include "value/files.h"
 #include "vm/engine/engine.h"
 #include "vm/errors.h"
@@ -47,6 +48,12 @@ RubyVM::Impl::Impl(RubyVM* vm)
 }
 
 RubyVM::Impl::~Impl() = default;
+
+void RubyVM::Impl::close() noexcept {
+    // The host may have made the VM in the middle of a run of another one.
+    const internal::ReleaseHostsAtOnce now;
+    globals.release();
+}
 
 RubyFunctionHandle& RubyVM::Impl::bindFunction(const std::string& name, RubyHostFunction callback) {
     auto handle = std::make_unique<RubyFunctionHandle>();

@@ -40,6 +40,10 @@ public:
     /// The implementation behind a VM, for host functions that belong to the runtime.
     [[nodiscard]] static Impl& of(RubyVM& vm) noexcept { return *vm.m_impl; }
 
+    /// Lets go of all globals while the VM still works, since what they captured may use it as it ends. The VM is of no
+    /// use afterwards.
+    void close() noexcept;
+
     /// Sets the version globals and binds every built-in.
     void bindDefaults();
 

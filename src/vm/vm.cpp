@@ -7,7 +7,11 @@ namespace morvel::ruby {
 
 RubyVM::RubyVM() : m_impl(std::make_unique<Impl>(this)) {}
 
-RubyVM::~RubyVM() = default;
+RubyVM::~RubyVM() {
+    if (m_impl != nullptr) {
+        m_impl->close();
+    }
+}
 
 RubyVM::RubyVM(RubyVM&& other) noexcept : m_impl(std::move(other.m_impl)) {
     if (m_impl != nullptr) {
@@ -17,6 +21,9 @@ RubyVM::RubyVM(RubyVM&& other) noexcept : m_impl(std::move(other.m_impl)) {
 
 RubyVM& RubyVM::operator=(RubyVM&& other) noexcept {
     if (this != &other) {
+        if (m_impl != nullptr) {
+            m_impl->close();
+        }
         m_impl = std::move(other.m_impl);
         if (m_impl != nullptr) {
             m_impl->owner = this;

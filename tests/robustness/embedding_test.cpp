@@ -167,6 +167,121 @@ TEST(Callbacks, MayOutliveNothingButTheirVm) {
     EXPECT_EQ(held.use_count(), 1);
 }
 
+/// Counts how many of its kind are there; the counter must live longer.
+class Counted {
+public:
+    explicit Counted(int& alive) : m_alive(alive) { ++m_alive; }
+    ~Counted() { --m_alive; }
+    Counted(const Counted&) = delete;
+    Counted& operator=(const Counted&) = delete;
+
+private:
+    int& m_alive;
+};
+
+void bindCounted(RubyVM& vm, const std::string& name, int& alive) {
+    vm.bindFunction(name, [counted = std::make_shared<Counted>(alive)](RubyVM&, RubyArguments) { return 1; });
+}
+
+TEST(Callbacks, EndWithTheirVmAlsoWithinARunOfAnother) {
+    RubyVM outer;
+    std::vector<int> alive;
+    outer.bindFunction("job", [&alive](RubyVM&, RubyArguments) {
+        const auto count = std::make_unique<int>(0);
+        {
+            RubyVM inner;
+            bindCounted(inner, "f", *count);
+            bindCounted(inner, "g", *count);
+            bindCounted(inner, "g", *count);
+            (void)inner.runScriptString("list = [f, g] f()", "inner");
+            inner = RubyVM();
+            alive.push_back(*count);
+            bindCounted(inner, "f", *count);
+        }
+        alive.push_back(*count);
+        return RubyValue();
+    });
+    EXPECT_EQ(outcome(outer, "job() job() return pcall(job)[0]"), "true");
+    EXPECT_EQ(alive, (std::vector<int>{0, 0, 0, 0, 0, 0}));
+}
+
+TEST(Callbacks, EndWithTheirVmAlsoWithinTheEndOfAnotherOne) {
+    struct Plugin {
+        Plugin() { bindCounted(vm, "f", *count); }
+        // The VM goes first.
+        std::unique_ptr<int> count = std::make_unique<int>(0);
+        RubyVM vm;
+    };
+    RubyVM outer;
+    int ended = 0;
+    const auto end = [&ended](Plugin* plugin) {
+        delete plugin;
+        ++ended;
+    };
+    outer.bindFunction("plugin", [plugin = std::shared_ptr<Plugin>(new Plugin, end)](RubyVM&, RubyArguments) {
+        return plugin->vm.runScriptString("return f()", "plugin").value;
+    });
+    EXPECT_EQ(outcome(outer, "plugin()"), "1");
+    outer.setGlobal("plugin", nullptr);
+    EXPECT_EQ(ended, 1);
+}
+
+/// Runs a script as it ends.
+class LastScript {
+public:
+    LastScript(RubyVM& vm, std::string source, std::vector<std::string>& results)
+        : m_vm(vm), m_source(std::move(source)), m_results(results) {}
+    ~LastScript() { m_results.push_back(outcome(m_vm, m_source)); }
+    LastScript(const LastScript&) = delete;
+    LastScript& operator=(const LastScript&) = delete;
+
+private:
+    RubyVM& m_vm;
+    std::string m_source;
+    std::vector<std::string>& m_results;
+};
+
+TEST(Callbacks, MayUseTheirVmAsItEnds) {
+    std::vector<std::string> results;
+    {
+        RubyVM vm;
+        const auto bind = [&](const std::string& name, const std::string& source) {
+            vm.bindFunction(name, [last = std::make_shared<LastScript>(vm, source, results)](RubyVM&, RubyArguments) {
+                return RubyValue();
+            });
+        };
+        bind("a", "def f(n) if n == 0 then return [] end return [f(n - 1)] end return f(3)");
+        bind("b", "a = 1 new_name = [a] another = b return len(new_name)");
+        bind("c", "array_push(list, 1)");
+        vm.setGlobal("list", RubyArray{1, 2});
+        EXPECT_EQ(outcome(vm, "held = [a, b, map_new()] table_set(held[2], 'c', c) a = nil b = nil c = nil"), "nil");
+        EXPECT_TRUE(results.empty());
+    }
+    EXPECT_EQ(results, (std::vector<std::string>{"[1, 2, 1]", "1", "[[[[]]]]"}));
+}
+
+// The memory of a script that runs while something ends.
+TEST(Callbacks, MayRunForLongAsTheyEnd) {
+    RubyVM other;
+    std::vector<std::size_t> live;
+    other.bindFunction("look", [&live](RubyVM&, RubyArguments) {
+        live.push_back(allocationCounts().liveBytes);
+        return RubyValue();
+    });
+    std::vector<std::string> results;
+    RubyVM vm;
+    const std::string source = "look() i = 0 while i < 10000 do x = [i, [i]] i = i + 1 end x = nil look() return i";
+    vm.bindFunction("f", [last = std::make_shared<LastScript>(other, source, results)](RubyVM&, RubyArguments) {
+        return RubyValue();
+    });
+    live.reserve(2);
+    vm.setGlobal("f", nullptr);
+    EXPECT_EQ(results, std::vector<std::string>{"10000"});
+    ASSERT_EQ(live.size(), 2U);
+    constexpr std::size_t kKeptForReuse = 100'000;
+    EXPECT_LT(live[1], live[0] + kKeptForReuse);
+}
+
 TEST(Callbacks, MayBeEmpty) {
     RubyVM vm;
     vm.bindFunction("empty", RubyHostFunction());

@@ -37,8 +37,8 @@ struct RubyBytecode {
 /// Example:
 ///
 ///     morvel::ruby::RubyVM vm;
-///     vm.bindFunction("twice", [](RubyVM&, RubyArguments arguments) { return RubyValue(arguments[0].asFloat() * 2);
-///     }); RubyResult result = vm.runScriptString("twice(21)", "example");   // result.value is the float 42.0
+///     vm.bindFunction("twice", [](RubyVM&, RubyArguments arguments) { return arguments[0].asFloat() * 2; });
+///     RubyResult result = vm.runScriptString("twice(21)", "example");   // result.value is the float 42.0
 class RubyVM {
 public:
     /// Makes an interpreter with the standard library bound. Throws std::bad_alloc when memory runs out.

@@ -87,6 +87,7 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
     RubyValue result;
     const std::size_t entry = depth();
     // Destroyed last: by then the frames of this run are gone.
+    const FreshGraveyard graveyard;
     const DeferHostReleases deferral;
     struct Unwinder {
         Engine& engine;
