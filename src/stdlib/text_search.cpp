@@ -11,6 +11,10 @@ namespace morvel::ruby::internal {
 namespace {
 
 constexpr std::size_t kLanes = 16;
+/// How many bytes of a candidate are compared before the comparison counts.
+constexpr std::size_t kBeginning = 32;
+/// How many bytes may be compared for each byte of the texts.
+constexpr std::size_t kPatience = 8;
 
 using Lanes [[gnu::vector_size(kLanes)]] = unsigned char;
 
@@ -43,13 +47,24 @@ bool isAnySet(Lanes lanes) noexcept {
 TextSearch::TextSearch(std::string_view text, std::string_view wanted) noexcept
     : m_text(text), m_wanted(wanted), m_places(text.size() - std::min(wanted.size() - 1, text.size())) {}
 
-std::size_t TextSearch::next() noexcept {
+std::size_t TextSearch::next() {
+    if (!m_borders.empty()) {
+        return nextByBorders();
+    }
     while (m_candidates != 0 || advance()) {
         const std::size_t position = m_block + static_cast<std::size_t>(std::countr_zero(m_candidates));
         m_candidates &= m_candidates - 1;
-        if (position >= m_from && isAt(position)) {
+        if (position < m_from) {
+            continue;
+        }
+        if (isAt(position)) {
             m_from = position + m_wanted.size();
             return position;
+        }
+        if (m_compared / kPatience > position + m_wanted.size()) {
+            m_from = position + 1;
+            findBorders();
+            return nextByBorders();
         }
     }
     return kNowhere;
@@ -82,12 +97,52 @@ bool TextSearch::advance() noexcept {
     return false;
 }
 
-bool TextSearch::isAt(std::size_t position) const noexcept {
-    return m_wanted.size() <= 2 ||
-           std::memcmp(m_text.data() + position + 1, m_wanted.data() + 1, m_wanted.size() - 2) == 0;
+bool TextSearch::isAt(std::size_t position) noexcept {
+    // The first and the last byte are right.
+    if (m_wanted.size() <= 2) {
+        return true;
+    }
+    const std::string_view middle = m_wanted.substr(1, m_wanted.size() - 2);
+    const char* const place = m_text.data() + position + 1;
+    if (middle.size() <= kBeginning) {
+        return std::memcmp(place, middle.data(), middle.size()) == 0;
+    }
+    if (std::memcmp(place, middle.data(), kBeginning) != 0) {
+        return false;
+    }
+    m_compared += middle.size();
+    return std::memcmp(place, middle.data(), middle.size()) == 0;
 }
 
-std::size_t findText(std::string_view text, std::string_view wanted) noexcept {
+void TextSearch::findBorders() {
+    m_borders.resize(m_wanted.size());
+    std::size_t border = 0;
+    for (std::size_t end = 1; end < m_wanted.size(); ++end) {
+        border = longerBorder(border, m_wanted[end]);
+        m_borders[end] = border;
+    }
+}
+
+std::size_t TextSearch::longerBorder(std::size_t border, char byte) const noexcept {
+    while (border > 0 && m_wanted[border] != byte) {
+        border = m_borders[border - 1];
+    }
+    return m_wanted[border] == byte ? border + 1 : 0;
+}
+
+std::size_t TextSearch::nextByBorders() noexcept {
+    std::size_t matched = 0;
+    for (; m_from < m_text.size(); ++m_from) {
+        matched = longerBorder(matched, m_text[m_from]);
+        if (matched == m_wanted.size()) {
+            ++m_from;
+            return m_from - matched;
+        }
+    }
+    return kNowhere;
+}
+
+std::size_t findText(std::string_view text, std::string_view wanted) {
     return wanted.empty() ? 0 : TextSearch(text, wanted).next();
 }
 

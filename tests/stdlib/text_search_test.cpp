@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ctime>
 #include <memory>
 #include <random>
 #include <string>
@@ -93,6 +94,47 @@ TEST(TextSearch, AgreesWithTheStandardSearch) {
             }
         }
     }
+}
+
+/// Long stretches of one letter: nearly every place looks right at its beginning and its end.
+std::string stretches(std::mt19937& random, std::size_t size) {
+    std::string text(size, 'a');
+    for (std::size_t breaks = random() % 4; breaks > 0 && size > 0; --breaks) {
+        text[random() % size] = 'b';
+    }
+    return text;
+}
+
+TEST(TextSearch, AgreesWithTheStandardSearchWherePlacesLookAlike) {
+    std::mt19937 random(2);
+    constexpr int kRounds = 3'000;
+    std::size_t found = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        const ExactText wanted(stretches(random, 1 + random() % 150));
+        std::string together;
+        for (std::size_t parts = random() % 12; parts > 0; --parts) {
+            together += random() % 3 == 0 ? std::string(wanted.view()) : stretches(random, random() % 400);
+        }
+        const ExactText text(together);
+        const std::vector<std::size_t> places = placesOf(text.view(), wanted.view());
+        ASSERT_EQ(expectedPlaces(text.view(), wanted.view()), places) << together << "\n" << wanted.view();
+        found += places.size();
+    }
+    EXPECT_GT(found, std::size_t{kRounds});
+}
+
+// Comparing the whole of what is looked for at every place would take a minute and more.
+TEST(TextSearch, TakesTimeInProportionToTheText) {
+    constexpr std::size_t kSize = 3'000'000;
+    constexpr double kMostSeconds = 5;
+    const std::string text(kSize, 'a');
+    const std::string half(kSize / 4, 'a');
+    const std::clock_t start = std::clock();
+    for (const std::string& wanted : {half + 'b' + half, half + 'b' + "a", "ab" + half}) {
+        EXPECT_EQ(placesOf(text, wanted), std::vector<std::size_t>{});
+        EXPECT_EQ(placesOf(text + wanted, wanted).size(), 1u);
+    }
+    EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, kMostSeconds);
 }
 
 }  // namespace
