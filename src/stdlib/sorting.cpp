@@ -83,8 +83,8 @@ struct KeyedString {
     StringBox* box;
 
     bool operator<(const KeyedString& other) const noexcept {
-        // Texts compare byte by byte, as unsigned.
-        return prefix != other.prefix ? prefix < other.prefix : box->text < other.box->text;
+        // Texts compare byte by byte, as unsigned; one that is in the array many times may be long.
+        return prefix != other.prefix ? prefix < other.prefix : box != other.box && box->text < other.box->text;
     }
 };
 
@@ -107,22 +107,40 @@ void sortStrings(RubyArray& elements) {
     }
 }
 
-struct RenderedElement {
+/// An element and its text, which is the string's own or the rendered one.
+class RenderedElement {
+public:
+    explicit RenderedElement(const RubyValue& element) : value(element) {
+        if (!element.isString()) {
+            m_rendered = element.toString();
+        }
+    }
+
+    bool operator<(const RenderedElement& other) const {
+        if (value.isNumeric() && other.value.isNumeric()) {
+            return value.asFloat() < other.value.asFloat();
+        }
+        const std::string& left = text();
+        const std::string& right = other.text();
+        return &left != &right && left < right;
+    }
+
     RubyValue value;
-    std::string text;
+
+private:
+    [[nodiscard]] const std::string& text() const { return value.isString() ? value.asString() : m_rendered; }
+
+    std::string m_rendered;
 };
 
 void sortMixed(RubyArray& elements) {
     std::vector<RenderedElement> rendered;
     rendered.reserve(elements.size());
     for (const RubyValue& element : elements) {
-        rendered.push_back({element, element.toString()});
+        rendered.emplace_back(element);
     }
     // A merge sort: unlike a quick sort it stays within its bounds whatever the comparison answers.
-    std::stable_sort(rendered.begin(), rendered.end(), [](const RenderedElement& left, const RenderedElement& right) {
-        return left.value.isNumeric() && right.value.isNumeric() ? left.value.asFloat() < right.value.asFloat()
-                                                                 : left.text < right.text;
-    });
+    std::stable_sort(rendered.begin(), rendered.end());
     for (std::size_t i = 0; i < elements.size(); ++i) {
         elements[i] = std::move(rendered[i].value);
     }

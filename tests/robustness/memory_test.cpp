@@ -89,6 +89,22 @@ TEST(ImpossibleSizes, AreRefusedByTheProgram) {
     }
 }
 
+// The same text many times: neither copied nor compared with itself.
+TEST(SortingALongText, NeedsNeitherMemoryNorTimeForEachOfItsPlaces) {
+    const ChildOutcome child = runInChild(
+        [] {
+            const std::string made = "text = string_rep('x', 1000000) a = array_new(2000, text) ";
+            const bool isSorted =
+                outcome(made + "table_sort(a) return [len(a), a[0] == text]") == "[2000, true]" &&
+                outcome(made + "array_push(a, nil) table_sort(a) return [a[0], a[1] == text]") == "[nil, true]";
+            return isSorted ? 0 : 1;
+        },
+        20);
+    EXPECT_EQ(child.status, 0) << child.error;
+    EXPECT_LT(child.cpuTime, std::chrono::seconds(2));
+    EXPECT_LT(child.peakMemory, (kAddressSanitizer || kThreadSanitizer ? 400 : 40) * kMebibyte);
+}
+
 TEST(LargeCountsWithoutLargeResults, NeedNoMemory) {
     EXPECT_EQ(
         outcome("return [string_rep('', 9223372036854775807), string_rep('x', -9223372036854775807), "
