@@ -78,6 +78,9 @@ RubyValue splitPieces(RecentStrings& strings, std::string_view text, std::string
 
 RubyValue splitBytes(RecentStrings& strings, std::string_view text, std::size_t mostPieces) {
     RubyArray pieces;
+    const std::size_t count = std::min(mostPieces, text.size());
+    requireMemory(count, sizeof(RubyValue));
+    pieces.reserve(count);
     while (!text.empty() && pieces.size() + 1 < mostPieces) {
         pieces.push_back(strings.valueOf(text.substr(0, 1)));
         text.remove_prefix(1);

@@ -21,7 +21,7 @@ std::size_t machineMemory() noexcept {
 }  // namespace
 
 void requireMemory(std::size_t count, std::size_t size) {
-    if (count <= kSurelyThere / size) {
+    if (size == 0 || count <= kSurelyThere / size) {
         return;
     }
     static const std::size_t memory = machineMemory();

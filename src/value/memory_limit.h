@@ -8,7 +8,7 @@ namespace morvel::ruby::internal {
 /// Bytes that are not worth a look at the machine: small requests are the rule.
 inline constexpr std::size_t kSurelyThere = 1 << 20;
 
-/// Throws std::bad_alloc when `count` elements of `size` bytes each exceed the machine's memory.
+/// Throws std::bad_alloc when `count` elements of `size` bytes each exceed the machine's memory. Either may be 0.
 void requireMemory(std::size_t count, std::size_t size);
 
 }  // namespace morvel::ruby::internal

@@ -123,6 +123,7 @@ TEST(Files, CannotWriteEverywhere) {
 
 TEST(MemoryLimit, RefusesWhatNoMachineHas) {
     EXPECT_NO_THROW(internal::requireMemory(0, 16));
+    EXPECT_NO_THROW(internal::requireMemory(std::numeric_limits<std::size_t>::max(), 0));
     EXPECT_NO_THROW(internal::requireMemory(1000000, 16));
     EXPECT_THROW(internal::requireMemory(std::numeric_limits<std::size_t>::max(), 1), std::bad_alloc);
     EXPECT_THROW(internal::requireMemory(std::numeric_limits<std::size_t>::max() / 16 + 1, 16), std::bad_alloc);
