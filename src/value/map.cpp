@@ -165,7 +165,8 @@ struct RubyMap::Probe {
     std::array<char, 24> digits;
 };
 
-RubyMap::RubyMap(const std::unordered_map<std::string, RubyValue>& entries) {
+// The delegation makes an object of it before anything can fail, so that its destructor runs then.
+RubyMap::RubyMap(const std::unordered_map<std::string, RubyValue>& entries) : RubyMap() {
     for (const auto& [key, value] : entries) {
         insert_or_assign(key, value);
     }

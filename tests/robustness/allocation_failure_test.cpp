@@ -2,10 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
+#include <new>
 #include <optional>
 #include <ostream>
 #include <string>
 #include <thread>
+#include <unordered_map>
+#include <vector>
 
 #include "counting_allocator.h"
 #include "morvel/ruby/vm.h"
@@ -286,6 +290,37 @@ TEST(AllocationFailureInPcall, TheScriptHandlesIt) {
     }
     // Two for each turn of the loop: the text and its box.
     EXPECT_GE(handled, 40U);
+}
+
+// Values that hosts make of their own containers.
+TEST(AllocationFailureInValues, LeaksNothing) {
+    std::unordered_map<std::string, RubyValue> entries;
+    for (int i = 0; i < 40; ++i) {
+        entries["a key of more than sixteen bytes " + std::to_string(i)] = "a text of more than sixteen bytes";
+    }
+    const std::vector<std::function<void()>> makers{
+        [&] { const RubyMap map(entries); },
+        [&] { const RubyValue value(entries); },
+        [&] { const RubyValue value(RubyMap{entries}); },
+        [] { const RubyValue value(RubyArray(100, RubyValue("a text of more than sixteen bytes"))); },
+    };
+    for (const auto& make : makers) {
+        bool failed = true;
+        for (std::size_t point = 1; failed; ++point) {
+            // What a thread keeps for reuse goes when it ends.
+            const std::size_t before = allocationCounts().liveBytes;
+            std::thread([&] {
+                FailingAllocations failures(point, FailureMode::OnlyOne);
+                try {
+                    make();
+                } catch (const std::bad_alloc&) {
+                    EXPECT_TRUE(failures.stop());
+                }
+                failed = failures.stop();
+            }).join();
+            EXPECT_EQ(allocationCounts().liveBytes, before) << point;
+        }
+    }
 }
 
 // What the host asks for may fail too: the VM is as it was before.
