@@ -35,12 +35,14 @@ bool flushOutput() {
     return std::cout.good() && std::ferror(stdout) == 0;
 }
 
+constexpr std::string_view kLostOutput = "failed to write to standard output";
+
 void reportLine(const std::string& line) {
     flushOutput();
     std::cerr << line << '\n' << std::flush;
 }
 
-void reportError(const std::string& message) { reportLine("morveltesk: " + message); }
+void reportError(std::string_view message) { reportLine("morveltesk: " + std::string(message)); }
 
 int printUsage(std::string_view invocation) {
     std::cerr << "Usage:\n";
@@ -85,6 +87,8 @@ void compileFile(const RubyVM& vm, const std::string& scriptPath, const std::str
 }
 
 void runRepl(RubyVM& vm) {
+    // A line that there is no memory for throws; it would look like the end of the input otherwise.
+    std::cin.exceptions(std::ios::badbit);
     std::string line;
     while (true) {
         std::cout << "rb> " << std::flush;
@@ -132,19 +136,24 @@ bool runMode(RubyVM& vm, std::span<char*> words) {
 }  // namespace
 
 int runProgram(std::span<char*> words) {
-    // A reader that goes away is an error to report, not a reason to die without a word.
+    // A reader that goes away or a file that may not grow is an error to report, not a reason to die without a word.
     (void)std::signal(SIGPIPE, SIG_IGN);
+    (void)std::signal(SIGXFSZ, SIG_IGN);
     try {
         RubyVM vm;
         if (!runMode(vm, words)) {
             return printUsage(words.empty() ? "morveltesk" : words[0]);
         }
     } catch (const std::exception& exception) {
-        reportError(messageOf(exception));
+        const std::string message = messageOf(exception);
+        reportError(message);
+        if (message != kLostOutput && !flushOutput()) {
+            reportError(kLostOutput);
+        }
         return kFailure;
     }
     if (!flushOutput()) {
-        std::cerr << "morveltesk: failed to write to standard output\n";
+        reportError(kLostOutput);
         return kFailure;
     }
     return kSuccess;

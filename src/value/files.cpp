@@ -1,6 +1,8 @@
 #include "value/files.h"
 
-#include <array>
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <system_error>
@@ -19,7 +21,14 @@ bool isDirectory(const std::string& path) {
 
 }  // namespace
 
-bool canOpenFile(const std::string& path) { return !holdsNul(path) && std::ifstream(path, std::ios::binary).good(); }
+bool canOpenFile(const std::string& path) {
+    if (holdsNul(path)) {
+        return false;
+    }
+    // A file stream would wait for the other end of a pipe with a name.
+    const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    return file >= 0 && close(file) == 0;
+}
 
 bool readWholeFile(const std::string& path, std::string& content) {
     if (holdsNul(path) || isDirectory(path)) {

@@ -32,6 +32,21 @@ TEST(SmallAddressSpace, IsReportedAsOutOfMemory) {
     }
 }
 
+TEST(SmallAddressSpace, EndsTheReplWithAnErrorWhenALineDoesNotFit) {
+    constexpr rlim_t kAddressSpace = 128 * 1024 * 1024;
+    ChildSetup setup;
+    setup.arguments = {"--repl"};
+    setup.input = "puts('before')\nx = '" + std::string(kAddressSpace, 'x') + "'\nputs('after')\n";
+    setup.prepare = [] {
+        const rlimit limit{kAddressSpace, kAddressSpace};
+        setrlimit(RLIMIT_AS, &limit);
+    };
+    const ChildOutcome child = runProgram(setup);
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.output, "rb> before\nrb> ");
+    EXPECT_EQ(child.error, "morveltesk: out of memory\n");
+}
+
 }  // namespace
 
 }  // namespace morvel::ruby::tests

@@ -1,6 +1,8 @@
 // Files, devices and streams that fail: every failure is reported, none is lost or fatal.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -77,6 +79,38 @@ TEST(WritingFiles, ReportsAClosedPipe) {
     EXPECT_EQ(outcome("append_file('" + path + "', 'x')"), "error: failed to append file: " + path);
     close(ends[1]);
     (void)std::signal(SIGPIPE, before);
+}
+
+// Otherwise the system ends the process when a file reaches the limit of its size.
+TEST(WritingFiles, ReportsALimitOfSize) {
+    const TemporaryDirectory directory;
+    ChildSetup setup;
+    setup.prepare = [] {
+        constexpr rlim_t kMost = 100'000;
+        const rlimit limit{kMost, kMost};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    };
+    const std::string large = directory.path("large");
+    writeFile(directory.path("s.rb"), "puts(pcall(write_file, '" + large + "', string_rep('x', 1000000))[2])");
+    setup.arguments = {directory.path("s.rb")};
+    const ChildOutcome script = runProgram(setup);
+    EXPECT_EQ(script.status, 0);
+    EXPECT_EQ(script.output, "failed to write file: " + large + '\n');
+
+    writeFile(directory.path("s.rb"), "x = '" + std::string(1'000'000, 'x') + "'");
+    setup.arguments = {"--compile", directory.path("s.rb"), directory.path("image")};
+    const ChildOutcome compiled = runProgram(setup);
+    EXPECT_EQ(compiled.status, 1);
+    EXPECT_EQ(compiled.error, "morveltesk: failed to write file: " + directory.path("image") + '\n');
+}
+
+TEST(NamedPipes, AreFoundWithoutWaitingForTheirOtherEnd) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.path("pipe");
+    ASSERT_EQ(mkfifo(path.c_str(), S_IRUSR | S_IWUSR), 0);
+    const ChildOutcome child =
+        runInChild([&] { return outcome("file_exists?('" + path + "')") == "true" ? 0 : 1; }, 20);
+    EXPECT_EQ(child.status, 0);
 }
 
 TEST(ReadingFiles, ReportsAReadError) {
@@ -185,7 +219,7 @@ TEST(StandardOutput, IsNotLostInSilence) {
         // An error of the script comes first.
         const ChildOutcome failed = runScript("puts('a line') error('its own')", prepare);
         EXPECT_EQ(failed.status, 1);
-        EXPECT_EQ(failed.error, "morveltesk: its own\n");
+        EXPECT_EQ(failed.error, std::string("morveltesk: its own\n") + kLostOutput);
         // Nothing written, nothing lost.
         EXPECT_EQ(runScript("x = 1", prepare).status, 0);
     }
