@@ -25,7 +25,9 @@ std::string errorText(const std::exception& exception) {
     if (dynamic_cast<const std::bad_alloc*>(&exception) != nullptr) {
         return "out of memory";
     }
-    return exception.what();
+    // A host's exception may have no text.
+    const char* const text = exception.what();
+    return text != nullptr ? text : "";
 }
 
 std::string arityMessage(const CompiledFunction& function, std::size_t argumentCount) {

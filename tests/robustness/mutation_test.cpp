@@ -217,6 +217,11 @@ TEST_F(HostMutation, ReentersTheVm) {
     EXPECT_TRUE(isUsable(vm));
 }
 
+class NoText : public std::exception {
+public:
+    [[nodiscard]] const char* what() const noexcept override { return nullptr; }
+};
+
 TEST_F(HostMutation, ThrowsExceptions) {
     using namespace std::string_literals;
     vm.bindFunction("throws", [](RubyVM&, RubyArguments arguments) -> RubyValue {
@@ -229,12 +234,16 @@ TEST_F(HostMutation, ThrowsExceptions) {
                 throw std::bad_alloc();
             case 3:
                 throw std::out_of_range("");
+            case 5:
+                throw NoText();
             default:
                 throw 42;
         }
     });
     EXPECT_EQ(outcome(vm, "[pcall(throws, 0), pcall(throws, 1), pcall(throws, 2), pcall(throws, 3)]"),
               "[[true, false, nul\0inside], [true, false, logic], [true, false, out of memory], [true, false, ]]"s);
+    EXPECT_EQ(outcome(vm, "pcall(throws, 5)"), "[true, false, ]");
+    EXPECT_EQ(outcome(vm, "throws(5)"), "error: ");
     EXPECT_EQ(outcome(vm, "throws(1)"), "error: logic");
     EXPECT_EQ(outcome(vm, "throws(2)"), "error: out of memory");
     EXPECT_EQ(outcome(vm, "def f(n) if n == 0 then throws(0) end x = f(n - 1) return x end f(50)"),

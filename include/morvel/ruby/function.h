@@ -19,7 +19,8 @@ struct Code;
 struct Program;
 }  // namespace internal
 
-/// Read-only, non-owning view of a call's arguments, valid during the call.
+/// Read-only, non-owning view of a call's arguments, valid during the call. A host that calls a function by itself
+/// must not view the elements of an array that the function changes.
 ///
 /// It converts to a vector of copies, so that a host function may also take `const std::vector<RubyValue>&`.
 class RubyArguments {
