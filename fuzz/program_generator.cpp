@@ -68,6 +68,79 @@ RubyValue randomConstant(ByteSource& bytes) {
     }
 }
 
+constexpr std::int32_t kFunctionName = 1;
+
+/// Adds an instruction that finds on the stack what it takes; gives how deep the stack is afterwards.
+std::size_t addBalanced(CompiledFunction& function, const Program& program, std::size_t depth, ByteSource& bytes) {
+    // Few names, so that values of variables lie on the stack while the variables change.
+    constexpr std::array<std::int32_t, 4> kNames{0, 0, 8, 2};
+    const auto add = [&](OpCode op, std::int32_t a) {
+        function.code.push_back({op, a, 0, static_cast<std::uint32_t>(bytes.below(50))});
+    };
+    const std::size_t kind = depth == 0 ? bytes.below(5) : bytes.below(16);
+    if (kind < 3) {
+        add(OpCode::LoadName, bytes.pick(kNames));
+        return depth + 1;
+    }
+    if (kind < 5) {
+        add(OpCode::PushConst, static_cast<std::int32_t>(bytes.byte() % program.constants.size()));
+        return depth + 1;
+    }
+    if (kind < 8) {
+        add(OpCode::StoreName, bytes.pick(kNames));
+        return depth;
+    }
+    if (kind == 8) {
+        add(OpCode::Pop, 0);
+        return depth - 1;
+    }
+    if (kind == 9) {
+        add(OpCode::Not, 0);
+        return depth;
+    }
+    if (kind == 10) {
+        const std::size_t count = bytes.below(4) % (depth + 1);
+        add(OpCode::MakeArray, static_cast<std::int32_t>(count));
+        return depth - count + 1;
+    }
+    if (kind == 11 && depth >= 3) {
+        add(OpCode::SetIndex, 0);
+        return depth - 2;
+    }
+    if (depth >= 2) {
+        constexpr std::array kBinary{OpCode::Add, OpCode::Add, OpCode::Equal, OpCode::NotEqual,
+                                     OpCode::And, OpCode::Or,  OpCode::Less,  OpCode::GetIndex};
+        add(bytes.pick(kBinary), 0);
+        return depth - 1;
+    }
+    return depth;
+}
+
+/// Gives every function but the first code that mostly runs to its end, and has the first call them all.
+void fillBalanced(Program& program, ByteSource& bytes) {
+    const auto end = [](CompiledFunction& function, std::size_t depth) {
+        function.code.push_back({OpCode::MakeArray, static_cast<std::int32_t>(depth), 0, 1});
+        function.code.push_back({OpCode::Return, 0, 0, 1});
+    };
+    CompiledFunction& first = program.functions[0];
+    for (std::size_t i = 1; i < program.functions.size(); ++i) {
+        CompiledFunction& function = program.functions[i];
+        std::size_t depth = 0;
+        for (std::size_t left = bytes.below(40); left > 0; --left) {
+            depth = addBalanced(function, program, depth, bytes);
+        }
+        end(function, depth);
+        first.code.push_back({OpCode::DefineFunction, kFunctionName, static_cast<std::int32_t>(i), 1});
+        first.code.push_back({OpCode::LoadName, kFunctionName, 0, 1});
+        for (std::size_t param = 0; param < function.params.size(); ++param) {
+            first.code.push_back(
+                {OpCode::PushConst, static_cast<std::int32_t>(bytes.byte() % program.constants.size()), 0, 1});
+        }
+        first.code.push_back({OpCode::Call, static_cast<std::int32_t>(function.params.size()), 0, 1});
+    }
+    end(first, program.functions.size() - 1);
+}
+
 }  // namespace
 
 Program generateProgram(ByteSource& bytes) {
@@ -81,6 +154,7 @@ Program generateProgram(ByteSource& bytes) {
     }
     program.functions.resize(1 + bytes.below(4));
     program.functions[0].name = "<main>";
+    const bool isBalanced = bytes.chance(128);
     for (std::size_t i = 0; i < program.functions.size(); ++i) {
         CompiledFunction& function = program.functions[i];
         if (i > 0) {
@@ -89,10 +163,13 @@ Program generateProgram(ByteSource& bytes) {
                 function.params.emplace_back(bytes.chance(200) ? "a" : "p");
             }
         }
-        const std::size_t size = bytes.below(40);
+        const std::size_t size = isBalanced ? 0 : bytes.below(40);
         for (std::size_t left = size; left > 0; --left) {
             function.code.push_back(randomInstruction(program, size, bytes));
         }
+    }
+    if (isBalanced) {
+        fillBalanced(program, bytes);
     }
     return program;
 }

@@ -152,7 +152,7 @@ std::string fastFormText(const CompiledFunction& function) {
         case internal::FastKind::Expression:
             return "  fast: expression\n";
         case internal::FastKind::Guarded:
-            return "  fast: guarded, error " + quoteText(function.fastErrorMessage) + "\n";
+            return "  fast: guarded, error " + quoteText(function.fastErrorMessage.asString()) + "\n";
         case internal::FastKind::None:
             break;
     }

@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
+#include <unordered_map>
+
+#include "value/hash.h"
 
 namespace morvel::ruby::internal {
 
@@ -117,36 +121,80 @@ void clearFastForm(CompiledFunction& function) {
     function.fastNodes.clear();
     function.fastRoot = -1;
     function.fastGuardRoot = -1;
-    function.fastErrorMessage.clear();
+    function.fastErrorMessage = RubyValue();
 }
 
-void assignLocalSlots(CompiledFunction& function, const Program& program) {
-    for (const std::string& param : function.params) {
-        ensureLocalSlot(function, param);
+/// Assigns the slots of local variables, function by function. Names are told apart by number, so that the text of a
+/// constant is looked at once, however many instructions of however many functions use it.
+class LocalSlots {
+public:
+    explicit LocalSlots(const Program& program) : m_program(program) {
+        m_numbersOfConstants.reserve(program.constants.size());
+        for (const RubyValue& constant : program.constants) {
+            m_numbersOfConstants.push_back(constant.isString() ? numberOf(constant.asString()) : kNoName);
+        }
     }
-    for (const Instruction& instruction : function.code) {
-        if (instruction.op == OpCode::StoreName) {
-            if (const std::string* name = getStringConstantPtr(program, instruction.a)) {
-                ensureLocalSlot(function, *name);
+
+    void assign(CompiledFunction& function) {
+        for (const std::string& param : function.params) {
+            ensureLocalSlot(function, numberOf(param), param);
+        }
+        for (const Instruction& instruction : function.code) {
+            const std::uint32_t name = nameOf(instruction);
+            if (instruction.op == OpCode::StoreName && name != kNoName) {
+                ensureLocalSlot(function, name, *getStringConstantPtr(m_program, instruction.a));
+            }
+        }
+        if (function.localNames.empty()) {
+            return;
+        }
+        function.instructionSlots.assign(function.code.size(), kNoLocalSlot);
+        for (std::size_t i = 0; i < function.code.size(); ++i) {
+            const std::uint32_t name = nameOf(function.code[i]);
+            if (name != kNoName && m_owners[name].function == &function) {
+                function.instructionSlots[i] = m_owners[name].slot;
             }
         }
     }
-    if (function.localSlots.empty()) {
-        return;
-    }
-    function.instructionSlots.assign(function.code.size(), kNoLocalSlot);
-    for (std::size_t i = 0; i < function.code.size(); ++i) {
-        const Instruction& instruction = function.code[i];
-        if (instruction.op != OpCode::LoadName && instruction.op != OpCode::StoreName) {
-            continue;
+
+private:
+    static constexpr std::uint32_t kNoName = ~std::uint32_t{0};
+
+    /// The function that a name got its latest slot in, and that slot.
+    struct Owner {
+        const CompiledFunction* function = nullptr;
+        std::int32_t slot = kNoLocalSlot;
+    };
+
+    std::uint32_t numberOf(std::string_view name) {
+        const auto [entry, isNew] = m_numbers.try_emplace(name, static_cast<std::uint32_t>(m_owners.size()));
+        if (isNew) {
+            m_owners.emplace_back();
         }
-        const std::string* name = getStringConstantPtr(program, instruction.a);
-        const auto slot = name == nullptr ? function.localSlots.end() : function.localSlots.find(*name);
-        if (slot != function.localSlots.end()) {
-            function.instructionSlots[i] = slot->second;
+        return entry->second;
+    }
+
+    /// The number of the variable that the instruction addresses.
+    [[nodiscard]] std::uint32_t nameOf(const Instruction& instruction) const {
+        const bool addresses = instruction.op == OpCode::LoadName || instruction.op == OpCode::StoreName;
+        return addresses && instruction.a >= 0 && static_cast<std::size_t>(instruction.a) < m_numbersOfConstants.size()
+                   ? m_numbersOfConstants[static_cast<std::size_t>(instruction.a)]
+                   : kNoName;
+    }
+
+    void ensureLocalSlot(CompiledFunction& function, std::uint32_t number, std::string_view name) {
+        Owner& owner = m_owners[number];
+        if (owner.function != &function) {
+            owner = {&function, static_cast<std::int32_t>(function.localNames.size())};
+            function.localNames.push_back(name);
         }
     }
-}
+
+    const Program& m_program;
+    std::unordered_map<std::string_view, std::uint32_t, TextHash> m_numbers;
+    std::vector<std::uint32_t> m_numbersOfConstants;
+    std::vector<Owner> m_owners;
+};
 
 /// Positions of the guard's conditional jump and of the jump that ends its branch.
 struct GuardShape {
@@ -208,16 +256,16 @@ void findFastForm(CompiledFunction& function, const Program& program) {
 }  // namespace
 
 void finalizeProgramMetadata(Program& program) {
+    LocalSlots slots(program);
     for (std::size_t i = 0; i < program.functions.size(); ++i) {
         CompiledFunction& function = program.functions[i];
         function.localNames.clear();
-        function.localSlots.clear();
         function.instructionSlots.clear();
         clearFastForm(function);
         if (i == 0) {
             continue;
         }
-        assignLocalSlots(function, program);
+        slots.assign(function);
         findFastForm(function, program);
     }
 }
@@ -238,7 +286,7 @@ bool buildFastExpressionRange(const CompiledFunction& function, std::size_t begi
 }
 
 bool extractFastErrorCall(const CompiledFunction& function, const Program& program, std::size_t begin, std::size_t end,
-                          std::string& message) {
+                          RubyValue& message) {
     constexpr std::array kShape{OpCode::LoadName, OpCode::PushConst, OpCode::Call, OpCode::Pop};
     if (end < begin || end - begin != kShape.size()) {
         return false;
@@ -249,11 +297,10 @@ bool extractFastErrorCall(const CompiledFunction& function, const Program& progr
         return false;
     }
     const std::string* callee = getStringConstantPtr(program, call[0].a);
-    const std::string* text = getStringConstantPtr(program, call[1].a);
-    if (callee == nullptr || *callee != "error" || text == nullptr) {
+    if (callee == nullptr || *callee != "error" || getStringConstantPtr(program, call[1].a) == nullptr) {
         return false;
     }
-    message = *text;
+    message = program.constants[static_cast<std::size_t>(call[1].a)];
     return true;
 }
 

@@ -21,8 +21,9 @@ void finalizeProgramMetadata(Program& program);
 [[nodiscard]] bool buildFastExpressionRange(const CompiledFunction& function, std::size_t begin, std::size_t end,
                                             std::vector<FastNode>& nodes, std::int32_t& root);
 
-/// True and `message` set when the instructions [begin, end) are exactly the statement `error("message")`.
+/// True and `message` set to the string when the instructions [begin, end) are exactly the statement
+/// `error("message")`.
 [[nodiscard]] bool extractFastErrorCall(const CompiledFunction& function, const Program& program, std::size_t begin,
-                                        std::size_t end, std::string& message);
+                                        std::size_t end, RubyValue& message);
 
 }  // namespace morvel::ruby::internal

@@ -5,12 +5,11 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 #include "compiler/opcodes.h"
 #include "morvel/ruby/value.h"
-#include "value/hash.h"
 
 namespace morvel::ruby::internal {
 
@@ -74,15 +73,16 @@ struct CompiledFunction {
     std::vector<Instruction> code;
 
     // Derived by finalizeProgramMetadata, never stored in images.
-    std::vector<std::string> localNames;
-    std::unordered_map<std::string, std::int32_t, TextHash> localSlots;
+    /// The locals by slot: views of the parameters and of string constants.
+    std::vector<std::string_view> localNames;
     /// For each instruction the local slot that it addresses, or kNoLocalSlot. Empty when no name is local.
     std::vector<std::int32_t> instructionSlots;
     FastKind fastKind = FastKind::None;
     std::vector<FastNode> fastNodes;
     std::int32_t fastRoot = -1;
     std::int32_t fastGuardRoot = -1;
-    std::string fastErrorMessage;
+    /// The string that a guarded function raises, nil in others.
+    RubyValue fastErrorMessage;
 };
 
 /// A program that runs is owned by shared pointers, one of them in every function value made from it.
@@ -101,9 +101,6 @@ struct Program : std::enable_shared_from_this<Program> {
 [[nodiscard]] inline std::int32_t localSlotAt(const CompiledFunction& function, std::size_t index) noexcept {
     return index < function.instructionSlots.size() ? function.instructionSlots[index] : kNoLocalSlot;
 }
-
-/// Slot of the local variable `name`, which gets the next slot when it has none yet.
-std::int32_t ensureLocalSlot(CompiledFunction& function, const std::string& name);
 
 /// The string held by constant `index`; null when there is no such constant or it is no string.
 [[nodiscard]] const std::string* getStringConstantPtr(const Program& program, std::int32_t index) noexcept;

@@ -43,7 +43,7 @@ RubyValue protectedGuardedCall(RubyVM::Impl& vm, const RubyFunctionHandle& handl
         return pcallFailure(internal::arityMessage(function, argumentCount));
     }
     if (vm.evaluateFastNode(program, function, function.fastGuardRoot, arguments, argumentCount).isTruthy()) {
-        return pcallOutcome(function.fastErrorMessage, RubyValue());
+        return pcallOutcome(function.fastErrorMessage.asString(), RubyValue());
     }
     return pcallSuccess(vm.evaluateFastNode(program, function, function.fastRoot, arguments, argumentCount));
 }

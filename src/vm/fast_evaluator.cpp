@@ -81,8 +81,7 @@ RubyValue RubyVM::Impl::executeFastFunction(const std::shared_ptr<Program>& prog
             internal::undefinedName(*program, 0, "error");
         }
         // The built-in raises here. A function that the host put in its place may return; then the body follows.
-        const RubyValue message(function.fastErrorMessage);
-        callValue(*program, raise, &message, 1, 0);
+        callValue(*program, raise, &function.fastErrorMessage, 1, 0);
     }
     return evaluateFastNode(*program, function, function.fastRoot, arguments, argumentCount);
 }

@@ -285,7 +285,7 @@ TEST(ImageLoader, EmptyStringsAreFine) {
 
 TEST(ImageLoader, FillsTheDerivedTables) {
     const Program program = deserializeProgram(RubyVM().compileScript("def f(a) b = a return b end", "t"));
-    EXPECT_EQ((std::vector<std::string>{"a", "b"}), program.functions[1].localNames);
+    EXPECT_EQ((std::vector<std::string_view>{"a", "b"}), program.functions[1].localNames);
 }
 
 TEST(ImageLoader, DoesNotLookAtOperands) {

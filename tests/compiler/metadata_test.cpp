@@ -57,15 +57,15 @@ std::string fastForm(const Program& program, std::size_t index) {
             EXPECT_TRUE(function.fastNodes.empty());
             EXPECT_EQ(-1, function.fastRoot);
             EXPECT_EQ(-1, function.fastGuardRoot);
-            EXPECT_EQ("", function.fastErrorMessage);
+            EXPECT_TRUE(function.fastErrorMessage.isNil());
             return "none";
         case FastKind::Expression:
             EXPECT_EQ(-1, function.fastGuardRoot);
-            EXPECT_EQ("", function.fastErrorMessage);
+            EXPECT_TRUE(function.fastErrorMessage.isNil());
             return tree(program, function.fastNodes, function.fastRoot);
         case FastKind::Guarded:
             return "guard " + tree(program, function.fastNodes, function.fastGuardRoot) + ", error " +
-                   function.fastErrorMessage + ", " + tree(program, function.fastNodes, function.fastRoot);
+                   function.fastErrorMessage.asString() + ", " + tree(program, function.fastNodes, function.fastRoot);
     }
     return "unknown";
 }
@@ -98,16 +98,13 @@ std::string slots(const Program& program, std::size_t index) {
 TEST(Locals, TheTopLevelHasNone) {
     const Program program = analyse("x = 1\ny = x\nreturn x");
     EXPECT_TRUE(program.functions[0].localNames.empty());
-    EXPECT_TRUE(program.functions[0].localSlots.empty());
     EXPECT_EQ("- - - - - - - -", slots(program, 0));
 }
 
 TEST(Locals, ParametersFirstThenAssignedNamesInCodeOrder) {
     const Program program = analyse("def f(b, a)\n  y = z\n  if a then x = 1 end\n  y = 2\n  a = 3\n  w[0] = x\nend");
     const CompiledFunction& function = program.functions[1];
-    EXPECT_EQ((std::vector<std::string>{"b", "a", "y", "x", "w"}), function.localNames);
-    EXPECT_EQ(5u, function.localSlots.size());
-    EXPECT_EQ(3, function.localSlots.at("x"));
+    EXPECT_EQ((std::vector<std::string_view>{"b", "a", "y", "x", "w"}), function.localNames);
     // z, y =, pop | a, jump, 1, x =, pop, jump | 2, y =, pop | 3, a =, pop | w, 0, x, set, w =, pop
     EXPECT_EQ("- 2 - 1 - - 3 - - - 2 - - 1 - 4 - 3 - 4 -", slots(program, 1));
 }
@@ -124,14 +121,14 @@ TEST(Locals, ANestedDefIsNoLocal) {
 
 TEST(Locals, BelongToTheirFunctionOnly) {
     const Program program = analyse("def f()\n a = 1\n def g() return a end\nend");
-    EXPECT_EQ((std::vector<std::string>{"a"}), program.functions[1].localNames);
+    EXPECT_EQ((std::vector<std::string_view>{"a"}), program.functions[1].localNames);
     EXPECT_TRUE(program.functions[2].localNames.empty());
     EXPECT_EQ("- -", slots(program, 2));
 }
 
 TEST(Locals, DuplicateParametersShareASlot) {
     const Program program = analyse("def f(a, a, c) return c end");
-    EXPECT_EQ((std::vector<std::string>{"a", "c"}), program.functions[1].localNames);
+    EXPECT_EQ((std::vector<std::string_view>{"a", "c"}), program.functions[1].localNames);
     EXPECT_EQ(3u, program.functions[1].params.size());
     EXPECT_EQ("1 -", slots(program, 1));
 }
@@ -144,7 +141,7 @@ TEST(Locals, InvalidNameConstantsAreIgnored) {
                                op(OpCode::StoreName, 0), op(OpCode::LoadName, 1), op(OpCode::LoadName, 0),
                                op(OpCode::DefineFunction, 0), op(OpCode::PushConst, 0)})});
     internal::finalizeProgramMetadata(program);
-    EXPECT_EQ((std::vector<std::string>{"x"}), program.functions[1].localNames);
+    EXPECT_EQ((std::vector<std::string_view>{"x"}), program.functions[1].localNames);
     EXPECT_EQ("- - - 0 - 0 - -", slots(program, 1));
 }
 
@@ -180,7 +177,6 @@ TEST(Metadata, ResetsWhatItComputes) {
     internal::finalizeProgramMetadata(program);
     EXPECT_EQ("none", fastForm(program, 1));
     EXPECT_TRUE(program.functions[1].localNames.empty());
-    EXPECT_TRUE(program.functions[1].localSlots.empty());
 }
 
 TEST(FastForm, OneReturnedExpression) {
@@ -408,14 +404,14 @@ TEST(ExtractFastErrorCall, LeavesTheMessageAloneOnFailure) {
     const Program program = makeProgram({"error", "m"}, {op(OpCode::LoadName, 0), op(OpCode::PushConst, 1),
                                                          op(OpCode::Call, 1), op(OpCode::Pop), op(OpCode::Pop)});
     const CompiledFunction& function = program.functions[0];
-    std::string message = "untouched";
+    RubyValue message = "untouched";
     EXPECT_FALSE(internal::extractFastErrorCall(function, program, 0, 3, message));
     EXPECT_FALSE(internal::extractFastErrorCall(function, program, 0, 5, message));
     EXPECT_FALSE(internal::extractFastErrorCall(function, program, 1, 5, message));
     EXPECT_FALSE(internal::extractFastErrorCall(function, program, 4, 0, message));
-    EXPECT_EQ("untouched", message);
+    EXPECT_EQ("untouched", message.toString());
     EXPECT_TRUE(internal::extractFastErrorCall(function, program, 0, 4, message));
-    EXPECT_EQ("m", message);
+    EXPECT_EQ("m", message.toString());
 }
 
 }  // namespace

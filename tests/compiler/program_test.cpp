@@ -53,12 +53,11 @@ TEST(Program, AFreshFunctionIsEmpty) {
     EXPECT_TRUE(fresh.params.empty());
     EXPECT_TRUE(fresh.code.empty());
     EXPECT_TRUE(fresh.localNames.empty());
-    EXPECT_TRUE(fresh.localSlots.empty());
     EXPECT_EQ(internal::FastKind::None, fresh.fastKind);
     EXPECT_TRUE(fresh.fastNodes.empty());
     EXPECT_EQ(-1, fresh.fastRoot);
     EXPECT_EQ(-1, fresh.fastGuardRoot);
-    EXPECT_EQ("", fresh.fastErrorMessage);
+    EXPECT_TRUE(fresh.fastErrorMessage.isNil());
 }
 
 TEST(Program, CompilingLeavesTheDerivedFieldsFresh) {
@@ -66,16 +65,6 @@ TEST(Program, CompilingLeavesTheDerivedFieldsFresh) {
     ASSERT_EQ(2u, program.functions.size());
     EXPECT_TRUE(program.functions[1].localNames.empty());
     EXPECT_EQ(internal::FastKind::None, program.functions[1].fastKind);
-}
-
-TEST(Program, LocalSlotsAreDenseInOrderOfFirstRequest) {
-    CompiledFunction made;
-    EXPECT_EQ(0, internal::ensureLocalSlot(made, "b"));
-    EXPECT_EQ(1, internal::ensureLocalSlot(made, "a"));
-    EXPECT_EQ(0, internal::ensureLocalSlot(made, "b"));
-    EXPECT_EQ(2, internal::ensureLocalSlot(made, ""));
-    EXPECT_EQ((std::vector<std::string>{"b", "a", ""}), made.localNames);
-    EXPECT_EQ(1, made.localSlots.at("a"));
 }
 
 TEST(Program, StringConstantPointers) {

@@ -242,24 +242,55 @@ std::vector<RubyBytecode> loaderInputs() {
         {{OpCode::LoadName, 1}, {OpCode::Call, 0}, {OpCode::Pop, 0}},
         {{OpCode::Return, 0}},
     };
+    // Also with a text that stands in the image once and is used by all the rest.
+    const std::string longName(kSize / 2, 'n');
+    const auto repeat = [&](const auto& shape, bool isMain, const std::string& name) {
+        const auto code = [isMain, &name](Bytes& bytes, std::uint32_t count) {
+            bytes.number(2).byte(1).number(7).number(0).byte(4).text(name);
+            bytes.number(isMain ? 1 : 2).text("").number(0);
+            if (!isMain) {
+                bytes.number(0).text("f").number(0);
+            }
+            bytes.number(count == kHuge ? count : count + 1);
+        };
+        full(
+            code,
+            [&shape](Bytes& bytes, std::uint32_t i) {
+                const auto& [op, a] = shape[i % shape.size()];
+                bytes.instruction(op, a == kNext ? i + 1 : a);
+            },
+            [](Bytes& bytes, std::uint32_t) { bytes.instruction(OpCode::Return, 0); });
+    };
     for (const auto& shape : shapes) {
         for (const bool isMain : {true, false}) {
-            const auto code = [isMain](Bytes& bytes, std::uint32_t count) {
-                bytes.number(2).byte(1).number(7).number(0).byte(4).text("name");
-                bytes.number(isMain ? 1 : 2).text("").number(0);
-                if (!isMain) {
-                    bytes.number(0).text("f").number(0);
-                }
-                bytes.number(count == kHuge ? count : count + 1);
-            };
-            full(
-                code,
-                [&shape](Bytes& bytes, std::uint32_t i) {
-                    const auto& [op, a] = shape[i % shape.size()];
-                    bytes.instruction(op, a == kNext ? i + 1 : a);
-                },
-                [](Bytes& bytes, std::uint32_t) { bytes.instruction(OpCode::Return, 0); });
+            repeat(shape, isMain, "name");
+            repeat(shape, isMain, longName);
         }
+    }
+    const std::vector<std::vector<std::pair<OpCode, std::uint32_t>>> bodies{
+        {{OpCode::PushConst, 0}, {OpCode::StoreName, 0}, {OpCode::Return, 0}},
+        {{OpCode::DefineFunction, 0}},
+        // A guarded function whose error has the long text.
+        {{OpCode::PushConst, 0},
+         {OpCode::JumpIfFalse, 7},
+         {OpCode::LoadName, 1},
+         {OpCode::PushConst, 0},
+         {OpCode::Call, 1},
+         {OpCode::Pop, 0},
+         {OpCode::Jump, 7},
+         {OpCode::PushConst, 0},
+         {OpCode::Return, 0}},
+    };
+    for (const auto& body : bodies) {
+        full([&](Bytes& bytes,
+                 std::uint32_t count) { bytes.number(2).byte(4).text(longName).byte(4).text("error").number(count); },
+             [&](Bytes& bytes, std::uint32_t) {
+                 bytes.text("").number(0).number(static_cast<std::uint32_t>(body.size()));
+                 for (const auto& [op, a] : body) {
+                     bytes.instruction(op, a);
+                 }
+             },
+             nothing);
     }
     return inputs;
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 #include "morvel/ruby/error.h"
 #include "support/assembler.h"
@@ -382,6 +383,24 @@ TEST(Executor, LinesAreUnsigned) {
     internal::Program program = makeProgram({}, {op(OpCode::Pop)});
     program.functions[0].code[0].line = 4294967295U;
     expectError("hand:4294967295: stack underflow", internal::serializeProgram(program));
+}
+
+// A value that was read from a variable before is still there when the variable is used up and written again.
+TEST(Executor, ReadsTakeTheValueOfTheirTime) {
+    const Code before{op(OpCode::LoadName, 0), op(OpCode::LoadName, 0)};
+    const Code after{op(OpCode::StoreName, 0), op(OpCode::MakeArray, 2), op(OpCode::Return)};
+    const std::vector<std::tuple<const char*, RubyValue, OpCode>> uses{
+        {"[\"q\", false]", "a", OpCode::Equal}, {"[\"q\", true]", "a", OpCode::NotEqual},
+        {"[\"q\", \"qa\"]", "a", OpCode::Add},  {"[\"q\", \"q\"]", 0, OpCode::GetIndex},
+        {"[\"q\", false]", "a", OpCode::Less},
+    };
+    for (const auto& [expected, operand, use] : uses) {
+        expectValue(expected,
+                    assemble({"x", operand, "f", "q"},
+                             {op(OpCode::DefineFunction, 2, 1), op(OpCode::LoadName, 2), op(OpCode::PushConst, 3),
+                              op(OpCode::Call, 1), op(OpCode::Return)},
+                             {function("f", {"x"}, before + Code{op(OpCode::PushConst, 1), op(use)} + after)}));
+    }
 }
 
 TEST(Executor, Jumps) {

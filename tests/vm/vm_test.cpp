@@ -11,6 +11,7 @@
 #include "support/describe.h"
 #include "support/runs.h"
 #include "support/temporary_directory.h"
+#include "vm/engine/code.h"
 #include "vm/globals.h"
 #include "vm/impl.h"
 
@@ -537,6 +538,16 @@ TEST(Threads, AVmMayMoveToAnotherThread) {
         moved = RubyVM();
     }).join();
     EXPECT_EQ("[\"a1\", [2], {}, \"b\"]", outcome);
+}
+
+TEST(Code, AFrameThatHasExecutedNothingIsAtItsFirstLine) {
+    internal::Code code;
+    code.instructions.resize(3);
+    code.lines = {7, 8, 9};
+    const internal::EngineInstruction* first = code.instructions.data();
+    EXPECT_EQ(7u, code.lineAt(first));
+    EXPECT_EQ(7u, code.lineAt(first + 1));
+    EXPECT_EQ(9u, code.lineAt(first + 3));
 }
 
 }  // namespace

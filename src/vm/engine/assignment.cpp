@@ -26,13 +26,20 @@ DefiniteAssignment::DefiniteAssignment(const CompiledFunction& function, const F
 }
 
 void DefiniteAssignment::enterBlock(std::size_t block) {
-    m_current = m_blockEntry.empty() ? m_entry : m_blockEntry[block];
+    if (!m_blockEntry.empty()) {
+        m_current = m_blockEntry[block];
+    } else {
+        for (const std::size_t bit : m_noted) {
+            m_current[bit / 64] = m_entry[bit / 64];
+        }
+    }
+    m_noted.clear();
 }
 
 void DefiniteAssignment::noteGlobal(std::size_t slot) {
     const auto bit = m_globalBits.find(slot);
     if (bit != m_globalBits.end()) {
-        set(m_current, bit->second);
+        note(bit->second);
     }
 }
 

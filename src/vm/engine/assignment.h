@@ -8,12 +8,10 @@
 
 #include "compiler/program.h"
 #include "vm/engine/flow.h"
+#include "vm/engine/global_names.h"
 #include "vm/globals.h"
 
 namespace morvel::ruby::internal {
-
-/// Stands for "addresses no global".
-inline constexpr std::uint32_t kNotGlobal = ~std::uint32_t{0};
 
 /// Walks along with the translation: enterBlock at the start of each block, then noteLocal and noteGlobal at every
 /// assignment. A global that was read successfully counts as defined from then on, since globals are never undefined
@@ -26,7 +24,7 @@ public:
                        const std::vector<std::uint32_t>& globalSlots);
 
     void enterBlock(std::size_t block);
-    void noteLocal(std::int32_t slot) { set(m_current, static_cast<std::size_t>(slot)); }
+    void noteLocal(std::int32_t slot) { note(static_cast<std::size_t>(slot)); }
     void noteGlobal(std::size_t slot);
     [[nodiscard]] bool isLocalAssigned(std::int32_t slot) const {
         return has(m_current, static_cast<std::size_t>(slot));
@@ -40,6 +38,12 @@ private:
         return (bits[index / 64] >> (index % 64) & 1) != 0;
     }
     static void set(Bits& bits, std::size_t index) { bits[index / 64] |= std::uint64_t{1} << (index % 64); }
+    void note(std::size_t bit) {
+        if (!has(m_current, bit)) {
+            set(m_current, bit);
+            m_noted.push_back(bit);
+        }
+    }
     [[nodiscard]] Bits entryFacts(const CompiledFunction& function) const;
     [[nodiscard]] Bits blockFacts(const CompiledFunction& function, const Block& block,
                                   const std::vector<std::uint32_t>& globalSlots) const;
@@ -53,6 +57,8 @@ private:
     std::vector<Bits> m_blockEntry;
     Bits m_entry;
     Bits m_current;
+    /// The bits set since the start of the block.
+    std::vector<std::size_t> m_noted;
 };
 
 }  // namespace morvel::ruby::internal

@@ -4,10 +4,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "compiler/program.h"
 #include "morvel/ruby/value.h"
+#include "vm/engine/global_names.h"
 #include "vm/engine/instruction.h"
 
 namespace morvel::ruby::internal {
@@ -20,7 +23,8 @@ struct LocalFallback {
 
 /// What a DefineFunction instruction defines.
 struct Definition {
-    std::string name;
+    /// Belongs to the program.
+    const std::string* name;
     std::int32_t functionIndex;
     std::size_t globalSlot;
 };
@@ -54,8 +58,11 @@ struct Code {
     bool marksUnassigned = false;
     Prologue prologue = Prologue::None;
 
+    /// The line of the instruction before `next`. A frame that was entered just now has not executed any; something
+    /// that ends then may run scripts already.
     [[nodiscard]] std::uint32_t lineAt(const EngineInstruction* next) const {
-        return lines[static_cast<std::size_t>(next - instructions.data()) - 1];
+        const auto executed = static_cast<std::size_t>(next - instructions.data());
+        return lines[executed == 0 ? 0 : executed - 1];
     }
 };
 
@@ -67,8 +74,12 @@ struct ProgramCode {
         std::unique_ptr<Code> code;
     };
 
+    ProgramCode(const Program& program, GlobalTable& globals, std::shared_ptr<const char> identity)
+        : engine(std::move(identity)), names(program, globals), functions(program.functions.size()) {}
+
     /// Keeps the engine's identity from being used again by another engine while its translations exist.
     std::shared_ptr<const char> engine;
+    GlobalNames names;
     std::vector<Entry> functions;
 };
 

@@ -12,15 +12,15 @@ namespace {
 ConstantKey keyOfConstant(const RubyValue& constant) {
     switch (constant.type) {
         case RubyValue::Type::Integer:
-            return {constant.type, static_cast<std::uint64_t>(constant.data.integer), {}};
+            return {constant.type, static_cast<std::uint64_t>(constant.data.integer)};
         case RubyValue::Type::Float:
-            return {constant.type, std::bit_cast<std::uint64_t>(constant.data.floating), {}};
+            return {constant.type, std::bit_cast<std::uint64_t>(constant.data.floating)};
         case RubyValue::Type::Boolean:
-            return {constant.type, constant.data.boolean ? 1U : 0U, {}};
+            return {constant.type, constant.data.boolean ? 1U : 0U};
         case RubyValue::Type::String:
-            return {constant.type, 0, constant.asString()};
+            return {constant.type, reinterpret_cast<std::uintptr_t>(constant.data.box)};
         default:
-            return {constant.type, 0, {}};
+            return {constant.type, 0};
     }
 }
 
@@ -28,8 +28,7 @@ ConstantKey keyOfConstant(const RubyValue& constant) {
 
 std::size_t ConstantKeyHash::operator()(const ConstantKey& key) const {
     // Constants come from the image, so the hash has to be one that the image's author cannot know.
-    return hashText(key.text) ^ hashInteger(static_cast<std::int64_t>(key.payload)) ^
-           static_cast<std::size_t>(key.type);
+    return hashInteger(static_cast<std::int64_t>(key.payload)) ^ static_cast<std::size_t>(key.type);
 }
 
 void CodeBuilder::emitJump(EngineOp op, std::uint8_t n, std::uint16_t a, std::size_t target) {

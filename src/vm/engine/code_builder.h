@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -15,11 +14,11 @@
 
 namespace morvel::ruby::internal {
 
-/// Identity of a constant: its kind and its payload; strings by their text.
+/// Identity of a constant: its kind and its payload. Strings are told apart by their boxes, which equal ones of an
+/// image share, so that a long one costs no more than others.
 struct ConstantKey {
     RubyValue::Type type;
     std::uint64_t payload;
-    std::string_view text;
 
     bool operator==(const ConstantKey&) const = default;
 };

@@ -20,10 +20,10 @@ constexpr std::size_t kFirstFrames = 64;
 // Calls may nest this deep. Small functions reach it before the value stack is full.
 constexpr std::size_t kMostFrames = std::size_t{1} << 21;
 
-// The frame below all others has no code of its own.
+// The frame below all others has no code of its own. Never destroyed: a VM may outlive other static objects.
 const Code& emptyCode() {
-    static const Code code;
-    return code;
+    static const Code* const code = new Code;
+    return *code;
 }
 
 // A failure caught by pcall leaves the success marker in front.
@@ -59,10 +59,7 @@ Engine::Engine(RubyVM::Impl& vm)
 
 const Code* Engine::codeFor(const Program& program, std::int32_t functionIndex) {
     if (program.executionState == nullptr) {
-        auto fresh = std::make_shared<ProgramCode>();
-        fresh->engine = m_identity;
-        fresh->functions.resize(program.functions.size());
-        program.executionState = std::move(fresh);
+        program.executionState = std::make_shared<ProgramCode>(program, m_globals, m_identity);
     }
     auto& translations = *static_cast<ProgramCode*>(program.executionState.get());
     if (translations.engine != m_identity) {
@@ -71,7 +68,7 @@ const Code* Engine::codeFor(const Program& program, std::int32_t functionIndex) 
     }
     ProgramCode::Entry& entry = translations.functions[static_cast<std::size_t>(functionIndex)];
     if (entry.state == ProgramCode::State::Untried) {
-        entry.code = translateFunction(program, functionIndex, m_globals);
+        entry.code = translateFunction(program, functionIndex, translations.names);
         entry.state = entry.code != nullptr ? ProgramCode::State::Translated : ProgramCode::State::Unsuitable;
         if (entry.code != nullptr) {
             entry.code->engine = m_identity.get();

@@ -36,13 +36,12 @@ bool addressesGlobal(const FunctionFacts& facts, std::size_t index) {
     }
 }
 
-std::vector<std::uint32_t> resolveGlobals(const FunctionFacts& facts, GlobalTable& globals) {
+std::vector<std::uint32_t> resolveGlobals(const FunctionFacts& facts, GlobalNames& names) {
     const CompiledFunction& function = facts.function;
     std::vector<std::uint32_t> slots(function.code.size(), kNotGlobal);
     for (std::size_t i = 0; i < function.code.size(); ++i) {
         if (facts.flow.depths[i] != kUnreachable && addressesGlobal(facts, i)) {
-            const std::string& name = *getStringConstantPtr(facts.program, function.code[i].a);
-            slots[i] = static_cast<std::uint32_t>(globals.ensureSlot(name));
+            slots[i] = names.slotOf(function.code[i].a);
         }
     }
     return slots;
@@ -92,12 +91,12 @@ std::size_t FunctionFacts::loopConditionEnd(std::size_t index, std::size_t targe
     return 0;
 }
 
-FunctionFacts findFacts(const Program& program, std::int32_t functionIndex, Flow flow, GlobalTable& globals) {
+FunctionFacts findFacts(const Program& program, std::int32_t functionIndex, Flow flow, GlobalNames& names) {
     const CompiledFunction& function = program.functions[static_cast<std::size_t>(functionIndex)];
     FunctionFacts facts{program, function, std::move(flow)};
     facts.isMain = functionIndex == 0;
     facts.guard = findGuardCall(function);
-    facts.globalSlots = resolveGlobals(facts, globals);
+    facts.globalSlots = resolveGlobals(facts, names);
     facts.livePops = findLivePops(function, facts.flow);
     facts.appends = findAppendChains(program, function, facts.flow, facts.globalSlots, kNotGlobal);
     facts.blockStarts = findBlockStarts(function, facts.flow);

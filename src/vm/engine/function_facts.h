@@ -8,7 +8,7 @@
 #include "compiler/program.h"
 #include "vm/engine/append_chains.h"
 #include "vm/engine/flow.h"
-#include "vm/globals.h"
+#include "vm/engine/global_names.h"
 
 namespace morvel::ruby::internal {
 
@@ -43,9 +43,9 @@ struct FunctionFacts {
     [[nodiscard]] std::size_t loopConditionEnd(std::size_t index, std::size_t target) const;
 };
 
-/// The facts about function `functionIndex` of a program that outlives them. Names that the function mentions get slots
-/// in `globals`.
+/// The facts about function `functionIndex` of a program that outlives them. The globals that the function mentions get
+/// slots.
 [[nodiscard]] FunctionFacts findFacts(const Program& program, std::int32_t functionIndex, Flow flow,
-                                      GlobalTable& globals);
+                                      GlobalNames& names);
 
 }  // namespace morvel::ruby::internal

@@ -314,7 +314,7 @@ void Engine::makeArray(RubyValue* target, RubyValue* first, std::size_t count) {
 }
 
 void Engine::defineFunction(const Definition& definition) {
-    m_globals.setValue(definition.globalSlot, makeScriptFunction(definition.name, definition.functionIndex,
+    m_globals.setValue(definition.globalSlot, makeScriptFunction(*definition.name, definition.functionIndex,
                                                                  const_cast<Program&>(program()).shared_from_this()));
 }
 

@@ -1,6 +1,7 @@
 // The stack of the stack code, run symbolically: what an entry stands for is known, its value only later.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -50,7 +51,10 @@ public:
     [[nodiscard]] const Entry& operator[](std::size_t depth) const { return m_entries[depth]; }
     [[nodiscard]] const Entry& top() const { return m_entries.back(); }
 
-    void push(const Entry& entry) { m_entries.push_back(entry); }
+    void push(const Entry& entry) {
+        m_entries.push_back(entry);
+        ++countOf(entry);
+    }
     /// Pushes the temporary of the next depth and gives its register.
     std::uint16_t pushTemporary() {
         const std::uint32_t index = m_code.temporary(size());
@@ -60,10 +64,15 @@ public:
     Entry pop() {
         const Entry top = m_entries.back();
         m_entries.pop_back();
+        --countOf(top);
         return top;
     }
     /// Drops the entries from `depth` on.
-    void cutTo(std::size_t depth) { m_entries.resize(depth); }
+    void cutTo(std::size_t depth) {
+        while (m_entries.size() > depth) {
+            pop();
+        }
+    }
 
     /// Starts a block, before which `depth` entries are in their temporaries.
     void beginBlock(std::size_t depth);
@@ -93,14 +102,22 @@ public:
         }
     }
 
+    /// True when an entry stands for the same as this one.
+    [[nodiscard]] bool holds(const Entry& entry) const;
     /// True when another entry stands for the same variable as the entry at `depth`.
     [[nodiscard]] bool isElsewhere(std::size_t depth) const;
 
 private:
     void passToTemporary(std::size_t depth);
+    [[nodiscard]] std::size_t& countOf(const Entry& entry) { return m_counts[static_cast<std::size_t>(entry.place)]; }
+    [[nodiscard]] std::size_t countOf(const Entry& entry) const {
+        return m_counts[static_cast<std::size_t>(entry.place)];
+    }
 
     CodeBuilder& m_code;
     std::vector<Entry> m_entries;
+    /// How many entries are in each place: a deep stack is gone through only when there is something to find.
+    std::array<std::size_t, 4> m_counts{};
 };
 
 }  // namespace morvel::ruby::internal

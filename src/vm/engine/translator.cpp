@@ -39,13 +39,13 @@ std::unique_ptr<Code> layOutFrame(const FunctionFacts& facts) {
 /// Goes through the stack code once and has each instruction translated by the class that knows about its kind.
 class Translator {
 public:
-    Translator(const FunctionFacts& facts, GlobalTable& globals, std::unique_ptr<Code> frame, bool longJumps)
+    Translator(const FunctionFacts& facts, GlobalNames& names, std::unique_ptr<Code> frame, bool longJumps)
         : m_facts(facts),
           m_code(std::move(frame), facts.function.code.size(), longJumps),
           m_stack(m_code),
-          m_variables(facts, globals, m_code, m_stack),
+          m_variables(facts, names, m_code, m_stack),
           m_operations(facts, m_code, m_stack),
-          m_callSites(facts, globals, m_code, m_stack),
+          m_callSites(facts, names.table(), m_code, m_stack),
           m_conditionalJumps(m_code, m_stack) {}
 
     /// False when the function has something that register code cannot express.
@@ -205,18 +205,18 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Code> translateFunction(const Program& program, std::int32_t functionIndex, GlobalTable& globals) {
+std::unique_ptr<Code> translateFunction(const Program& program, std::int32_t functionIndex, GlobalNames& names) {
     std::optional<Flow> flow = analyzeFlow(program, program.functions[static_cast<std::size_t>(functionIndex)]);
     if (!flow) {
         return nullptr;
     }
-    const FunctionFacts facts = findFacts(program, functionIndex, *std::move(flow), globals);
+    const FunctionFacts facts = findFacts(program, functionIndex, *std::move(flow), names);
     for (const bool longJumps : {false, true}) {
         std::unique_ptr<Code> frame = layOutFrame(facts);
         if (frame->registerCount > kLargestOperand) {
             return nullptr;
         }
-        Translator translator(facts, globals, std::move(frame), longJumps);
+        Translator translator(facts, names, std::move(frame), longJumps);
         if (!translator.translate()) {
             return nullptr;
         }

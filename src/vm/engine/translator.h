@@ -6,13 +6,13 @@
 
 #include "compiler/program.h"
 #include "vm/engine/code.h"
-#include "vm/globals.h"
+#include "vm/engine/global_names.h"
 
 namespace morvel::ruby::internal {
 
 /// The register form of function `functionIndex`; null when the function does not verify or exceeds what register
 /// operands can name, and is left to the plain executor. Names that the function mentions get global slots.
 [[nodiscard]] std::unique_ptr<Code> translateFunction(const Program& program, std::int32_t functionIndex,
-                                                      GlobalTable& globals);
+                                                      GlobalNames& names);
 
 }  // namespace morvel::ruby::internal

@@ -30,12 +30,14 @@ void Variables::loadName(std::size_t index) {
     const std::int32_t local = localSlotAt(m_facts.function, index);
     const auto localRegister = static_cast<std::uint32_t>(local);
     if (m_assignment.isLocalAssigned(local)) {
-        return m_stack.push({Place::Local, localRegister, m_facts.isOverwrittenNext(index, local)});
+        Entry entry{Place::Local, localRegister};
+        // An entry below that stands for the same local would find it gone.
+        entry.dies = m_facts.isOverwrittenNext(index, local) && !m_stack.holds(entry);
+        return m_stack.push(entry);
     }
-    const std::string& name = *getStringConstantPtr(m_facts.program, m_facts.function.code[index].a);
     Code& code = m_code.code();
     const std::size_t fallback = code.fallbacks.size();
-    code.fallbacks.push_back({reg(localRegister), m_globals.ensureSlot(name)});
+    code.fallbacks.push_back({reg(localRegister), m_names.slotOf(m_facts.function.code[index].a)});
     code.marksUnassigned = true;
     m_code.emitWide(EngineOp::LoadLocalOrGlobal, 0, m_stack.pushTemporary(), fallback);
 }
@@ -73,7 +75,7 @@ void Variables::defineFunction(std::size_t index) {
     m_stack.detach({Place::Global, slot});
     Code& code = m_code.code();
     const std::size_t definition = code.definitions.size();
-    code.definitions.push_back({*getStringConstantPtr(m_facts.program, instruction.a), instruction.b, slot});
+    code.definitions.push_back({getStringConstantPtr(m_facts.program, instruction.a), instruction.b, slot});
     m_code.emitWide(EngineOp::DefineFunction, 0, 0, definition);
     m_assignment.noteGlobal(slot);
 }

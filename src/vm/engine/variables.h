@@ -8,8 +8,8 @@
 #include "vm/engine/assignment.h"
 #include "vm/engine/code_builder.h"
 #include "vm/engine/function_facts.h"
+#include "vm/engine/global_names.h"
 #include "vm/engine/symbolic_stack.h"
-#include "vm/globals.h"
 
 namespace morvel::ruby::internal {
 
@@ -17,10 +17,10 @@ namespace morvel::ruby::internal {
 class Variables {
 public:
     /// All must outlive the object.
-    Variables(const FunctionFacts& facts, GlobalTable& globals, CodeBuilder& code, SymbolicStack& stack)
+    Variables(const FunctionFacts& facts, GlobalNames& names, CodeBuilder& code, SymbolicStack& stack)
         : m_facts(facts),
-          m_globals(globals),
-          m_assignment(facts.function, facts.flow, globals, facts.globalSlots),
+          m_names(names),
+          m_assignment(facts.function, facts.flow, names.table(), facts.globalSlots),
           m_code(code),
           m_stack(stack) {}
 
@@ -44,7 +44,7 @@ private:
     void storeGlobal(std::uint32_t slot);
 
     const FunctionFacts& m_facts;
-    GlobalTable& m_globals;
+    GlobalNames& m_names;
     DefiniteAssignment m_assignment;
     CodeBuilder& m_code;
     SymbolicStack& m_stack;
