@@ -20,12 +20,6 @@ constexpr std::size_t kFirstFrames = 64;
 // Calls may nest this deep. Small functions reach it before the value stack is full.
 constexpr std::size_t kMostFrames = std::size_t{1} << 21;
 
-// The frame below all others has no code of its own. Never destroyed: a VM may outlive other static objects.
-const Code& emptyCode() {
-    static const Code* const code = new Code;
-    return *code;
-}
-
 // A failure caught by pcall leaves the success marker in front.
 RubyValue pcallFailure(const std::string& message) {
     RubyArray outcome;
@@ -53,7 +47,7 @@ Engine::Engine(RubyVM::Impl& vm)
       m_frames(std::make_unique<Frame[]>(kFirstFrames)) {
     m_current = m_frames.get();
     m_lastFrame = m_current + kFirstFrames - 1;
-    m_current->code = &emptyCode();
+    m_current->code = &m_noCode;
     m_current->base = m_stack.begin();
 }
 

@@ -129,6 +129,8 @@ private:
     GlobalTable& m_globals;
     const std::shared_ptr<const char> m_identity;
     ValueStack m_stack;
+    /// The frame below all others has no code of its own.
+    const Code m_noCode{};
     std::unique_ptr<Frame[]> m_frames;
     /// The top frame; below the first real one lies an empty frame.
     Frame* m_current = nullptr;
