@@ -139,24 +139,23 @@ int runProgram(std::span<char*> words) {
     // A reader that goes away or a file that may not grow is an error to report, not a reason to die without a word.
     (void)std::signal(SIGPIPE, SIG_IGN);
     (void)std::signal(SIGXFSZ, SIG_IGN);
+    int status = kSuccess;
+    std::string failure;
     try {
         RubyVM vm;
         if (!runMode(vm, words)) {
             return printUsage(words.empty() ? "morveltesk" : words[0]);
         }
     } catch (const std::exception& exception) {
-        const std::string message = messageOf(exception);
-        reportError(message);
-        if (message != kLostOutput && !flushOutput()) {
-            reportError(kLostOutput);
-        }
-        return kFailure;
+        failure = messageOf(exception);
+        reportError(failure);
+        status = kFailure;
     }
-    if (!flushOutput()) {
+    if (!flushOutput() && failure != kLostOutput) {
         reportError(kLostOutput);
-        return kFailure;
+        status = kFailure;
     }
-    return kSuccess;
+    return status;
 }
 
 }  // namespace morvel::ruby::cli

@@ -128,12 +128,8 @@ void clearFastForm(CompiledFunction& function) {
 /// constant is looked at once, however many instructions of however many functions use it.
 class LocalSlots {
 public:
-    explicit LocalSlots(const Program& program) : m_program(program) {
-        m_numbersOfConstants.reserve(program.constants.size());
-        for (const RubyValue& constant : program.constants) {
-            m_numbersOfConstants.push_back(constant.isString() ? numberOf(constant.asString()) : kNoName);
-        }
-    }
+    explicit LocalSlots(const Program& program)
+        : m_program(program), m_numbersOfConstants(program.constants.size(), kNoName) {}
 
     void assign(CompiledFunction& function) {
         for (const std::string& param : function.params) {
@@ -174,12 +170,20 @@ private:
         return entry->second;
     }
 
-    /// The number of the variable that the instruction addresses.
-    [[nodiscard]] std::uint32_t nameOf(const Instruction& instruction) const {
-        const bool addresses = instruction.op == OpCode::LoadName || instruction.op == OpCode::StoreName;
-        return addresses && instruction.a >= 0 && static_cast<std::size_t>(instruction.a) < m_numbersOfConstants.size()
-                   ? m_numbersOfConstants[static_cast<std::size_t>(instruction.a)]
-                   : kNoName;
+    /// The number of the variable that the instruction addresses, or kNoName.
+    std::uint32_t nameOf(const Instruction& instruction) {
+        if (instruction.op != OpCode::LoadName && instruction.op != OpCode::StoreName) {
+            return kNoName;
+        }
+        const std::string* text = getStringConstantPtr(m_program, instruction.a);
+        if (text == nullptr) {
+            return kNoName;
+        }
+        std::uint32_t& number = m_numbersOfConstants[static_cast<std::size_t>(instruction.a)];
+        if (number == kNoName) {
+            number = numberOf(*text);
+        }
+        return number;
     }
 
     void ensureLocalSlot(CompiledFunction& function, std::uint32_t number, std::string_view name) {
@@ -192,6 +196,7 @@ private:
 
     const Program& m_program;
     std::unordered_map<std::string_view, std::uint32_t, TextHash> m_numbers;
+    /// By constant; kNoName until it is used.
     std::vector<std::uint32_t> m_numbersOfConstants;
     std::vector<Owner> m_owners;
 };

@@ -146,15 +146,15 @@ void FreeList::give(void* block) noexcept {
     ++m_length;
 }
 
-constinit thread_local Graveyard graveyard;
+constinit thread_local ReleaseState releasing;
 
 static_assert(alignof(ArrayBox) >= 8 && alignof(MapBox) >= 8 && alignof(RubyFunctionHandle) >= 8,
               "the low bits of a box address hold its type");
 
 void bury(std::uint8_t type, Box* box) noexcept {
     // The count is 0 and no longer needed: it links to the next dead box.
-    box->references = reinterpret_cast<std::uintptr_t>(graveyard.first);
-    graveyard.first = reinterpret_cast<Box*>(reinterpret_cast<std::uintptr_t>(box) | type);
+    box->references = reinterpret_cast<std::uintptr_t>(releasing.graveyard);
+    releasing.graveyard = reinterpret_cast<Box*>(reinterpret_cast<std::uintptr_t>(box) | type);
 }
 
 void deleteArray(ArrayBox* array) noexcept {
@@ -180,9 +180,6 @@ void deleteContainer(RubyValue::Type type, Box* box) noexcept {
     }
 }
 
-/// How many instances put off the end of host functions.
-constinit thread_local std::size_t deferring = 0;
-
 bool mayRunHostCode(std::uint8_t type, const Box* box) noexcept {
     if (static_cast<RubyValue::Type>(type) != RubyValue::Type::Function) {
         return false;
@@ -195,56 +192,53 @@ bool mayRunHostCode(std::uint8_t type, const Box* box) noexcept {
 
 constinit thread_local Box* deferredHosts = nullptr;
 
-FreshGraveyard::FreshGraveyard() noexcept : m_suspended(std::exchange(graveyard, {})) {}
+ReleaseScope::ReleaseScope(Hosts hosts) noexcept
+    : m_outer(std::exchange(releasing, {.defersHosts = hosts == Hosts::Deferred})) {
+    if (hosts == Hosts::AtOnce) {
+        releaseDeferredHosts();
+    }
+}
 
-FreshGraveyard::~FreshGraveyard() { graveyard = m_suspended; }
-
-DeferHostReleases::DeferHostReleases() noexcept { ++deferring; }
-
-DeferHostReleases::~DeferHostReleases() {
-    --deferring;
+ReleaseScope::~ReleaseScope() {
     releaseDeferredHosts();
+    releasing = m_outer;
 }
 
 void releaseDeferredHosts() noexcept {
     // What one of them lets go of waits for its turn, as it may be in the middle of changing a container.
-    ++deferring;
+    const bool deferred = std::exchange(releasing.defersHosts, true);
     while (deferredHosts != nullptr) {
         Box* dead = deferredHosts;
         deferredHosts = reinterpret_cast<Box*>(static_cast<std::uintptr_t>(dead->references));
         delete static_cast<RubyFunctionHandle*>(dead);
     }
-    --deferring;
+    releasing.defersHosts = deferred;
 }
-
-ReleaseHostsAtOnce::ReleaseHostsAtOnce() noexcept : m_suspended(std::exchange(deferring, 0)) { releaseDeferredHosts(); }
-
-ReleaseHostsAtOnce::~ReleaseHostsAtOnce() { deferring = m_suspended; }
 
 void destroyBox(std::uint8_t type, Box* box) noexcept {
     if (static_cast<RubyValue::Type>(type) == RubyValue::Type::String) {
         delete static_cast<StringBox*>(box);
         return;
     }
-    if (deferring > 0 && mayRunHostCode(type, box)) {
+    if (releasing.defersHosts && mayRunHostCode(type, box)) {
         box->references = reinterpret_cast<std::uintptr_t>(deferredHosts);
         deferredHosts = box;
         return;
     }
-    if (graveyard.draining) {
+    if (releasing.isDraining) {
         bury(type, box);
         return;
     }
-    graveyard.draining = true;
+    releasing.isDraining = true;
     deleteContainer(static_cast<RubyValue::Type>(type), box);
     constexpr std::uintptr_t kTypeBits = 7;
-    while (graveyard.first != nullptr) {
-        const auto tagged = reinterpret_cast<std::uintptr_t>(graveyard.first);
+    while (releasing.graveyard != nullptr) {
+        const auto tagged = reinterpret_cast<std::uintptr_t>(releasing.graveyard);
         Box* dead = reinterpret_cast<Box*>(tagged & ~kTypeBits);
-        graveyard.first = reinterpret_cast<Box*>(static_cast<std::uintptr_t>(dead->references));
+        releasing.graveyard = reinterpret_cast<Box*>(static_cast<std::uintptr_t>(dead->references));
         deleteContainer(static_cast<RubyValue::Type>(tagged & kTypeBits), dead);
     }
-    graveyard.draining = false;
+    releasing.isDraining = false;
 }
 
 ArrayBox* makeEmptyArray() {

@@ -1,55 +1,42 @@
-// Puts off the end of host functions with state until nothing is half-way through.
+// When what nothing refers to any more is destroyed.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 #include "morvel/ruby/value.h"
 
 namespace morvel::ruby::internal {
 
-/// Containers whose last reference is gone and whose contents still have to be released. The chain runs through the
-/// dead boxes themselves, so that releasing needs no memory and no recursion.
-struct Graveyard {
-    Box* first = nullptr;
+/// How this thread lets go of what nothing refers to any more.
+struct ReleaseState {
+    /// Containers whose contents still have to be released. The chain runs through the dead boxes themselves, so that
+    /// releasing needs no memory and no recursion.
+    Box* graveyard = nullptr;
     /// The contents of one are being released: the others wait.
-    bool draining = false;
+    bool isDraining = false;
+    /// Host functions are only noted when their last reference goes.
+    bool defersHosts = false;
 };
 
-/// While an instance lives, containers end when their last reference goes, even within the end of another one, whose
-/// destruction may have led to code that runs for long.
-class FreshGraveyard {
-public:
-    FreshGraveyard() noexcept;
-    ~FreshGraveyard();
-    FreshGraveyard(const FreshGraveyard&) = delete;
-    FreshGraveyard& operator=(const FreshGraveyard&) = delete;
-
-private:
-    Graveyard m_suspended;
-};
-
+/// Lets go of things in its own way while it lives, whatever else is in progress on this thread, which goes on after
+/// it. At its end, the host functions noted so far are destroyed.
+///
 /// Letting go of a host function destroys what it captured, which may run any code: create globals, run scripts. While
-/// an instance lives, this thread only notes such functions when their last reference goes.
-class DeferHostReleases {
+/// a script runs, that has to wait until nothing is half-way through. When a VM ends, the one that captured things may
+/// be gone afterwards, and they have to go at once.
+class ReleaseScope {
 public:
-    DeferHostReleases() noexcept;
-    ~DeferHostReleases();
-    DeferHostReleases(const DeferHostReleases&) = delete;
-    DeferHostReleases& operator=(const DeferHostReleases&) = delete;
-};
+    enum class Hosts : std::uint8_t { Deferred, AtOnce };
 
-/// Destroys the host functions noted so far; while an instance lives, the next ones end when their last reference goes,
-/// whatever else is in progress on this thread. The caller must be ready for anything to have changed.
-class ReleaseHostsAtOnce {
-public:
-    ReleaseHostsAtOnce() noexcept;
-    ~ReleaseHostsAtOnce();
-    ReleaseHostsAtOnce(const ReleaseHostsAtOnce&) = delete;
-    ReleaseHostsAtOnce& operator=(const ReleaseHostsAtOnce&) = delete;
+    /// With AtOnce, the host functions noted so far are destroyed first. The caller must be ready for anything to have
+    /// changed.
+    explicit ReleaseScope(Hosts hosts) noexcept;
+    ~ReleaseScope();
+    ReleaseScope(const ReleaseScope&) = delete;
+    ReleaseScope& operator=(const ReleaseScope&) = delete;
 
 private:
-    FreshGraveyard m_graveyard;
-    std::size_t m_suspended;
+    ReleaseState m_outer;
 };
 
 /// The host functions noted so far on this thread, chained; null mostly.

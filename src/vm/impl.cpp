@@ -51,7 +51,7 @@ RubyVM::Impl::~Impl() = default;
 
 void RubyVM::Impl::close() noexcept {
     // The host may have made the VM in the middle of a run of another one.
-    const internal::ReleaseHostsAtOnce now;
+    const internal::ReleaseScope now(internal::ReleaseScope::Hosts::AtOnce);
     globals.release();
 }
 

@@ -1,6 +1,5 @@
 // The program in an address space that its input does not fit into.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <filesystem>
 #include <string>
@@ -22,10 +21,7 @@ TEST(SmallAddressSpace, IsReportedAsOutOfMemory) {
         ChildSetup setup;
         setup.arguments =
             isCompiling ? std::vector<std::string>{"--compile", source, directory.path("image")} : std::vector{source};
-        setup.prepare = [] {
-            const rlimit limit{kAddressSpace, kAddressSpace};
-            setrlimit(RLIMIT_AS, &limit);
-        };
+        setup.prepare = limited(RLIMIT_AS, kAddressSpace);
         const ChildOutcome child = runProgram(setup);
         EXPECT_EQ(child.status, 1);
         EXPECT_EQ(child.error, "morveltesk: out of memory\n");
@@ -37,10 +33,7 @@ TEST(SmallAddressSpace, EndsTheReplWithAnErrorWhenALineDoesNotFit) {
     ChildSetup setup;
     setup.arguments = {"--repl"};
     setup.input = "puts('before')\nx = '" + std::string(kAddressSpace, 'x') + "'\nputs('after')\n";
-    setup.prepare = [] {
-        const rlimit limit{kAddressSpace, kAddressSpace};
-        setrlimit(RLIMIT_AS, &limit);
-    };
+    setup.prepare = limited(RLIMIT_AS, kAddressSpace);
     const ChildOutcome child = runProgram(setup);
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.output, "rb> before\nrb> ");

@@ -1,7 +1,6 @@
 // Files, devices and streams that fail: every failure is reported, none is lost or fatal.
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -85,11 +84,7 @@ TEST(WritingFiles, ReportsAClosedPipe) {
 TEST(WritingFiles, ReportsALimitOfSize) {
     const TemporaryDirectory directory;
     ChildSetup setup;
-    setup.prepare = [] {
-        constexpr rlim_t kMost = 100'000;
-        const rlimit limit{kMost, kMost};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    };
+    setup.prepare = limited(RLIMIT_FSIZE, 100'000);
     const std::string large = directory.path("large");
     writeFile(directory.path("s.rb"), "puts(pcall(write_file, '" + large + "', string_rep('x', 1000000))[2])");
     setup.arguments = {directory.path("s.rb")};

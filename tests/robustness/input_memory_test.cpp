@@ -324,6 +324,23 @@ TEST(TranslationMemory, IsInProportionToTheImage) {
     std::cout << "running: at most " << worst << " bytes for each byte of the image\n";
 }
 
+// A call may change any global that lies on the stack of an expression: looking for them must not take the longer, the
+// deeper the stack is.
+TEST(TranslationTime, DoesNotGrowWithTheDepthOfTheStack) {
+    constexpr std::size_t kCalls = 40'000;
+    const auto seconds = [](std::size_t depth) {
+        RubyVM vm;
+        const RubyBytecode image = vm.compileScript(
+            "if false then x = [" + repeated("1,", depth) + "f()" + repeated("+f()", kCalls) + "] end", "t");
+        const std::clock_t start = std::clock();
+        EXPECT_TRUE(vm.runBytecode(image).ok);
+        return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    };
+    constexpr double kMostTimes = 10;
+    constexpr double kNoise = 0.03;
+    EXPECT_LT(seconds(30'000), kMostTimes * (seconds(1) + kNoise));
+}
+
 }  // namespace
 
 }  // namespace morvel::ruby::tests

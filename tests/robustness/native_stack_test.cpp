@@ -1,6 +1,5 @@
 // Deep and cyclic data, deep nesting and deep recursion meet an ordinary error, on large and on small native stacks.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <array>
@@ -16,15 +15,6 @@ namespace morvel::ruby::tests {
 namespace {
 
 constexpr std::size_t kMillion = 1'000'000;
-
-std::string repeated(const std::string& text, std::size_t times) {
-    std::string all;
-    all.reserve(text.size() * times);
-    for (std::size_t i = 0; i < times; ++i) {
-        all += text;
-    }
-    return all;
-}
 
 bool isOverflow(const std::string& text) { return text.starts_with("error: ") && text.ends_with("stack overflow"); }
 
@@ -291,10 +281,7 @@ ChildOutcome runWithStack(const std::string& source, rlim_t bytes) {
     writeFile(directory.path("script.rb"), source);
     ChildSetup setup;
     setup.arguments = {directory.path("script.rb")};
-    setup.prepare = [bytes] {
-        const rlimit limit{bytes, bytes};
-        setrlimit(RLIMIT_STACK, &limit);
-    };
+    setup.prepare = limited(RLIMIT_STACK, bytes);
     return runProgram(setup);
 }
 

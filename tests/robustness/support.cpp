@@ -47,12 +47,29 @@ void await(pid_t child, ChildOutcome& result) {
     result.cpuTime = milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
 }
 
+// The signal comes at the soft limit, death at the hard one.
 void limitCpu(unsigned seconds) {
     const rlimit limit{seconds, seconds + 1};
     setrlimit(RLIMIT_CPU, &limit);
 }
 
 }  // namespace
+
+std::string repeated(const std::string& text, std::size_t times) {
+    std::string all;
+    all.reserve(text.size() * times);
+    for (std::size_t i = 0; i < times; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+std::function<void()> limited(decltype(RLIMIT_AS) resource, rlim_t most) {
+    return [resource, most] {
+        const rlimit limit{most, most};
+        setrlimit(resource, &limit);
+    };
+}
 
 std::string outcome(RubyVM& vm, const std::string& source) {
     const RubyResult result = vm.runScriptString(source, "t");

@@ -1,6 +1,7 @@
 // What the robustness tests share: threads with a small stack, child processes, and how a run went.
 #pragma once
 
+#include <sys/resource.h>
 #include <sys/types.h>
 
 #include <chrono>
@@ -76,6 +77,12 @@ struct ChildSetup {
     /// Runs in the child between fork and exec; may change limits and descriptors.
     std::function<void()> prepare;
 };
+
+/// A text several times over.
+[[nodiscard]] std::string repeated(const std::string& text, std::size_t times);
+
+/// Limits a resource of the process; for ChildSetup::prepare.
+[[nodiscard]] std::function<void()> limited(decltype(RLIMIT_AS) resource, rlim_t most);
 
 /// Runs the command line program with the given arguments.
 [[nodiscard]] ChildOutcome runProgram(const ChildSetup& setup);

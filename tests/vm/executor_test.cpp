@@ -403,6 +403,24 @@ TEST(Executor, ReadsTakeTheValueOfTheirTime) {
     }
 }
 
+// More branches and variables than are worth finding out which of them are surely assigned where.
+TEST(Executor, ABranchAmongThousandsDefinesNothingForTheOthers) {
+    constexpr int kBranches = 8'000;
+    std::string branches;
+    for (int i = 0; i < kBranches; ++i) {
+        branches += "if never then v" + std::to_string(i) + " = 1 end\n";
+    }
+    const std::string last = "v" + std::to_string(kBranches - 1);
+    for (const std::string& name : {std::string("v0"), last}) {
+        expectScriptError("t:8002: undefined variable or function '" + name + "'",
+                          "never = nil\n" + branches + "x = " + name);
+        expectScriptError("t:8003: undefined variable or function '" + name + "'",
+                          "never = nil\ndef f()\n" + branches + "return " + name + "\nend\nf()");
+    }
+    expectScriptValue("2", "never = 1\n" + branches + "return v0 + " + last);
+    expectScriptValue("2", "never = 1\ndef f()\n" + branches + "return v0 + " + last + "\nend\nreturn f()");
+}
+
 TEST(Executor, Jumps) {
     expectValue("2", assemble({1, 2}, {op(OpCode::Jump, 3), op(OpCode::PushConst, 0), op(OpCode::Return),
                                        op(OpCode::PushConst, 1), op(OpCode::Return)}));

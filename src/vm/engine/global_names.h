@@ -16,7 +16,7 @@ inline constexpr std::uint32_t kNotGlobal = ~std::uint32_t{0};
 /// The slots of the globals that a program's constants name. Each is looked up once, however many instructions use it.
 class GlobalNames {
 public:
-    /// Both must outlive this, or it must not be used any more.
+    /// Not to be used once either is gone.
     GlobalNames(const Program& program, GlobalTable& globals)
         : m_program(program), m_globals(globals), m_slots(program.constants.size(), kNotGlobal) {}
 
