@@ -145,6 +145,13 @@ TEST(Locals, InvalidNameConstantsAreIgnored) {
     EXPECT_EQ("- - - 0 - 0 - -", slots(program, 1));
 }
 
+TEST(Locals, AnEmptyNameIsANameLikeOthers) {
+    Program program = makeProgram({""}, {}, {function("f", {}, {op(OpCode::StoreName, 0), op(OpCode::LoadName, 0)})});
+    internal::finalizeProgramMetadata(program);
+    EXPECT_EQ((std::vector<std::string_view>{""}), program.functions[1].localNames);
+    EXPECT_EQ("0 0", slots(program, 1));
+}
+
 TEST(Metadata, RunningTwiceGivesTheSameTables) {
     Program program = analyse(
         "def f(x) return x + y end\n"
