@@ -1,7 +1,9 @@
 // Files, devices and streams that fail: every failure is reported, none is lost or fatal.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <array>
@@ -106,6 +108,24 @@ TEST(NamedPipes, AreFoundWithoutWaitingForTheirOtherEnd) {
     const ChildOutcome child =
         runInChild([&] { return outcome("file_exists?('" + path + "')") == "true" ? 0 : 1; }, 20);
     EXPECT_EQ(child.status, 0);
+}
+
+TEST(Sockets, AreThereButCannotBeOpened) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.path("socket");
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    ASSERT_LT(path.size(), sizeof address.sun_path);
+    path.copy(address.sun_path, path.size());
+    const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_GE(descriptor, 0);
+    const int bound = bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    close(descriptor);
+    ASSERT_EQ(bound, 0);
+    ASSERT_TRUE(std::filesystem::exists(path));
+    EXPECT_EQ(outcome("file_exists?('" + path + "')"), "false");
+    EXPECT_EQ(outcome("read_file('" + path + "')"), "error: failed to open file: " + path);
+    EXPECT_EQ(outcome("write_file('" + path + "', 'x')"), "error: failed to open file for writing: " + path);
+    EXPECT_EQ(outcome("append_file('" + path + "', 'x')"), "error: failed to open file for appending: " + path);
 }
 
 TEST(ReadingFiles, ReportsAReadError) {

@@ -4,7 +4,9 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -235,6 +237,8 @@ TEST(Random, NewVmsAreSeededDifferently) {
 
 // The 64 bits of the seed, negative ones too, start the engine; integers come from the standard distribution over it.
 TEST(Random, DrawsFollowTheStandardEngine) {
+    constexpr std::int64_t kSmallest = std::numeric_limits<std::int64_t>::min();
+    constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
     for (const std::int64_t seed : {std::int64_t{0}, std::int64_t{5489}, std::int64_t{-1}, std::int64_t{1} << 40}) {
         RubyVM vm;
         valueOf(vm, "math_random_seed(" + std::to_string(seed) + ")");
@@ -246,8 +250,33 @@ TEST(Random, DrawsFollowTheStandardEngine) {
             EXPECT_EQ(std::to_string(die(engine)), describe(valueOf(vm, "return math_random(6)")));
             std::uniform_int_distribution<std::int64_t> wide(-5000000000, 7);
             EXPECT_EQ(std::to_string(wide(engine)), describe(valueOf(vm, "return math_random(-5000000000, 7)")));
+            std::uniform_int_distribution<std::int64_t> single(3, 3);
+            EXPECT_EQ(std::to_string(single(engine)), describe(valueOf(vm, "return math_random(3, 3)")));
+            std::uniform_int_distribution<std::int64_t> all(kSmallest, kLargest);
+            EXPECT_EQ(std::to_string(all(engine)),
+                      describe(valueOf(vm, "return math_random(-9223372036854775807 - 1, 9223372036854775807)")));
+            std::uniform_int_distribution<std::int64_t> positive(1, kLargest);
+            EXPECT_EQ(std::to_string(positive(engine)),
+                      describe(valueOf(vm, "return math_random(9223372036854775807)")));
         }
+        EXPECT_EQ(engine, RubyVM::Impl::of(vm).random);
     }
+}
+
+// The largest draws round up to 2 to the power 64 as floats.
+TEST(Random, FractionsStayBelowOne) {
+    RubyVM vm;
+    std::mt19937_64& engine = RubyVM::Impl::of(vm).random;
+    std::stringstream state;
+    for (std::size_t i = 0; i < std::mt19937_64::state_size; ++i) {
+        constexpr std::size_t kFeedsTheNextDraw = std::mt19937_64::shift_size;
+        state << (i == kFeedsTheNextDraw ? "263883065185796437 " : "0 ");
+    }
+    state << std::mt19937_64::state_size;
+    state >> engine;
+    std::mt19937_64 copy = engine;
+    ASSERT_EQ(std::mt19937_64::max(), copy());
+    EXPECT_EQ(0x1.fffffffffffffp-1, valueOf(vm, "return math_random()").asFloat());
 }
 
 TEST(Clock, CountsWholeMillisecondsOfTheSteadyClock) {
