@@ -59,6 +59,10 @@ TEST(Calls, ALocalCanBeCalled) {
     expectScriptError("t:1: attempted to call a non-function value", "def f(len) return len([]) end f(5)");
 }
 
+TEST(Calls, RunawayRecursionNamesTheLineOfTheCall) {
+    expectScriptError("t:2: stack overflow", "def f(n)\nx = f(n + 1)\nreturn x\nend\nf(0)");
+}
+
 TEST(Calls, ErrorsOfTheCalleeKeepItsLine) {
     expectScriptError("t:2: division by zero", "def f(x)\nreturn x / 0 + len([])\nend\nf(1)");
     expectScriptError("t:2: division by zero", "def f(x)\nreturn x / 0\nend\nf(1)");

@@ -276,6 +276,7 @@ TEST(Executor, SurplusArgumentsOfDuplicateParameters) {
 
 TEST(Executor, SurplusArgumentsAreReleased) {
     expectScriptValue("[[5]]", "def f(a, a, a) b = a return b end x = [5] f(1, x, x) return [x]");
+    expectScriptValue("[[5]]", "def f(a, a, a) b = a return b end x = [5] pcall(f, 1, x, x) return [x]");
 }
 
 TEST(Executor, TheTopLevelAlwaysAssignsGlobals) {

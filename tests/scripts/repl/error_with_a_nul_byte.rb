@@ -1,0 +1,1 @@
+# The message is written whole.
