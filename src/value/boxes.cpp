@@ -2,7 +2,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
-#include <utility>
 
 #include "morvel/ruby/function.h"
 #include "morvel/ruby/map.h"
@@ -146,15 +145,20 @@ void FreeList::give(void* block) noexcept {
     ++m_length;
 }
 
-constinit thread_local ReleaseState releasing;
+/// Containers whose last reference is gone and whose contents still have to be released. The chain runs through the
+/// dead boxes themselves, so that releasing needs no memory and no recursion.
+constinit thread_local Box* graveyard = nullptr;
+/// The contents of one are being released: the others wait. Host functions wait longer, so that this runs no other
+/// code.
+constinit thread_local bool isDraining = false;
 
 static_assert(alignof(ArrayBox) >= 8 && alignof(MapBox) >= 8 && alignof(RubyFunctionHandle) >= 8,
               "the low bits of a box address hold its type");
 
 void bury(std::uint8_t type, Box* box) noexcept {
     // The count is 0 and no longer needed: it links to the next dead box.
-    box->references = reinterpret_cast<std::uintptr_t>(releasing.graveyard);
-    releasing.graveyard = reinterpret_cast<Box*>(reinterpret_cast<std::uintptr_t>(box) | type);
+    box->references = reinterpret_cast<std::uintptr_t>(graveyard);
+    graveyard = reinterpret_cast<Box*>(reinterpret_cast<std::uintptr_t>(box) | type);
 }
 
 void deleteArray(ArrayBox* array) noexcept {
@@ -166,79 +170,51 @@ void deleteArray(ArrayBox* array) noexcept {
     poolCloser.armed = true;
 }
 
-void deleteContainer(RubyValue::Type type, Box* box) noexcept {
-    switch (type) {
-        case RubyValue::Type::Array:
-            deleteArray(static_cast<ArrayBox*>(box));
-            break;
-        case RubyValue::Type::Map:
-            delete static_cast<MapBox*>(box);
-            break;
-        default:
-            delete static_cast<RubyFunctionHandle*>(box);
-            break;
-    }
+bool mayRunHostCode(const RubyFunctionHandle& handle) noexcept {
+    return handle.kind == RubyFunctionHandle::Kind::Host && handle.nativeFunction == nullptr;
 }
 
-bool mayRunHostCode(std::uint8_t type, const Box* box) noexcept {
-    if (static_cast<RubyValue::Type>(type) != RubyValue::Type::Function) {
-        return false;
+void deleteContainer(RubyValue::Type type, Box* box) noexcept {
+    if (type == RubyValue::Type::Array) {
+        deleteArray(static_cast<ArrayBox*>(box));
+        return;
     }
-    const auto* handle = static_cast<const RubyFunctionHandle*>(box);
-    return handle->kind == RubyFunctionHandle::Kind::Host && handle->nativeFunction == nullptr;
+    if (type == RubyValue::Type::Map) {
+        delete static_cast<MapBox*>(box);
+        return;
+    }
+    auto* handle = static_cast<RubyFunctionHandle*>(box);
+    if (mayRunHostCode(*handle)) {
+        deferHost(handle);
+    } else {
+        delete handle;
+    }
 }
 
 }  // namespace
-
-constinit thread_local Box* deferredHosts = nullptr;
-
-ReleaseScope::ReleaseScope(Hosts hosts) noexcept
-    : m_outer(std::exchange(releasing, {.defersHosts = hosts == Hosts::Deferred})) {
-    if (hosts == Hosts::AtOnce) {
-        releaseDeferredHosts();
-    }
-}
-
-ReleaseScope::~ReleaseScope() {
-    releaseDeferredHosts();
-    releasing = m_outer;
-}
-
-void releaseDeferredHosts() noexcept {
-    // What one of them lets go of waits for its turn, as it may be in the middle of changing a container.
-    const bool deferred = std::exchange(releasing.defersHosts, true);
-    while (deferredHosts != nullptr) {
-        Box* dead = deferredHosts;
-        deferredHosts = reinterpret_cast<Box*>(static_cast<std::uintptr_t>(dead->references));
-        delete static_cast<RubyFunctionHandle*>(dead);
-    }
-    releasing.defersHosts = deferred;
-}
 
 void destroyBox(std::uint8_t type, Box* box) noexcept {
     if (static_cast<RubyValue::Type>(type) == RubyValue::Type::String) {
         delete static_cast<StringBox*>(box);
         return;
     }
-    if (releasing.defersHosts && mayRunHostCode(type, box)) {
-        box->references = reinterpret_cast<std::uintptr_t>(deferredHosts);
-        deferredHosts = box;
-        return;
-    }
-    if (releasing.isDraining) {
+    if (isDraining) {
         bury(type, box);
         return;
     }
-    releasing.isDraining = true;
+    isDraining = true;
     deleteContainer(static_cast<RubyValue::Type>(type), box);
     constexpr std::uintptr_t kTypeBits = 7;
-    while (releasing.graveyard != nullptr) {
-        const auto tagged = reinterpret_cast<std::uintptr_t>(releasing.graveyard);
+    while (graveyard != nullptr) {
+        const auto tagged = reinterpret_cast<std::uintptr_t>(graveyard);
         Box* dead = reinterpret_cast<Box*>(tagged & ~kTypeBits);
-        releasing.graveyard = reinterpret_cast<Box*>(static_cast<std::uintptr_t>(dead->references));
+        graveyard = reinterpret_cast<Box*>(static_cast<std::uintptr_t>(dead->references));
         deleteContainer(static_cast<RubyValue::Type>(tagged & kTypeBits), dead);
     }
-    releasing.isDraining = false;
+    isDraining = false;
+    if (deferredHosts != nullptr && mayReleaseHosts()) {
+        releaseDeferredHosts();
+    }
 }
 
 ArrayBox* makeEmptyArray() {

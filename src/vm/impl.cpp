@@ -50,8 +50,7 @@ RubyVM::Impl::Impl(RubyVM* vm)
 RubyVM::Impl::~Impl() = default;
 
 void RubyVM::Impl::close() noexcept {
-    // The host may have made the VM in the middle of a run of another one.
-    const internal::ReleaseScope now(internal::ReleaseScope::Hosts::AtOnce);
+    const internal::ReleaseHostsAtOnce now(*binder);
     globals.release();
 }
 
@@ -61,6 +60,8 @@ RubyFunctionHandle& RubyVM::Impl::bindFunction(const std::string& name, RubyHost
     handle->intrinsic = intrinsicFor(name);
     if (const auto* plain = callback.target<RubyNativeFunction>()) {
         handle->nativeFunction = *plain;
+    } else {
+        handle->binder = binder;
     }
     handle->hostFunction = std::move(callback);
     handle->name = name;

@@ -90,6 +90,7 @@ public:
     RubyValue protectedCall(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
                             unsigned line);
 
+    std::shared_ptr<internal::Binder> binder = std::make_shared<internal::Binder>();
     internal::GlobalTable globals;
     internal::ExecutorChoice executor = internal::ExecutorChoice::Automatic;
     std::mt19937_64 random;

@@ -257,7 +257,7 @@ TEST(Callbacks, MayUseTheirVmAsItEnds) {
         EXPECT_EQ(outcome(vm, "held = [a, b, map_new()] table_set(held[2], 'c', c) a = nil b = nil c = nil"), "nil");
         EXPECT_TRUE(results.empty());
     }
-    EXPECT_EQ(results, (std::vector<std::string>{"[1, 2, 1]", "1", "[[[[]]]]"}));
+    EXPECT_EQ(results, (std::vector<std::string>{"[[[[]]]]", "1", "[1, 2, 1]"}));
 }
 
 // The memory of a script that runs while something ends.

@@ -17,6 +17,12 @@ class RubyVM;
 namespace internal {
 struct Code;
 struct Program;
+
+/// What a VM and the host functions that it bound have in common.
+struct Binder {
+    /// How many of the functions are no longer referred to and wait to be destroyed.
+    std::size_t waiting = 0;
+};
 }  // namespace internal
 
 /// Read-only, non-owning view of a call's arguments, valid during the call. A host that calls a function by itself
@@ -76,6 +82,8 @@ struct RubyFunctionHandle : internal::Box {
     std::shared_ptr<internal::Program> program;
     /// The callback; empty for script functions.
     RubyHostFunction hostFunction;
+    /// What a host function with state shares with the VM that bound it; empty for others.
+    std::shared_ptr<internal::Binder> binder;
     /// The callback's plain function, when it is one; lets calls skip the callable wrapper.
     RubyNativeFunction nativeFunction = nullptr;
     /// The short form of a built-in that works on numbers.

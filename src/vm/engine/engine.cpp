@@ -78,7 +78,7 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
     RubyValue result;
     const std::size_t entry = depth();
     // Destroyed last: by then the frames of this run are gone.
-    const ReleaseScope releases(ReleaseScope::Hosts::Deferred);
+    const DeferHostReleases deferral;
     struct Unwinder {
         Engine& engine;
         std::size_t frame;

@@ -1,0 +1,117 @@
+#include "value/deferred_release.h"
+
+#include <cstdint>
+#include <utility>
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+constinit thread_local std::size_t deferrals = 0;
+constinit thread_local SetAsideHosts* innermost = nullptr;
+
+// The count of a dead box is 0 and no longer needed: it links to the next one.
+RubyFunctionHandle* next(const RubyFunctionHandle& dead) noexcept {
+    return reinterpret_cast<RubyFunctionHandle*>(static_cast<std::uintptr_t>(dead.references));
+}
+
+void link(RubyFunctionHandle& dead, RubyFunctionHandle* to) noexcept {
+    dead.references = reinterpret_cast<std::uintptr_t>(to);
+}
+
+void destroy(RubyFunctionHandle* dead) noexcept {
+    ++deferrals;
+    {
+        const SetAsideHosts earlier;
+        if (dead->binder != nullptr) {
+            --dead->binder->waiting;
+        }
+        delete dead;
+    }
+    --deferrals;
+}
+
+}  // namespace
+
+constinit thread_local RubyFunctionHandle* deferredHosts = nullptr;
+
+void deferHost(RubyFunctionHandle* dead) noexcept {
+    if (dead->binder != nullptr) {
+        ++dead->binder->waiting;
+    }
+    link(*dead, std::exchange(deferredHosts, dead));
+}
+
+bool mayReleaseHosts() noexcept { return deferrals == 0; }
+
+void releaseDeferredHosts() noexcept {
+    while (deferredHosts != nullptr) {
+        RubyFunctionHandle* const dead = deferredHosts;
+        deferredHosts = next(*dead);
+        destroy(dead);
+    }
+}
+
+SetAsideHosts::SetAsideHosts() noexcept
+    : m_first(std::exchange(deferredHosts, nullptr)), m_outer(std::exchange(innermost, this)) {}
+
+SetAsideHosts::~SetAsideHosts() {
+    SetAsideHosts** place = &innermost;
+    while (*place != this) {
+        place = &(*place)->m_outer;
+    }
+    *place = m_outer;
+    if (deferredHosts == nullptr) {
+        deferredHosts = m_first;
+    } else if (m_first != nullptr) {
+        RubyFunctionHandle* last = deferredHosts;
+        while (next(*last) != nullptr) {
+            last = next(*last);
+        }
+        link(*last, m_first);
+    }
+    if (mayReleaseHosts()) {
+        releaseDeferredHosts();
+    }
+}
+
+RubyFunctionHandle* SetAsideHosts::takeOneOf(const Binder& binder) noexcept {
+    for (SetAsideHosts* aside = innermost; aside != nullptr; aside = aside->m_outer) {
+        RubyFunctionHandle* previous = nullptr;
+        for (RubyFunctionHandle* dead = aside->m_first; dead != nullptr; previous = dead, dead = next(*dead)) {
+            if (dead->binder.get() != &binder) {
+                continue;
+            }
+            if (previous == nullptr) {
+                aside->m_first = next(*dead);
+            } else {
+                link(*previous, next(*dead));
+            }
+            return dead;
+        }
+    }
+    return nullptr;
+}
+
+DeferHostReleases::DeferHostReleases() noexcept { ++deferrals; }
+
+DeferHostReleases::~DeferHostReleases() {
+    releaseDeferredHosts();
+    --deferrals;
+}
+
+ReleaseHostsAtOnce::ReleaseHostsAtOnce(const Binder& binder) noexcept : m_deferrals(std::exchange(deferrals, 0)) {
+    releaseDeferredHosts();
+    while (binder.waiting > 0) {
+        RubyFunctionHandle* const dead = SetAsideHosts::takeOneOf(binder);
+        if (dead == nullptr) {
+            break;
+        }
+        destroy(dead);
+        releaseDeferredHosts();
+    }
+}
+
+ReleaseHostsAtOnce::~ReleaseHostsAtOnce() { deferrals += m_deferrals; }
+
+}  // namespace morvel::ruby::internal
