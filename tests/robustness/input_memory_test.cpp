@@ -13,6 +13,7 @@
 #include "counting_allocator.h"
 #include "morvel/ruby/vm.h"
 #include "support.h"
+#include "support/assembler.h"
 
 namespace morvel::ruby::tests {
 
@@ -324,6 +325,14 @@ TEST(TranslationMemory, IsInProportionToTheImage) {
     std::cout << "running: at most " << worst << " bytes for each byte of the image\n";
 }
 
+/// Checks that `seconds` gives much the same for deep stacks as for flat ones.
+template <typename Seconds>
+void expectNoGrowth(Seconds seconds) {
+    constexpr double kMostTimes = 10;
+    constexpr double kNoise = 0.03;
+    EXPECT_LT(seconds(30'000), kMostTimes * (seconds(1) + kNoise));
+}
+
 // A call may change any global that lies on the stack of an expression: looking for them must not take the longer, the
 // deeper the stack is.
 TEST(TranslationTime, DoesNotGrowWithTheDepthOfTheStack) {
@@ -336,9 +345,44 @@ TEST(TranslationTime, DoesNotGrowWithTheDepthOfTheStack) {
         EXPECT_TRUE(vm.runBytecode(image).ok);
         return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
     };
-    constexpr double kMostTimes = 10;
-    constexpr double kNoise = 0.03;
-    EXPECT_LT(seconds(30'000), kMostTimes * (seconds(1) + kNoise));
+    expectNoGrowth(seconds);
+}
+
+// Nor must what hand-made code does at its depth: jump, store into a local, call while a global lies there.
+TEST(TranslationTime, DoesNotGrowWithTheDepthOfHandMadeStacks) {
+    constexpr std::size_t kTimes = 40'000;
+    enum Constant : std::int32_t { One, A, B, F, Global, TypeOf };
+    using internal::Instruction;
+    using internal::OpCode;
+    using Codes = std::vector<Instruction>;
+    const auto secondsOf = [](const Instruction& deep, const Codes& part, std::size_t depth) {
+        Codes code(depth, deep);
+        for (std::size_t i = 0; i < kTimes; ++i) {
+            for (Instruction instruction : part) {
+                if (instruction.op == OpCode::JumpIfFalse) {
+                    instruction.a = static_cast<std::int32_t>(code.size() + 1);
+                }
+                code.push_back(instruction);
+            }
+        }
+        const Codes main{op(OpCode::PushConst, One), op(OpCode::StoreName, Global), op(OpCode::DefineFunction, F, 1),
+                         op(OpCode::LoadName, F),    op(OpCode::PushConst, One),    op(OpCode::PushConst, One),
+                         op(OpCode::Call, 2)};
+        const RubyBytecode image =
+            assemble({1, "a", "b", "f", "global", "type_of"}, main, {function("f", {"a", "b"}, std::move(code))});
+        RubyVM vm;
+        const std::clock_t start = std::clock();
+        EXPECT_EQ(vm.runBytecode(image).error, "");
+        return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    };
+    const Instruction one = op(OpCode::PushConst, One);
+    const Instruction pop = op(OpCode::Pop);
+    const Codes jump{one, op(OpCode::JumpIfFalse)};
+    const Codes store{one, op(OpCode::StoreName, B), pop};
+    const Codes call{op(OpCode::LoadName, Global), op(OpCode::LoadName, TypeOf), one, op(OpCode::Call, 1), pop, pop};
+    expectNoGrowth([&](std::size_t depth) { return secondsOf(one, jump, depth); });
+    expectNoGrowth([&](std::size_t depth) { return secondsOf(op(OpCode::LoadName, A), store, depth); });
+    expectNoGrowth([&](std::size_t depth) { return secondsOf(one, call, depth); });
 }
 
 }  // namespace

@@ -5,42 +5,54 @@
 namespace morvel::ruby::internal {
 
 void SymbolicStack::beginBlock(std::size_t depth) {
-    cutTo(0);
-    while (m_entries.size() < depth) {
-        pushTemporary();
-    }
+    m_entries.clear();
+    m_counts.fill(0);
+    m_settled = depth;
 }
 
 void SymbolicStack::materializeFrom(std::size_t first) {
-    for (std::size_t depth = first; depth < m_entries.size(); ++depth) {
+    for (std::size_t depth = std::max(first, m_settled); depth < size(); ++depth) {
         materialize(depth);
     }
 }
 
+void SymbolicStack::materializeAll() {
+    materializeFrom(0);
+    beginBlock(size());
+}
+
 void SymbolicStack::detach(const Entry& changing) {
-    for (std::size_t depth = 0; countOf(changing) > 0 && depth < m_entries.size(); ++depth) {
-        if (m_entries[depth] == changing) {
+    for (std::size_t depth = lowestOf(changing.place); depth < size(); ++depth) {
+        if ((*this)[depth] == changing) {
             materialize(depth);
         }
     }
 }
 
 void SymbolicStack::detachGlobals() {
-    for (std::size_t depth = 0; countOf({Place::Global, 0}) > 0; ++depth) {
-        if (m_entries[depth].place == Place::Global) {
+    for (std::size_t depth = lowestOf(Place::Global); depth < size(); ++depth) {
+        if ((*this)[depth].place == Place::Global) {
             materialize(depth);
         }
     }
 }
 
-bool SymbolicStack::holds(const Entry& entry) const {
-    return countOf(entry) > 0 && std::find(m_entries.begin(), m_entries.end(), entry) != m_entries.end();
+bool SymbolicStack::holds(const Entry& entry) {
+    for (std::size_t depth = lowestOf(entry.place); depth < size(); ++depth) {
+        if ((*this)[depth] == entry) {
+            return true;
+        }
+    }
+    return false;
 }
 
-bool SymbolicStack::isElsewhere(std::size_t depth) const {
-    const std::size_t alike = countOf(m_entries[depth]);
-    for (std::size_t i = 0; alike > 1 && i < m_entries.size(); ++i) {
-        if (i != depth && m_entries[i] == m_entries[depth]) {
+bool SymbolicStack::isElsewhere(std::size_t depth) {
+    const Entry entry = (*this)[depth];
+    if (entry.place == Place::Temporary) {
+        return false;
+    }
+    for (std::size_t other = lowestOf(entry.place); other < size(); ++other) {
+        if (other != depth && (*this)[other] == entry) {
             return true;
         }
     }
@@ -48,17 +60,34 @@ bool SymbolicStack::isElsewhere(std::size_t depth) const {
 }
 
 void SymbolicStack::passToTemporary(std::size_t depth) {
-    Entry& entry = m_entries[depth];
-    const std::uint32_t temporary = m_code.temporary(depth);
+    Entry& entry = m_entries[depth - m_settled];
+    const Entry temporary = temporaryAt(depth);
     if (entry.place == Place::Local) {
-        m_code.emit(EngineOp::PassLocal, 0, reg(temporary), reg(entry.index), 0);
+        m_code.emit(EngineOp::PassLocal, 0, reg(temporary.index), reg(entry.index), 0);
     } else {
         const bool isConstant = entry.place == Place::Constant;
-        m_code.emitWide(isConstant ? EngineOp::PassConstant : EngineOp::PassGlobal, 0, reg(temporary), entry.index * 2);
+        m_code.emitWide(isConstant ? EngineOp::PassConstant : EngineOp::PassGlobal, 0, reg(temporary.index),
+                        entry.index * 2);
     }
-    --countOf(entry);
-    entry = {Place::Temporary, temporary};
-    ++countOf(entry);
+    --countOf(entry.place);
+    entry = temporary;
+    ++countOf(entry.place);
+}
+
+std::size_t SymbolicStack::lowestOf(Place place) {
+    std::size_t index = m_entries.size();
+    for (std::size_t left = countOf(place); left > 0;) {
+        --index;
+        if (m_entries[index].place == place) {
+            --left;
+        }
+    }
+    const std::size_t looks = m_entries.size() - index;
+    if (looks > m_looksLeft) {
+        m_code.fail();
+    }
+    m_looksLeft -= std::min(looks, m_looksLeft);
+    return m_settled + index;
 }
 
 }  // namespace morvel::ruby::internal

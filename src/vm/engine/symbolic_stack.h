@@ -40,36 +40,44 @@ struct Entry {
 }
 
 /// Only what has to be in a register is put there. The temporary of the entry at depth d is always the register
-/// firstTemporary + d.
+/// firstTemporary + d. Hand-made code may be thousands deep at each of thousands of instructions: the entries at the
+/// bottom that are in their temporaries are only counted, and looking through the others fails the translation when it
+/// is done too much.
 class SymbolicStack {
 public:
-    /// Emits into `code`, which must outlive the stack.
-    explicit SymbolicStack(CodeBuilder& code) : m_code(code) {}
+    /// Emits into `code`, which must outlive the stack, the translation of `length` instructions.
+    SymbolicStack(CodeBuilder& code, std::size_t length) : m_code(code), m_looksLeft(length * kLooksForEach) {}
 
-    [[nodiscard]] bool empty() const { return m_entries.empty(); }
-    [[nodiscard]] std::size_t size() const { return m_entries.size(); }
-    [[nodiscard]] const Entry& operator[](std::size_t depth) const { return m_entries[depth]; }
-    [[nodiscard]] const Entry& top() const { return m_entries.back(); }
+    [[nodiscard]] bool empty() const { return size() == 0; }
+    [[nodiscard]] std::size_t size() const { return m_settled + m_entries.size(); }
+    [[nodiscard]] Entry operator[](std::size_t depth) const {
+        return depth < m_settled ? temporaryAt(depth) : m_entries[depth - m_settled];
+    }
+    [[nodiscard]] Entry top() const { return (*this)[size() - 1]; }
 
     void push(const Entry& entry) {
         m_entries.push_back(entry);
-        ++countOf(entry);
+        ++countOf(entry.place);
     }
     /// Pushes the temporary of the next depth and gives its register.
     std::uint16_t pushTemporary() {
-        const std::uint32_t index = m_code.temporary(size());
-        push({Place::Temporary, index});
-        return reg(index);
+        const Entry entry = temporaryAt(size());
+        push(entry);
+        return reg(entry.index);
     }
     Entry pop() {
-        const Entry top = m_entries.back();
-        m_entries.pop_back();
-        --countOf(top);
-        return top;
+        const Entry entry = top();
+        if (m_entries.empty()) {
+            --m_settled;
+        } else {
+            m_entries.pop_back();
+            --countOf(entry.place);
+        }
+        return entry;
     }
     /// Drops the entries from `depth` on.
     void cutTo(std::size_t depth) {
-        while (m_entries.size() > depth) {
+        while (size() > depth) {
             pop();
         }
     }
@@ -79,45 +87,52 @@ public:
 
     /// Puts the entry at `depth` into its temporary.
     void materialize(std::size_t depth) {
-        if (m_entries[depth].place != Place::Temporary) {
+        if (depth >= m_settled && m_entries[depth - m_settled].place != Place::Temporary) {
             passToTemporary(depth);
         }
     }
     /// The same for all entries from `first` on.
     void materializeFrom(std::size_t first);
-    void materializeAll() { materializeFrom(0); }
+    void materializeAll();
     /// Entries that stand for what is about to change have to take their value first.
     void detach(const Entry& changing);
     /// A call may rebind any global.
     void detachGlobals();
     /// Makes sure that the entry at `depth` can be named by a 16-bit operand.
     void makeNameable(std::size_t depth) {
-        if (m_entries[depth].index > kLargestOperand) {
+        if ((*this)[depth].index > kLargestOperand) {
             materialize(depth);
         }
     }
     void makeRegister(std::size_t depth) {
-        if (letterOf(m_entries[depth]) != Letter::R) {
+        if (letterOf((*this)[depth]) != Letter::R) {
             materialize(depth);
         }
     }
 
-    /// True when an entry stands for the same as this one.
-    [[nodiscard]] bool holds(const Entry& entry) const;
+    /// True when an entry stands for the same as this one, which is no temporary.
+    [[nodiscard]] bool holds(const Entry& entry);
     /// True when another entry stands for the same variable as the entry at `depth`.
-    [[nodiscard]] bool isElsewhere(std::size_t depth) const;
+    [[nodiscard]] bool isElsewhere(std::size_t depth);
 
 private:
+    /// Compiled code, whose stack is deep in array literals and argument lists only, needs a few.
+    static constexpr std::size_t kLooksForEach = 256;
+
+    [[nodiscard]] Entry temporaryAt(std::size_t depth) const { return {Place::Temporary, m_code.temporary(depth)}; }
     void passToTemporary(std::size_t depth);
-    [[nodiscard]] std::size_t& countOf(const Entry& entry) { return m_counts[static_cast<std::size_t>(entry.place)]; }
-    [[nodiscard]] std::size_t countOf(const Entry& entry) const {
-        return m_counts[static_cast<std::size_t>(entry.place)];
-    }
+    /// The depth of the lowest entry in this place; size() when there is none.
+    [[nodiscard]] std::size_t lowestOf(Place place);
+    [[nodiscard]] std::size_t& countOf(Place place) { return m_counts[static_cast<std::size_t>(place)]; }
 
     CodeBuilder& m_code;
+    /// How many entries at the bottom are in their temporaries.
+    std::size_t m_settled = 0;
+    /// The entries above them.
     std::vector<Entry> m_entries;
-    /// How many entries are in each place: a deep stack is gone through only when there is something to find.
+    /// How many of these are in each place.
     std::array<std::size_t, 4> m_counts{};
+    std::size_t m_looksLeft;
 };
 
 }  // namespace morvel::ruby::internal

@@ -42,7 +42,7 @@ public:
     Translator(const FunctionFacts& facts, GlobalNames& names, std::unique_ptr<Code> frame, bool longJumps)
         : m_facts(facts),
           m_code(std::move(frame), facts.function.code.size(), longJumps),
-          m_stack(m_code),
+          m_stack(m_code, facts.function.code.size()),
           m_variables(facts, names, m_code, m_stack),
           m_operations(facts, m_code, m_stack),
           m_callSites(facts, names.table(), m_code, m_stack),
