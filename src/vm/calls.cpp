@@ -115,7 +115,6 @@ RubyValue tableSet(const RubyValue* arguments, std::size_t argumentCount) {
 
 RubyValue RubyVM::Impl::runFunction(const std::shared_ptr<Program>& program, std::int32_t functionIndex,
                                     const RubyValue* arguments, std::size_t argumentCount) {
-    internal::checkNativeStack();
     if (executor == internal::ExecutorChoice::Automatic) {
         if (const internal::Code* code = m_engine->codeFor(*program, functionIndex)) {
             return m_engine->run(*code, arguments, argumentCount);

@@ -8,6 +8,7 @@
 #include "compiler/compiler.h"
 #include "value/deferred_release.h"
 #include "value/files.h"
+#include "value/native_stack.h"
 #include "vm/engine/engine.h"
 #include "vm/errors.h"
 
@@ -137,6 +138,7 @@ RubyResult RubyVM::Impl::runBytecode(const RubyBytecode& bytecode) {
     try {
         const auto program = std::make_shared<Program>(internal::deserializeProgram(bytecode));
         RubyResult result;
+        internal::checkNativeStack();
         result.value = runFunction(program, 0, nullptr, 0);
         result.ok = true;
         return result;

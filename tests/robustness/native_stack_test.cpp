@@ -1,4 +1,5 @@
 // Deep and cyclic data, deep nesting and deep recursion meet an ordinary error, on large and on small native stacks.
+#include <alloca.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 
 #include "morvel/ruby/vm.h"
 #include "support.h"
+#include "vm/impl.h"
 
 namespace morvel::ruby::tests {
 
@@ -274,6 +276,38 @@ INSTANTIATE_TEST_SUITE_P(Stacks, NativeStack, ::testing::Values(0U, kSmallStack,
                              return stack.param == 0 ? "of_the_program"
                                                      : "of_" + std::to_string(stack.param / 1024) + "_KiB";
                          });
+
+// Where exactly in a call the stack ends is chance: it depends on where the system put the stack.
+TEST(OverflowingCalls, NameTheirPlaceWhereverTheStackEnds) {
+    struct Recursion {
+        const char* source;
+        std::vector<std::string> expected;
+    };
+    const std::vector<Recursion> recursions{
+        {"def f(n)\nx = f(n + 1)\nreturn x\nend\nreturn pcall(f, 0)[2]", {"t:2: stack overflow"}},
+        {"def f()\nr = pcall(f)\nif len(r) == 3 then\nreturn r[2]\nend\nreturn r[1]\nend\nreturn f()",
+         {"t:2: stack overflow"}},
+        {"def g(n)\nreturn n + 1\nend\ndef f(n)\nx = g(n)\ny = f(x)\nreturn y\nend\nreturn pcall(f, 0)[2]",
+         {"t:2: stack overflow", "t:5: stack overflow", "t:6: stack overflow"}},
+    };
+    // More than what one of the calls takes.
+    constexpr std::size_t kLargestShift = kAddressSanitizer || kThreadSanitizer ? 8192 : 2048;
+    constexpr std::size_t kStep = 32;
+    for (std::size_t shift = kStep; shift <= kLargestShift; shift += kStep) {
+        runOnStack(kSmallStack, [&] {
+            auto* const shifted = static_cast<volatile char*>(alloca(shift));
+            shifted[0] = 0;
+            RubyVM vm;
+            // The other executor takes no native stack for calls.
+            RubyVM::Impl::of(vm).executor = internal::ExecutorChoice::PlainOnly;
+            for (const Recursion& recursion : recursions) {
+                const std::string text = outcome(vm, recursion.source);
+                EXPECT_EQ(std::count(recursion.expected.begin(), recursion.expected.end(), text), 1)
+                    << text << ", shifted by " << shift;
+            }
+        });
+    }
+}
 
 /// The program itself, started with little stack for its main thread.
 ChildOutcome runWithStack(const std::string& source, rlim_t bytes) {
