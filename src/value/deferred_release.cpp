@@ -76,6 +76,10 @@ SetAsideHosts::~SetAsideHosts() {
 }
 
 RubyFunctionHandle* SetAsideHosts::takeOneOf(const Binder& binder) noexcept {
+    // Mostly none waits anywhere, and what is set aside may be much.
+    if (binder.waiting == 0) {
+        return nullptr;
+    }
     for (SetAsideHosts* aside = innermost; aside != nullptr; aside = aside->m_outer) {
         RubyFunctionHandle* previous = nullptr;
         for (RubyFunctionHandle* dead = aside->m_first; dead != nullptr; previous = dead, dead = next(*dead)) {
@@ -102,11 +106,7 @@ DeferHostReleases::~DeferHostReleases() {
 
 ReleaseHostsAtOnce::ReleaseHostsAtOnce(const Binder& binder) noexcept : m_deferrals(std::exchange(deferrals, 0)) {
     releaseDeferredHosts();
-    while (binder.waiting > 0) {
-        RubyFunctionHandle* const dead = SetAsideHosts::takeOneOf(binder);
-        if (dead == nullptr) {
-            break;
-        }
+    while (RubyFunctionHandle* const dead = SetAsideHosts::takeOneOf(binder)) {
         destroy(dead);
         releaseDeferredHosts();
     }
