@@ -66,8 +66,8 @@ public:
     std::size_t ensureGlobalSlot(const std::string& name) { return globals.ensureSlot(name); }
     void setGlobalSlotValue(std::size_t slot, const RubyValue& value) { globals.setValue(slot, value); }
 
-    /// Runs one function of a loaded program, whoever executes it. This is the one place that decides. The
-    /// caller has seen that there is native stack left: it knows the place for the error.
+    /// Runs one function of a loaded program, whoever executes it. This is the one place that decides. The caller has
+    /// seen that there is native stack left: it knows the place for the error.
     RubyValue runFunction(const std::shared_ptr<Program>& program, std::int32_t functionIndex,
                           const RubyValue* arguments, std::size_t argumentCount);
 

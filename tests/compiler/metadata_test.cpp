@@ -407,6 +407,18 @@ TEST(BuildFastExpressionRange, TakesTheRangeOnly) {
     EXPECT_FALSE(internal::buildFastExpressionRange(program.functions[0], 2, 1, nodes, root));
 }
 
+TEST(BuildFastExpressionRange, ReadsNoLocalsButParameters) {
+    Program program = makeProgram({"a", "b"}, {op(OpCode::LoadName, 0), op(OpCode::LoadName, 1)});
+    CompiledFunction& function = program.functions[0];
+    function.params = {"a"};
+    function.localNames = {"a", "b"};
+    function.instructionSlots = {0, 1};
+    std::vector<FastNode> nodes;
+    std::int32_t root = -1;
+    EXPECT_TRUE(internal::buildFastExpressionRange(function, 0, 1, nodes, root));
+    EXPECT_FALSE(internal::buildFastExpressionRange(function, 1, 2, nodes, root));
+}
+
 TEST(ExtractFastErrorCall, LeavesTheMessageAloneOnFailure) {
     const Program program = makeProgram({"error", "m"}, {op(OpCode::LoadName, 0), op(OpCode::PushConst, 1),
                                                          op(OpCode::Call, 1), op(OpCode::Pop), op(OpCode::Pop)});

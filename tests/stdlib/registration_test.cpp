@@ -137,6 +137,16 @@ TEST(Registration, BuiltInsAreOrdinaryHostFunctions) {
     }
 }
 
+TEST(Registration, ReplacingABuiltInLeavesOtherVmsAlone) {
+    RubyVM changed;
+    RubyVM other;
+    ASSERT_TRUE(changed.runScriptString("def len(x) return 'changed' end", "t").ok);
+    RubyVM later;
+    EXPECT_EQ("changed", changed.runScriptString("return len([])", "t").value.toString());
+    EXPECT_EQ("0", other.runScriptString("return len([])", "t").value.toString());
+    EXPECT_EQ("0", later.runScriptString("return len([])", "t").value.toString());
+}
+
 std::string callWith(const std::string& name, std::size_t count) {
     std::string source = name + "(";
     for (std::size_t i = 0; i < count; ++i) {

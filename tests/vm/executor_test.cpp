@@ -88,6 +88,22 @@ TEST(Executor, TheContainerStoredByAnIndexedAssignmentMayBeTested) {
     expectValue("[2]", image);
 }
 
+// Only the assignment after it changes the variable: the string that SetIndex makes is a new one.
+TEST(Executor, AStringThatIsNotStoredBackLeavesTheVariableAlone) {
+    const Code work{op(OpCode::PushConst, 2), op(OpCode::StoreName, 1),
+                    op(OpCode::Pop),          op(OpCode::LoadName, 1),
+                    op(OpCode::PushConst, 3), op(OpCode::PushConst, 4),
+                    op(OpCode::SetIndex),     op(OpCode::LoadName, 1),
+                    op(OpCode::MakeArray, 2), kReturn[0]};
+    const std::vector<RubyValue> constants{"f", "x", "abc", 0, "z"};
+    constexpr const char* kExpected = "[\"zbc\", \"abc\"]";
+    expectValue(kExpected, assemble(constants, work));
+    expectValue(kExpected,
+                assemble(constants,
+                         {op(OpCode::DefineFunction, 0, 1), op(OpCode::LoadName, 0), op(OpCode::Call, 0), kReturn[0]},
+                         {function("f", {}, work)}));
+}
+
 TEST(Executor, PopsOfAnEmptyStack) {
     const std::vector<std::pair<OpCode, std::int32_t>> pops{
         {OpCode::Pop, 1},         {OpCode::Add, 2},          {OpCode::Subtract, 2}, {OpCode::Multiply, 2},

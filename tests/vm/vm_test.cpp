@@ -233,6 +233,14 @@ TEST(BindFunction, DefinesAndReplacesGlobals) {
     EXPECT_EQ("3", run(vm, "f = 3 return f"));
 }
 
+TEST(BindFunction, LeavesTheValuesOfTheEarlierBindingAlone) {
+    RubyVM vm;
+    vm.bindFunction("f", [](RubyVM&, RubyArguments) { return RubyValue("first"); });
+    ASSERT_TRUE(vm.runScriptString("g = f", "t").ok);
+    vm.bindFunction("f", [](RubyVM&, RubyArguments) { return RubyValue("second"); });
+    EXPECT_EQ("[first, second, false]", vm.runScriptString("return [g(), f(), f == g]", "t").value.toString());
+}
+
 TEST(BindFunction, ReplacesBuiltIns) {
     RubyVM vm;
     auto printed = std::make_shared<std::string>();

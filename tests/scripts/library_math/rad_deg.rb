@@ -9,3 +9,4 @@ puts(math_rad(-90), math_rad(true))  #=> -1.5708 0.0174533
 puts(math_rad(3) == 0.05235987755982989, math_rad(12) == 0.20943951023931956)  #=> true true
 puts(math_deg(0.1) == 5.729577951308233, math_deg(15) == 859.4366926962348)  #=> true true
 puts(math_deg(270) == 15469.860468532228)  #=> true
+puts(math_rad(0.5), math_deg(0.5), math_deg(true), math_rad(true))  #=> 0.00872665 28.6479 57.2958 0.0174533

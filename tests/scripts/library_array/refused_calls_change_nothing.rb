@@ -1,0 +1,26 @@
+list = [1, 2]
+map = map_new()
+map["k"] = 1
+
+def refused(function, a, b, c)
+  puts(pcall(function, a, b, c)[2])
+end
+refused(table_insert, list, "x", 3)
+refused(table_insert, list, 9, 3)
+refused(table_insert, map, 0, 3)
+refused(table_set, list, -1, 3)
+refused(table_set, list, "k", 3)
+refused(table_set, map, [], 3)
+puts(pcall(table_set, list, 0)[2])
+puts(pcall(array_push, list)[2])
+puts(pcall(array_unshift, list)[2])
+puts(pcall(array_pop, list, 1, 2)[2])
+puts(pcall(array_shift, list, 1)[2])
+puts(pcall(table_remove, list, "x")[2])
+puts(pcall(table_sort, list, 1)[2])
+puts(pcall(table_clear, list, 1)[2])
+puts(pcall(table_clear, map, 1)[2])
+puts(pcall(map_delete, map)[2])
+puts(pcall(map_delete, map, [])[2])
+puts(pcall(map_merge, map, list)[2])
+puts(list, map)
