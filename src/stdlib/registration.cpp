@@ -19,7 +19,10 @@ namespace morvel::ruby {
 namespace {
 
 using internal::BuiltinCall;
+using internal::FunctionInternals;
 using internal::kNoMaximum;
+using internal::NumberFunction;
+using internal::Shortcut;
 namespace builtins = internal::builtins;
 
 struct Builtin {
@@ -27,20 +30,26 @@ struct Builtin {
     std::size_t minimum;
     std::size_t maximum;
     RubyValue (*body)(const BuiltinCall&);
-    RubyFunctionHandle::Shortcut shortcut = RubyFunctionHandle::Shortcut::None;
-    RubyFunctionHandle::NumberFunction numberFunction = nullptr;
+    NumberFunction numberFunction = nullptr;
+    Shortcut shortcut = Shortcut::None;
 };
 
 /// A row whose body has a short form for numbers.
-constexpr Builtin onNumbers(Builtin row, RubyFunctionHandle::NumberFunction function) {
+constexpr Builtin onNumbers(Builtin row, NumberFunction function) {
     row.numberFunction = function;
+    return row;
+}
+
+/// A row that the engine has an instruction for.
+constexpr Builtin withShortcut(Builtin row, Shortcut shortcut) {
+    row.shortcut = shortcut;
     return row;
 }
 
 constexpr std::array kBuiltins{
     Builtin{"puts", 0, kNoMaximum, builtins::puts},
     Builtin{"print", 0, kNoMaximum, builtins::print},
-    Builtin{"len", 1, 1, builtins::len, RubyFunctionHandle::Shortcut::Len},
+    withShortcut(Builtin{"len", 1, 1, builtins::len}, Shortcut::Len),
     Builtin{"time_ms", 0, 0, builtins::timeMs},
     Builtin{"to_s", 1, 1, builtins::toS},
     Builtin{"type_of", 1, 1, builtins::typeOf},
@@ -54,7 +63,7 @@ constexpr std::array kBuiltins{
     Builtin{"range", 1, 3, builtins::range},
     Builtin{"array_new", 0, 2, builtins::arrayNew},
     Builtin{"map_new", 0, 0, builtins::mapNew},
-    Builtin{"array_push", 2, kNoMaximum, builtins::arrayPush, RubyFunctionHandle::Shortcut::ArrayPush},
+    withShortcut(Builtin{"array_push", 2, kNoMaximum, builtins::arrayPush}, Shortcut::ArrayPush),
     Builtin{"array_pop", 1, 2, builtins::arrayPop},
     Builtin{"array_shift", 1, 1, builtins::arrayShift},
     Builtin{"array_unshift", 2, kNoMaximum, builtins::arrayUnshift},
@@ -126,10 +135,12 @@ RubyValue callBuiltin(RubyVM& vm, RubyArguments arguments) {
 }
 
 template <std::size_t Row>
+constexpr FunctionInternals kInternals{nullptr, kBuiltins[Row].numberFunction, kBuiltins[Row].shortcut};
+
+template <std::size_t Row>
 void bindRow(RubyVM::Impl& vm) {
     RubyFunctionHandle& handle = vm.bindFunction(kBuiltins[Row].name, RubyNativeFunction(callBuiltin<Row>));
-    handle.shortcut = kBuiltins[Row].shortcut;
-    handle.numberFunction = kBuiltins[Row].numberFunction;
+    FunctionInternals::set(handle, kInternals<Row>);
 }
 
 template <std::size_t... Rows>

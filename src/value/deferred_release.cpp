@@ -23,8 +23,8 @@ void destroy(RubyFunctionHandle* dead) noexcept {
     ++deferrals;
     {
         const SetAsideHosts earlier;
-        if (dead->binder != nullptr) {
-            --dead->binder->waiting;
+        if (const Binder* const binder = binderOf(*dead)) {
+            --binder->waiting;
         }
         delete dead;
     }
@@ -36,8 +36,8 @@ void destroy(RubyFunctionHandle* dead) noexcept {
 constinit thread_local RubyFunctionHandle* deferredHosts = nullptr;
 
 void deferHost(RubyFunctionHandle* dead) noexcept {
-    if (dead->binder != nullptr) {
-        ++dead->binder->waiting;
+    if (const Binder* const binder = binderOf(*dead)) {
+        ++binder->waiting;
     }
     link(*dead, std::exchange(deferredHosts, dead));
 }
@@ -83,7 +83,7 @@ RubyFunctionHandle* SetAsideHosts::takeOneOf(const Binder& binder) noexcept {
     for (SetAsideHosts* aside = innermost; aside != nullptr; aside = aside->m_outer) {
         RubyFunctionHandle* previous = nullptr;
         for (RubyFunctionHandle* dead = aside->m_first; dead != nullptr; previous = dead, dead = next(*dead)) {
-            if (dead->binder.get() != &binder) {
+            if (binderOf(*dead) != &binder) {
                 continue;
             }
             if (previous == nullptr) {

@@ -8,6 +8,7 @@
 #include <cstddef>
 
 #include "morvel/ruby/function.h"
+#include "value/function_internals.h"
 
 namespace morvel::ruby::internal {
 

@@ -4,6 +4,7 @@
 #include "morvel/ruby/error.h"
 #include "morvel/ruby/function.h"
 #include "morvel/ruby/map.h"
+#include "value/function_internals.h"
 #include "value/numbers.h"
 #include "value/render.h"
 
@@ -27,7 +28,7 @@ std::unique_ptr<RubyFunctionHandle> orEmptyHandle(std::unique_ptr<RubyFunctionHa
 
 }  // namespace
 
-RubyFunctionHandle::~RubyFunctionHandle() = default;
+RubyFunctionHandle::~RubyFunctionHandle() { internal::FunctionInternals::set(*this, internal::kNoInternals); }
 
 RubyValue::RubyValue(const char* text) : RubyValue(text == nullptr ? std::string() : std::string(text)) {}
 

@@ -62,7 +62,7 @@ RubyFunctionHandle& RubyVM::Impl::bindFunction(const std::string& name, RubyHost
     if (const auto* plain = callback.target<RubyNativeFunction>()) {
         handle->nativeFunction = *plain;
     } else {
-        handle->binder = binder;
+        internal::FunctionInternals::set(bound, *binder);
     }
     handle->hostFunction = std::move(callback);
     handle->name = name;

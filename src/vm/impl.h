@@ -9,6 +9,7 @@
 
 #include "compiler/program.h"
 #include "morvel/ruby/vm.h"
+#include "value/function_internals.h"
 #include "value/short_strings.h"
 #include "vm/globals.h"
 
@@ -91,7 +92,10 @@ public:
     RubyValue protectedCall(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
                             unsigned line);
 
-    std::shared_ptr<internal::Binder> binder = std::make_shared<internal::Binder>();
+    struct ReleaseBinder {
+        void operator()(const internal::Binder* binder) const noexcept { binder->release(); }
+    };
+    const std::unique_ptr<const internal::Binder, ReleaseBinder> binder{new internal::Binder};
     internal::GlobalTable globals;
     internal::ExecutorChoice executor = internal::ExecutorChoice::Automatic;
     std::mt19937_64 random;

@@ -15,14 +15,11 @@ namespace morvel::ruby {
 class RubyVM;
 
 namespace internal {
-struct Code;
+struct FunctionInternals;
 struct Program;
 
-/// What a VM and the host functions that it bound have in common.
-struct Binder {
-    /// How many of the functions are no longer referred to and wait to be destroyed.
-    std::size_t waiting = 0;
-};
+/// Of a function that the runtime knows nothing about.
+extern const FunctionInternals kNoInternals;
 }  // namespace internal
 
 /// Read-only, non-owning view of a call's arguments, valid during the call. A host that calls a function by itself
@@ -56,17 +53,12 @@ using RubyHostFunction = std::function<RubyValue(RubyVM&, RubyArguments)>;
 /// A host function without state, called directly.
 using RubyNativeFunction = RubyValue (*)(RubyVM&, RubyArguments);
 
-/// What a function value points at. Two function values are equal when they share one handle.
+/// What a function value points at. Two function values are equal when they share one handle. A handle is not changed
+/// any more once a value holds it.
 struct RubyFunctionHandle : internal::Box {
     enum class Kind : std::uint8_t { Script = 0, Host = 1, Empty = 2 };
     /// Host functions that the interpreter carries out itself, recognised by the name they were bound under.
     enum class Intrinsic : std::uint8_t { None = 0, Error = 1, Pcall = 2, TableSet = 3 };
-
-    /// Built-ins that the runtime carries out in place when their arguments are of the usual kinds.
-    enum class Shortcut : std::uint8_t { None, Len, ArrayPush };
-    /// A built-in's work on numbers alone: stores its result and gives true, or gives false, with nothing done, when
-    /// the arguments are not the numbers it wants. Neither fails nor touches the VM.
-    using NumberFunction = bool (*)(const RubyValue* arguments, std::size_t count, RubyValue* result);
 
     RubyFunctionHandle() = default;
     RubyFunctionHandle(const RubyFunctionHandle&) = delete;
@@ -75,23 +67,21 @@ struct RubyFunctionHandle : internal::Box {
 
     Kind kind = Kind::Host;
     Intrinsic intrinsic = Intrinsic::None;
-    Shortcut shortcut = Shortcut::None;
     /// Index into the program's functions; -1 for host functions.
     std::int32_t functionIndex = -1;
     /// The program that holds the script function, kept alive by this handle; empty for host functions.
     std::shared_ptr<internal::Program> program;
     /// The callback; empty for script functions.
     RubyHostFunction hostFunction;
-    /// What a host function with state shares with the VM that bound it; empty for others.
-    std::shared_ptr<internal::Binder> binder;
     /// The callback's plain function, when it is one; lets calls skip the callable wrapper.
     RubyNativeFunction nativeFunction = nullptr;
-    /// The short form of a built-in that works on numbers.
-    NumberFunction numberFunction = nullptr;
     /// The name under which the function was defined or bound.
     std::string name;
-    /// The runtime's translation of the script function, once there is one; it lives as long as the program.
-    mutable const internal::Code* code = nullptr;
+
+private:
+    friend struct internal::FunctionInternals;
+
+    mutable const internal::FunctionInternals* m_internals = &internal::kNoInternals;
 };
 
 }  // namespace morvel::ruby

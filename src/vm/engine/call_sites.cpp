@@ -17,14 +17,14 @@ std::size_t CallSites::call(std::size_t index, std::size_t blockEnd) {
     }
     const std::size_t callee = m_stack.size() - count - 1;
     if (callee <= kDeepestWindow) {
-        const RubyFunctionHandle::Shortcut shortcut = shortcutOf(m_stack[callee]);
-        if (shortcut == RubyFunctionHandle::Shortcut::Len && count == 1) {
+        const Shortcut shortcut = shortcutOf(m_stack[callee]);
+        if (shortcut == Shortcut::Len && count == 1) {
             callLen(callee);
             return 1;
         }
         const bool dropsResult =
             index + 1 < blockEnd && m_facts.function.code[index + 1].op == OpCode::Pop && !m_facts.livePops[index + 1];
-        if (shortcut == RubyFunctionHandle::Shortcut::ArrayPush && count == 2 && dropsResult) {
+        if (shortcut == Shortcut::ArrayPush && count == 2 && dropsResult) {
             callArrayPush(callee);
             return 2;
         }
@@ -33,12 +33,13 @@ std::size_t CallSites::call(std::size_t index, std::size_t blockEnd) {
     return 1;
 }
 
-RubyFunctionHandle::Shortcut CallSites::shortcutOf(const Entry& callee) const {
+Shortcut CallSites::shortcutOf(const Entry& callee) const {
     if (callee.place != Place::Global || callee.index > kLargestOperand || !m_globals.isDefined(callee.index) ||
         !m_globals.value(callee.index).isFunction()) {
-        return RubyFunctionHandle::Shortcut::None;
+        return Shortcut::None;
     }
-    return static_cast<const RubyFunctionHandle*>(m_globals.value(callee.index).data.box)->shortcut;
+    const auto* handle = static_cast<const RubyFunctionHandle*>(m_globals.value(callee.index).data.box);
+    return FunctionInternals::of(*handle).shortcut;
 }
 
 void CallSites::callLen(std::size_t callee) {

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "morvel/ruby/function.h"
+#include "value/function_internals.h"
 #include "vm/engine/code_builder.h"
 #include "vm/engine/function_facts.h"
 #include "vm/engine/symbolic_stack.h"
@@ -23,7 +23,7 @@ public:
 
 private:
     /// The built-in that a callee entry stands for right now, if the engine has an instruction for it.
-    [[nodiscard]] RubyFunctionHandle::Shortcut shortcutOf(const Entry& callee) const;
+    [[nodiscard]] Shortcut shortcutOf(const Entry& callee) const;
     // The callee is the entry at the depth `callee`, and its arguments are those above.
     void callLen(std::size_t callee);
     void callArrayPush(std::size_t callee);

@@ -10,6 +10,7 @@
 
 #include "compiler/program.h"
 #include "morvel/ruby/value.h"
+#include "value/function_internals.h"
 #include "vm/engine/global_names.h"
 #include "vm/engine/instruction.h"
 
@@ -32,7 +33,9 @@ struct Definition {
 /// What entering a function takes beyond moving to the new frame.
 enum class Prologue : std::uint8_t { None, ClearLastValue, PrepareRegisters };
 
-struct Code {
+struct Code : FunctionInternals {
+    Code() { kind = Kind::Translation; }
+
     std::vector<EngineInstruction> instructions;
     /// Constants used by this function, each once.
     std::vector<RubyValue> constants;
@@ -43,8 +46,6 @@ struct Code {
 
     const Program* program = nullptr;
     const CompiledFunction* function = nullptr;
-    /// The engine that the global slots belong to.
-    const void* engine = nullptr;
     std::uint32_t parameterCount = 0;
     /// Locals come first in a frame, parameters before the others; then, when `keepsLastValue`, the value of the last
     /// expression statement; then the temporaries. Everything before `firstTemporary` is released on return.

@@ -96,6 +96,11 @@ private:
                        RubyValue* result, std::uint32_t marks);
     void callProtected(RubyValue* window, std::size_t argumentCount, RubyValue* result);
     [[nodiscard]] const Code* codeOf(const RubyFunctionHandle& handle);
+    /// The translation that the handle of a script function already points at; null when there is none for this engine.
+    [[nodiscard]] const Code* knownCode(const RubyFunctionHandle& handle) const noexcept {
+        const FunctionInternals& internals = FunctionInternals::of(handle);
+        return internals.engine == m_identity.get() ? static_cast<const Code*>(&internals) : nullptr;
+    }
 
     // What the loop leaves to functions: rare cases, and all that may fail.
     template <OpCode Operation>

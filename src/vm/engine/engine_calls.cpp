@@ -52,10 +52,9 @@ Engine::CallOutcome Engine::callFunction(const RubyValue& callee, RubyValue* win
 
 bool Engine::takeShortcut(const RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount,
                           RubyValue* result) {
-    using Shortcut = RubyFunctionHandle::Shortcut;
     RubyValue* argument = window + 1;
     RubyValue value;
-    switch (handle.shortcut) {
+    switch (FunctionInternals::of(handle).shortcut) {
         case Shortcut::None:
             return false;
         case Shortcut::Len:
@@ -79,7 +78,8 @@ bool Engine::takeShortcut(const RubyFunctionHandle& handle, RubyValue* window, s
 
 void Engine::callNative(const RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount,
                         RubyValue* result) {
-    if (handle.shortcut != RubyFunctionHandle::Shortcut::None && takeShortcut(handle, window, argumentCount, result)) {
+    if (FunctionInternals::of(handle).shortcut != Shortcut::None &&
+        takeShortcut(handle, window, argumentCount, result)) {
         return;
     }
     finishCall(window, argumentCount, result,
@@ -159,8 +159,8 @@ void Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyVal
     RubyValue* callee = window + 1;
     if (callee->isFunction()) {
         auto& handle = *static_cast<RubyFunctionHandle*>(callee->data.box);
-        const Code* code = handle.code;
-        if (code == nullptr || code->engine != m_identity.get()) {
+        const Code* code = knownCode(handle);
+        if (code == nullptr) {
             const bool isScript = handle.kind == Kind::Script && handle.program != nullptr && hasFunction(handle);
             code = isScript ? codeOf(handle) : nullptr;
         }
@@ -178,14 +178,14 @@ void Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyVal
 }
 
 const Code* Engine::codeOf(const RubyFunctionHandle& handle) {
-    if (handle.code == nullptr || handle.code->engine != m_identity.get()) {
-        const Code* code = codeFor(*handle.program, handle.functionIndex);
-        if (code == nullptr) {
-            return nullptr;
-        }
-        handle.code = code;
+    if (const Code* code = knownCode(handle)) {
+        return code;
     }
-    return handle.code;
+    const Code* code = codeFor(*handle.program, handle.functionIndex);
+    if (code != nullptr) {
+        FunctionInternals::set(handle, *code);
+    }
+    return code;
 }
 
 }  // namespace morvel::ruby::internal

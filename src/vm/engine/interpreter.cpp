@@ -691,8 +691,9 @@ void Engine::interpret(std::size_t entry) {
         SAVE();                                                                                                     \
         if (function->type == Type::Function) [[likely]] {                                                          \
             auto* const handle = static_cast<RubyFunctionHandle*>(function->data.box);                              \
-            const Code* const code = handle->code;                                                                  \
-            if (code != nullptr && code->engine == m_identity.get() && code->parameterCount == INSTRUCTION.n &&     \
+            const FunctionInternals& known = FunctionInternals::of(*handle);                                        \
+            const Code* const code = static_cast<const Code*>(&known);                                              \
+            if (known.engine == m_identity.get() && code->parameterCount == INSTRUCTION.n &&                        \
                 m_current != m_lastFrame && code->registerCount < static_cast<std::size_t>(m_stack.end() - window)) \
                 [[likely]] {                                                                                        \
                 RubyFunctionHandle* const kept = keep_callee;                                                       \
@@ -712,8 +713,8 @@ void Engine::interpret(std::size_t entry) {
                 }                                                                                                   \
                 NEXT();                                                                                             \
             }                                                                                                       \
-            if (handle->numberFunction != nullptr &&                                                                \
-                handle->numberFunction(window + 1, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b))) {                      \
+            if (known.numberFunction != nullptr &&                                                                  \
+                known.numberFunction(window + 1, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b))) {                        \
                 releaseRegister(window);                                                                            \
                 NEXT();                                                                                             \
             }                                                                                                       \
@@ -741,7 +742,7 @@ void Engine::interpret(std::size_t entry) {
 // True when the callee still is the built-in that the translation found under its name.
 #define IS_SHORTCUT(callee, kind)        \
     ((callee)->type == Type::Function && \
-     static_cast<const RubyFunctionHandle*>((callee)->data.box)->shortcut == RubyFunctionHandle::Shortcut::kind)
+     FunctionInternals::of(*static_cast<const RubyFunctionHandle*>((callee)->data.box)).shortcut == Shortcut::kind)
 
     OP(Len) {
         const RubyValue* const callee = OPERAND_G(INSTRUCTION.c);

@@ -1,0 +1,59 @@
+// What the runtime keeps behind a function value.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+#include "morvel/ruby/function.h"
+
+namespace morvel::ruby::internal {
+
+/// Built-ins that the runtime carries out in place when their arguments are of the usual kinds.
+enum class Shortcut : std::uint8_t { None, Len, ArrayPush };
+
+/// A built-in's work on numbers alone: stores its result and gives true, or gives false, with nothing done, when the
+/// arguments are not the numbers it wants. Neither fails nor touches the VM.
+using NumberFunction = bool (*)(const RubyValue* arguments, std::size_t count, RubyValue* result);
+
+/// The part of a function handle that only the runtime knows. A handle points at one that it shares with others: the
+/// translation of a script function, the row of a built-in, or the Binder of a host function with state.
+struct FunctionInternals {
+    enum class Kind : std::uint8_t { Permanent, Translation, Binder };
+
+    /// The engine whose translation of a script function this is; null for everything else.
+    const void* engine = nullptr;
+    NumberFunction numberFunction = nullptr;
+    Shortcut shortcut = Shortcut::None;
+    Kind kind = Kind::Permanent;
+
+    [[nodiscard]] static const FunctionInternals& of(const RubyFunctionHandle& handle) noexcept {
+        return *handle.m_internals;
+    }
+    /// Has the handle point at `internals`, which must live as long as the handle or, for a translation, its program.
+    static void set(const RubyFunctionHandle& handle, const FunctionInternals& internals) noexcept;
+};
+
+/// What a VM and the host functions with state that it bound have in common. Each of them holds a reference; functions
+/// may end on another thread than the VM's.
+struct Binder : FunctionInternals {
+    Binder() noexcept { kind = Kind::Binder; }
+
+    void release() const noexcept {
+        if (references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+            delete this;
+        }
+    }
+
+    mutable std::atomic<std::size_t> references = 1;
+    /// How many of the functions are no longer referred to and wait to be destroyed.
+    mutable std::atomic<std::size_t> waiting = 0;
+};
+
+/// The binder of a host function with state; null for other functions.
+[[nodiscard]] inline const Binder* binderOf(const RubyFunctionHandle& handle) noexcept {
+    const FunctionInternals& internals = FunctionInternals::of(handle);
+    return internals.kind == FunctionInternals::Kind::Binder ? static_cast<const Binder*>(&internals) : nullptr;
+}
+
+}  // namespace morvel::ruby::internal
