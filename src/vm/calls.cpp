@@ -53,12 +53,6 @@ bool isGuardedFunction(const RubyFunctionHandle& handle) {
            handle.program->functions[static_cast<std::size_t>(handle.functionIndex)].fastKind == FastKind::Guarded;
 }
 
-RubyValue callHost(RubyVM& vm, const RubyFunctionHandle& handle, const RubyValue* arguments,
-                   std::size_t argumentCount) {
-    const RubyArguments view(arguments, argumentCount);
-    return handle.nativeFunction != nullptr ? handle.nativeFunction(vm, view) : handle.hostFunction(vm, view);
-}
-
 }  // namespace
 
 namespace internal {
@@ -115,6 +109,7 @@ RubyValue tableSet(const RubyValue* arguments, std::size_t argumentCount) {
 
 RubyValue RubyVM::Impl::runFunction(const std::shared_ptr<Program>& program, std::int32_t functionIndex,
                                     const RubyValue* arguments, std::size_t argumentCount) {
+    const internal::RunScope run(runs, m_engine->depth());
     if (executor == internal::ExecutorChoice::Automatic) {
         if (const internal::Code* code = m_engine->codeFor(*program, functionIndex)) {
             return m_engine->run(*code, arguments, argumentCount);
@@ -125,6 +120,21 @@ RubyValue RubyVM::Impl::runFunction(const std::shared_ptr<Program>& program, std
         return executeFastFunction(program, function, arguments, argumentCount);
     }
     return executeFunction(program, functionIndex, arguments, argumentCount);
+}
+
+RubyValue RubyVM::Impl::callHost(const RubyFunctionHandle& handle, const RubyValue* arguments,
+                                 std::size_t argumentCount) {
+    const internal::Runs::Id run = runs.innermost();
+    const RubyArguments view(arguments, argumentCount);
+    try {
+        RubyValue result =
+            handle.nativeFunction != nullptr ? handle.nativeFunction(*owner, view) : handle.hostFunction(*owner, view);
+        runs.requireInnermost(run);
+        return result;
+    } catch (const std::exception&) {
+        runs.requireInnermost(run);
+        throw;
+    }
 }
 
 RubyValue RubyVM::Impl::callValue(const Program& program, const RubyValue& callee, const RubyValue* arguments,
@@ -158,7 +168,7 @@ RubyValue RubyVM::Impl::callValue(const Program& program, const RubyValue& calle
         case Intrinsic::None:
             break;
     }
-    return callHost(*owner, handle, arguments, argumentCount);
+    return callHost(handle, arguments, argumentCount);
 }
 
 RubyValue RubyVM::Impl::protectedCall(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
@@ -181,12 +191,14 @@ RubyValue RubyVM::Impl::protectedCall(const Program& program, const RubyValue* a
         return protectedGuardedCall(*this, handle, rest, restCount);
     }
     // The success marker comes first, so a failure gives three elements.
+    const internal::Runs::Id run = runs.innermost();
     RubyArray outcome;
     outcome.reserve(2);
     outcome.emplace_back(true);
     try {
         outcome.push_back(callValue(program, protectedFunction, rest, restCount, line));
     } catch (const std::exception& exception) {
+        runs.requireInnermost(run);
         outcome.emplace_back(false);
         outcome.emplace_back(internal::errorText(exception));
     }

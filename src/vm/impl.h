@@ -12,6 +12,7 @@
 #include "value/function_internals.h"
 #include "value/short_strings.h"
 #include "vm/globals.h"
+#include "vm/runs.h"
 
 namespace morvel::ruby {
 
@@ -72,6 +73,9 @@ public:
     RubyValue runFunction(const std::shared_ptr<Program>& program, std::int32_t functionIndex,
                           const RubyValue* arguments, std::size_t argumentCount);
 
+    /// Calls a host function for the innermost run, which fails when it is not the innermost any more afterwards.
+    RubyValue callHost(const RubyFunctionHandle& handle, const RubyValue* arguments, std::size_t argumentCount);
+
     /// Calls any value. `program` and `line` are the caller's: they locate errors raised before the callee starts.
     /// Fails with "attempted to call a non-function value", "function handle is empty",
     /// "script function program is missing" or "function index is out of range", or as the callee does.
@@ -97,6 +101,7 @@ public:
     };
     const std::unique_ptr<const internal::Binder, ReleaseBinder> binder{new internal::Binder};
     internal::GlobalTable globals;
+    internal::Runs runs;
     internal::ExecutorChoice executor = internal::ExecutorChoice::Automatic;
     std::mt19937_64 random;
     /// Short strings that operators and built-ins made of late.

@@ -34,6 +34,10 @@ struct RubyBytecode {
 /// different threads. Globals persist across runs. The run operations never throw a standard exception; failures
 /// arrive in the RubyResult. A moved-from VM may only be destroyed or assigned to.
 ///
+/// Runs on one VM nest: a host function may run scripts. A host with several native stacks (fibers) may switch between
+/// runs of one VM, but only the one that began last may go on; any other fails with "VM is running on another stack",
+/// which pcall does not catch. Every run has to end before its native stack or the VM does.
+///
 /// Example:
 ///
 ///     morvel::ruby::RubyVM vm;

@@ -43,6 +43,7 @@ std::string textOf(const std::exception& exception) noexcept {
 Engine::Engine(RubyVM::Impl& vm)
     : m_vm(vm),
       m_globals(vm.globals),
+      m_runs(vm.runs),
       m_identity(std::make_shared<const char>()),
       m_frames(std::make_unique<Frame[]>(kFirstFrames)) {
     m_current = m_frames.get();
@@ -79,11 +80,19 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
     const std::size_t entry = depth();
     // Destroyed last: by then the frames of this run are gone.
     const DeferHostReleases deferral;
+    const Runs::Id self = m_runs.innermost();
     struct Unwinder {
         Engine& engine;
-        std::size_t frame;
-        ~Unwinder() { engine.unwindTo(frame); }
-    } const unwinder{*this, entry};
+        Runs::Id run;
+        std::size_t entry;
+        ~Unwinder() {
+            if (engine.m_runs.innermost() == run) {
+                engine.unwindTo(entry);
+            } else {
+                engine.abandonFrames(run, entry);
+            }
+        }
+    } const unwinder{*this, self, entry};
     pushFrame(code, m_current->base + m_current->code->registerCount, &result, kEntryFrame);
     for (std::size_t i = 0; i < argumentCount; ++i) {
         copyToDead(m_current->base + i, arguments + i);
@@ -91,9 +100,10 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
     prepareRegisters(code, m_current->base);
     while (true) {
         try {
-            interpret(entry);
+            interpret(entry, self);
             return result;
         } catch (const std::exception& exception) {
+            m_runs.requireInnermost(self);
             if (!recover(entry, textOf(exception))) {
                 throw;
             }
@@ -160,6 +170,21 @@ void Engine::popFrame(std::uint32_t registerCount) noexcept {
 void Engine::unwindTo(std::size_t frame) noexcept {
     while (depth() > frame) {
         popFrame(m_current->code->registerCount);
+    }
+    while ((m_current->marks & kAbandonedFrame) != 0) {
+        popFrame(0);
+    }
+}
+
+void Engine::abandonFrames(Runs::Id run, std::size_t entry) noexcept {
+    for (std::size_t index = m_runs.depthInside(run); index > entry; --index) {
+        // What ends here may grow the array of frames.
+        for (std::uint32_t i = 0; i < m_frames[index].code->registerCount; ++i) {
+            releaseRegister(m_frames[index].base + i);
+        }
+        Frame& frame = m_frames[index];
+        frame.code = &m_noCode;
+        frame.marks |= kAbandonedFrame;
     }
 }
 

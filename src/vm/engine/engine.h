@@ -11,6 +11,7 @@
 #include "vm/engine/code.h"
 #include "vm/engine/value_stack.h"
 #include "vm/globals.h"
+#include "vm/runs.h"
 
 namespace morvel::ruby::internal {
 
@@ -25,6 +26,8 @@ enum FrameMarks : std::uint32_t {
     kChunkFrame = 4,
     /// The frame runs a program's top-level code, and may be all that keeps the program.
     kProgramFrame = 8,
+    /// The frame's run has failed below others. Its registers are dead, and it goes when it is the top frame.
+    kAbandonedFrame = 16,
 };
 
 /// An active call.
@@ -51,6 +54,9 @@ public:
     /// The translation of a function; null when it is left to the plain executor.
     [[nodiscard]] const Code* codeFor(const Program& program, std::int32_t functionIndex);
 
+    /// How many frames there are.
+    [[nodiscard]] std::size_t depth() const noexcept { return static_cast<std::size_t>(m_current - m_frames.get()); }
+
     /// Runs a translated function, whose program the caller keeps alive. Fails as its script does, with located errors
     /// for a wrong argument count and for "stack overflow".
     RubyValue run(const Code& code, const RubyValue* arguments, std::size_t argumentCount);
@@ -58,11 +64,10 @@ public:
 private:
     enum class CallOutcome : std::uint8_t { Done, Raised };
 
-    /// The instruction loop; returns when the frame above `entry` has returned.
-    void interpret(std::size_t entry);
+    /// The instruction loop of `run`; returns when the frame above `entry` has returned.
+    void interpret(std::size_t entry, Runs::Id run);
 
     // Frames.
-    [[nodiscard]] std::size_t depth() const noexcept { return static_cast<std::size_t>(m_current - m_frames.get()); }
     void growFrames();
     [[noreturn]] void failOverflow() const;
     /// Puts a frame for `code` on top, with its registers at `base` or, when they do not fit there, in another chunk.
@@ -75,6 +80,8 @@ private:
     /// Releases the first registers of the top frame, which must be all that are not dead, and takes it off.
     void popFrame(std::uint32_t registerCount) noexcept;
     void unwindTo(std::size_t frame) noexcept;
+    /// Ends `run`, whose frames are those above `entry`, while runs that began after it go on.
+    void abandonFrames(Runs::Id run, std::size_t entry) noexcept;
     /// Ends the top frame, which is not a plain one, with the value at `value`; true when the run is over.
     [[nodiscard]] bool leaveFrame(RubyValue* value);
     /// Delivers a failure to the innermost pcall above `entry`; false when there is none. Throws std::bad_alloc when
@@ -132,6 +139,7 @@ private:
 
     RubyVM::Impl& m_vm;
     GlobalTable& m_globals;
+    const Runs& m_runs;
     const std::shared_ptr<const char> m_identity;
     ValueStack m_stack;
     /// The frame below all others has no code of its own.

@@ -203,7 +203,7 @@ template <OpCode Operation>
 
 }  // namespace
 
-void Engine::interpret(std::size_t entry) {
+void Engine::interpret(std::size_t entry, Runs::Id run) {
     const EngineInstruction* pc;
     RubyValue* base;
     const RubyValue* constants;
@@ -232,6 +232,7 @@ void Engine::interpret(std::size_t entry) {
         if (deferredHosts != nullptr) [[unlikely]] { \
             releaseDeferredHosts();                  \
         }                                            \
+        m_runs.requireInnermost(run);                \
         LOAD_FRAME(m_current);                       \
         globals = m_globals.values();                \
     } while (false)
