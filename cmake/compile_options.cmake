@@ -1,13 +1,41 @@
 # Flags of every target of the project: warnings, and sanitizers when asked for.
 
-include(CheckCXXSourceCompiles)
+include(CheckCXXSourceRuns)
 
 # The program needs no shared library where the static ones are installed: it starts faster and takes less memory.
-set(CMAKE_REQUIRED_FLAGS "-fPIE")
-set(CMAKE_REQUIRED_LINK_OPTIONS "-static-pie")
-check_cxx_source_compiles("#include <iostream>\nint main() { std::cout << 1; }" MORVEL_HAS_STATIC_PIE)
-unset(CMAKE_REQUIRED_FLAGS)
-unset(CMAKE_REQUIRED_LINK_OPTIONS)
+# Whether that works also depends on the flags of the build: with many sanitizers, say, such a program links, but
+# crashes at its start. So one is run, with those flags; where it cannot be run, the program is linked as usual.
+function(morvel_find_static_pie)
+    if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
+        set(MORVEL_HAS_STATIC_PIE OFF CACHE INTERNAL "Static programs work")
+        return()
+    endif()
+    string(TOUPPER "${CMAKE_BUILD_TYPE}" config)
+    set(flags "${CMAKE_CXX_COMPILER} ${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${config}}")
+    string(APPEND flags " ${CMAKE_EXE_LINKER_FLAGS} ${CMAKE_EXE_LINKER_FLAGS_${config}}")
+    if(NOT flags STREQUAL MORVEL_STATIC_PIE_FLAGS)
+        unset(MORVEL_HAS_STATIC_PIE CACHE)
+        set(MORVEL_STATIC_PIE_FLAGS "${flags}" CACHE INTERNAL "What MORVEL_HAS_STATIC_PIE was found with")
+    endif()
+    set(CMAKE_TRY_COMPILE_CONFIGURATION "${CMAKE_BUILD_TYPE}")
+    set(CMAKE_REQUIRED_FLAGS "-fPIE")
+    set(CMAKE_REQUIRED_LINK_OPTIONS "-static-pie")
+    check_cxx_source_runs([[
+        #include <exception>
+        #include <iostream>
+        #include <stdexcept>
+        #include <string>
+        int main(int argc, char** argv) {
+            try {
+                throw std::runtime_error(std::string(argv[0]) + std::string(argc, 'x'));
+            } catch (const std::exception& error) {
+                std::cout << error.what() << std::endl;
+            }
+            return 0;
+        }
+    ]] MORVEL_HAS_STATIC_PIE)
+endfunction()
+morvel_find_static_pie()
 
 function(morvel_link_static_program target)
     if(MORVEL_STATIC_PROGRAM AND MORVEL_HAS_STATIC_PIE AND NOT MORVEL_SANITIZE)
