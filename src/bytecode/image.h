@@ -18,7 +18,7 @@ inline constexpr std::uint32_t kBytecodeVersion = 2;
 inline constexpr std::size_t kInstructionSize = 13;
 
 /// The image of a program. Throws RubyError "bytecode serializer only supports scalar constants" for a constant that
-/// is an array, a map or a function.
+/// is an array, a map or a function, and "bytecode image is too large" when a count or length does not fit.
 [[nodiscard]] RubyBytecode serializeProgram(const Program& program);
 
 /// The program of an image, ready to run. Any bytes are safe; memory is taken only as the bytes for it are there.
@@ -27,6 +27,9 @@ inline constexpr std::size_t kInstructionSize = 13;
 /// "bytecode string exceeds file size", "bytecode constant type is not supported" or
 /// "bytecode contains no entry function".
 [[nodiscard]] Program deserializeProgram(const RubyBytecode& bytecode);
+
+/// A count or length as images hold it. Throws RubyError "bytecode image is too large" from 4 Gi on.
+[[nodiscard]] std::uint32_t toImageCount(std::size_t count);
 
 /// Reads the string at `position` and moves `position` past it. Throws RubyError "bytecode is truncated" or
 /// "bytecode string exceeds file size".

@@ -2,6 +2,7 @@
 #include <array>
 #include <bit>
 #include <iterator>
+#include <limits>
 
 #include "bytecode/image.h"
 #include "morvel/ruby/error.h"
@@ -27,7 +28,7 @@ public:
         writeU32(static_cast<std::uint32_t>(number >> 32));
     }
 
-    void writeCount(std::size_t count) { writeU32(static_cast<std::uint32_t>(count)); }
+    void writeCount(std::size_t count) { writeU32(toImageCount(count)); }
 
     void writeRaw(std::string_view text) { m_bytes.insert(m_bytes.end(), text.begin(), text.end()); }
 
@@ -93,24 +94,33 @@ void writeFunction(ImageWriter& writer, const CompiledFunction& function) {
     writer.writeInstructions(function.code);
 }
 
+std::size_t stringSize(std::string_view text) { return sizeof(std::uint32_t) + toImageCount(text.size()); }
+
 // At least what the image will take: growing it step by step would touch twice the memory.
 std::size_t imageSize(const Program& program) {
     constexpr std::size_t kLongestNumber = 9;
     constexpr std::size_t kCounts = 3 * sizeof(std::uint32_t);
-    std::size_t size = kBytecodeMagic.size() + kCounts + sizeof(std::uint32_t) + program.name.size();
+    std::size_t size = kBytecodeMagic.size() + kCounts + stringSize(program.name);
     for (const RubyValue& constant : program.constants) {
-        size += constant.isString() ? 5 + constant.asString().size() : kLongestNumber;
+        size += constant.isString() ? 1 + stringSize(constant.asString()) : kLongestNumber;
     }
     for (const CompiledFunction& function : program.functions) {
-        size += kCounts + function.name.size() + function.code.size() * kInstructionSize;
+        size += kCounts + stringSize(function.name) + function.code.size() * kInstructionSize;
         for (const std::string& param : function.params) {
-            size += 4 + param.size();
+            size += stringSize(param);
         }
     }
     return size;
 }
 
 }  // namespace
+
+std::uint32_t toImageCount(std::size_t count) {
+    if (count > std::numeric_limits<std::uint32_t>::max()) {
+        throw RubyError("bytecode image is too large");
+    }
+    return static_cast<std::uint32_t>(count);
+}
 
 RubyBytecode serializeProgram(const Program& program) {
     RubyBytecode bytecode;

@@ -60,12 +60,13 @@ std::size_t Compiler::codeSize(int functionIndex) const {
 
 void Compiler::patchJump(int functionIndex, std::size_t instruction) {
     auto& code = m_program.functions[static_cast<std::size_t>(functionIndex)].code;
-    code[instruction].a = static_cast<std::int32_t>(code.size());
+    code[instruction].a = toOperand(code.size());
 }
 
 std::int32_t Compiler::addConstant(RubyValue value) {
+    const std::int32_t index = toOperand(m_program.constants.size());
     m_program.constants.push_back(std::move(value));
-    return static_cast<std::int32_t>(m_program.constants.size() - 1);
+    return index;
 }
 
 std::int32_t Compiler::addText(std::string_view text) {

@@ -16,7 +16,8 @@
 namespace morvel::ruby::internal {
 
 /// The program of a whole source text. Throws RubyError "chunk:line:column: message" for the first error, lexical
-/// errors before all others. The derived tables are not filled: loading the image does that.
+/// errors before all others, and "bytecode image is too large" for what no image can hold. The derived tables are not
+/// filled: loading the image does that.
 [[nodiscard]] Program compileSource(std::string_view source, const std::string& chunkName);
 
 /// Recursive descent over the tokens. Every operation compiles into the function with the given index, at the current
@@ -43,7 +44,7 @@ private:
     void compilePostfix(int functionIndex);
     void compileArrayLiteral(int functionIndex);
     /// Compiles expressions separated by commas, none when `closing` comes first; their number.
-    int compileList(int functionIndex, TokenType closing);
+    std::int32_t compileList(int functionIndex, TokenType closing);
 
     // Statements.
     void compileStatement(int functionIndex);

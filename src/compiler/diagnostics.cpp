@@ -4,7 +4,7 @@
 
 namespace morvel::ruby::internal {
 
-std::string formatError(const std::string& chunkName, unsigned line, unsigned column, std::string_view message) {
+std::string formatError(const std::string& chunkName, unsigned line, std::size_t column, std::string_view message) {
     std::string text = chunkName;
     text += ':';
     text += std::to_string(line);

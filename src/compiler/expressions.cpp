@@ -121,7 +121,7 @@ void Compiler::compilePrimary(int functionIndex) {
 
 void Compiler::compileArrayLiteral(int functionIndex) {
     const std::uint32_t line = advance().line;
-    const int count = compileList(functionIndex, TokenType::RightBracket);
+    const std::int32_t count = compileList(functionIndex, TokenType::RightBracket);
     require(TokenType::RightBracket, "expected ']' after array literal");
     emit(functionIndex, OpCode::MakeArray, count, 0, line);
 }
@@ -135,7 +135,7 @@ void Compiler::compilePostfix(int functionIndex) {
             emit(functionIndex, OpCode::GetIndex, 0, 0, line);
         } else if (at(TokenType::LeftParen)) {
             advance();
-            const int count = compileList(functionIndex, TokenType::RightParen);
+            const std::int32_t count = compileList(functionIndex, TokenType::RightParen);
             // A call carries the line of its closing parenthesis.
             const std::uint32_t line = require(TokenType::RightParen, "expected ')' after arguments").line;
             emit(functionIndex, OpCode::Call, count, 0, line);
@@ -145,8 +145,8 @@ void Compiler::compilePostfix(int functionIndex) {
     }
 }
 
-int Compiler::compileList(int functionIndex, TokenType closing) {
-    int count = 0;
+std::int32_t Compiler::compileList(int functionIndex, TokenType closing) {
+    std::size_t count = 0;
     if (!at(closing)) {
         compileExpression(functionIndex);
         for (count = 1; at(TokenType::Comma); ++count) {
@@ -154,7 +154,7 @@ int Compiler::compileList(int functionIndex, TokenType closing) {
             compileExpression(functionIndex);
         }
     }
-    return count;
+    return toOperand(count);
 }
 
 }  // namespace morvel::ruby::internal

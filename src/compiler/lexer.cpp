@@ -1,6 +1,7 @@
 #include "compiler/lexer.h"
 
 #include <array>
+#include <limits>
 
 #include "compiler/diagnostics.h"
 
@@ -76,7 +77,7 @@ void Lexer::read(std::vector<Token>& tokens, std::size_t count) {
         readToken();
     }
     if (tokens.size() < wanted) {
-        tokens.push_back({TokenType::EndOfFile, {}, m_line, m_column});
+        tokens.push_back({TokenType::EndOfFile, m_line, m_column, {}});
     }
 }
 
@@ -114,9 +115,12 @@ void Lexer::readToken() {
 }
 
 void Lexer::readLineBreak() {
-    m_tokens->push_back({TokenType::Newline, "\n", m_line, m_column});
+    m_tokens->push_back({TokenType::Newline, m_line, m_column, "\n"});
     const bool isPair = m_source[m_position] == '\r' && peek(1) == '\n';
     m_position += isPair ? 2U : 1U;
+    if (m_line == std::numeric_limits<std::uint32_t>::max()) {
+        fail("bytecode image is too large");
+    }
     ++m_line;
     m_column = 1;
 }
@@ -126,7 +130,7 @@ void Lexer::readComment() {
     while (m_position < m_source.size() && m_source[m_position] != '\n' && m_source[m_position] != '\r') {
         ++m_position;
     }
-    m_column += static_cast<std::uint32_t>(m_position - begin);
+    m_column += m_position - begin;
 }
 
 void Lexer::readString() {
@@ -151,8 +155,8 @@ void Lexer::readString() {
     }
     const std::size_t begin = m_position + 1;
     const std::string_view text = escaped ? decodeString(begin, end) : m_source.substr(begin, end - begin);
-    m_tokens->push_back({TokenType::String, text, m_line, m_column});
-    m_column += static_cast<std::uint32_t>(end + 1 - m_position);
+    m_tokens->push_back({TokenType::String, m_line, m_column, text});
+    m_column += end + 1 - m_position;
     m_position = end + 1;
 }
 

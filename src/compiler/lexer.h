@@ -23,7 +23,7 @@ public:
     /// Appends the next tokens to `tokens`: `count` of them, or fewer up to the last one, which is EndOfFile. Throws
     /// RubyError with a positioned message for the first lexical error in them: "unexpected '&', use '&&'",
     /// "unexpected '|', use '||'", "unterminated string literal", "unterminated string escape" or
-    /// "unexpected character 'C'".
+    /// "unexpected character 'C'", and "bytecode image is too large" for more lines than an image can number.
     void read(std::vector<Token>& tokens, std::size_t count);
 
 private:
@@ -39,9 +39,9 @@ private:
 
     /// Adds the token that takes up the next `length` bytes.
     void emit(TokenType kind, std::size_t length) {
-        m_tokens->push_back({kind, rest(length), m_line, m_column});
+        m_tokens->push_back({kind, m_line, m_column, rest(length)});
         m_position += length;
-        m_column += static_cast<std::uint32_t>(length);
+        m_column += length;
     }
     [[nodiscard]] std::string_view rest(std::size_t length) const { return {m_source.data() + m_position, length}; }
     [[nodiscard]] char peek(std::size_t offset) const {
@@ -53,7 +53,7 @@ private:
     const std::string& m_chunkName;
     std::size_t m_position = 0;
     std::uint32_t m_line = 1;
-    std::uint32_t m_column = 1;
+    std::size_t m_column = 1;
     /// Where tokens go while they are being read.
     std::vector<Token>* m_tokens = nullptr;
     /// Literals with escapes; a deque, because tokens point at its elements.

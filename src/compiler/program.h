@@ -24,6 +24,9 @@ struct Instruction {
     std::uint32_t line = 0;
 };
 
+/// A number as the operand of an instruction. Throws RubyError "bytecode image is too large" when it does not fit.
+[[nodiscard]] std::int32_t toOperand(std::size_t number);
+
 /// Kinds of node in the expression tree of a fast function.
 enum class FastNodeKind : std::uint8_t {
     Leaf = 0,

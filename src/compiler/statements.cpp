@@ -36,7 +36,7 @@ void Compiler::compileStatement(int functionIndex) {
 
 void Compiler::compileWhile(int functionIndex) {
     const std::uint32_t line = token().line;
-    const auto loopStart = static_cast<std::int32_t>(codeSize(functionIndex));
+    const std::int32_t loopStart = toOperand(codeSize(functionIndex));
     advance();
     compileExpression(functionIndex);
     skipThenOrDo();
@@ -84,7 +84,7 @@ void Compiler::compileDef(int functionIndex) {
     const std::uint32_t line = advance().line;
     const std::string_view name = require(TokenType::Identifier, "expected function name after 'def'").text;
     std::vector<std::string> params = parseParameters();
-    const auto index = static_cast<int>(m_program.functions.size());
+    const std::int32_t index = toOperand(m_program.functions.size());
     CompiledFunction& function = m_program.functions.emplace_back();
     function.name = name;
     function.params = std::move(params);

@@ -1,6 +1,7 @@
 // The tokens of the language.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -54,12 +55,12 @@ enum class TokenType : std::uint8_t {
 
 struct Token {
     TokenType kind = TokenType::EndOfFile;
+    /// Position of the first character; lines and columns start at 1, columns count bytes.
+    std::uint32_t line = 1;
+    std::size_t column = 1;
     /// Spelling of a name, number or operator; decoded contents of a string literal. Points into the source text or
     /// into the lexer's store of decoded literals.
     std::string_view text;
-    /// Position of the first character; lines and columns start at 1, columns count bytes.
-    std::uint32_t line = 1;
-    std::uint32_t column = 1;
 };
 
 }  // namespace morvel::ruby::internal

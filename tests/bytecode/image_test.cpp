@@ -93,6 +93,14 @@ TEST(ImageWriter, RefusesConstantsThatAreNoScalars) {
     EXPECT_EQ(message, errorOf([&] { (void)serializeProgram(makeProgram({function}, {})); }));
 }
 
+TEST(ImageWriter, RefusesCountsThatDoNotFit) {
+    EXPECT_EQ(0u, internal::toImageCount(0));
+    EXPECT_EQ(4294967295u, internal::toImageCount(4294967295u));
+    for (const std::size_t count : {std::size_t{4294967296u}, std::numeric_limits<std::size_t>::max()}) {
+        EXPECT_EQ("bytecode image is too large", errorOf([&] { (void)internal::toImageCount(count); })) << count;
+    }
+}
+
 TEST(ImageWriter, StoresNothingThatIsDerived) {
     Program program = internal::compileSource("def f(x) return x end", "t");
     const std::vector<std::uint8_t> before = serializeProgram(program).bytes;

@@ -19,7 +19,7 @@ struct Seen {
     TokenType kind;
     std::string text;
     unsigned line;
-    unsigned column;
+    std::size_t column;
 
     bool operator==(const Seen& other) const = default;
 };

@@ -80,9 +80,18 @@ TEST(Program, StringConstantPointers) {
     EXPECT_EQ(nullptr, internal::getStringConstantPtr(program, std::numeric_limits<std::int32_t>::min()));
 }
 
+TEST(Program, OperandsThatDoNotFit) {
+    EXPECT_EQ(0, internal::toOperand(0));
+    EXPECT_EQ(2147483647, internal::toOperand(2147483647));
+    for (const std::size_t number : {std::size_t{2147483648u}, std::numeric_limits<std::size_t>::max()}) {
+        EXPECT_EQ("bytecode image is too large", errorOf([&] { (void)internal::toOperand(number); })) << number;
+    }
+}
+
 TEST(Diagnostics, FormatAndFail) {
     EXPECT_EQ("<repl>:1:5: expected expression", internal::formatError("<repl>", 1, 5, "expected expression"));
     EXPECT_EQ(":4294967295:0: ", internal::formatError("", 4294967295U, 0, ""));
+    EXPECT_EQ("t:1:4294967297: text", internal::formatError("t", 1, 4294967297, "text"));
     EXPECT_EQ("a message", errorOf([] { internal::fail("a message"); }));
 }
 
