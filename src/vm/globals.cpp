@@ -20,14 +20,40 @@ std::size_t GlobalTable::ensureSlot(const std::string& name) {
     if (found != m_slots.end()) {
         return found->second;
     }
-    // Room comes first, so that a failed allocation leaves the three tables in step.
-    makeRoom(m_values);
-    makeRoom(m_names);
-    const std::size_t slot = m_values.size();
-    const auto entry = m_slots.emplace(name, slot).first;
-    m_names.push_back(&entry->first);
-    m_values.push_back(makeUndefined());
+    if (m_free.empty()) {
+        addSlot();
+    }
+    const std::size_t slot = m_free.back();
+    m_names[slot] = &m_slots.emplace(name, slot).first->first;
+    m_free.pop_back();
     return slot;
+}
+
+void GlobalTable::addSlot() {
+    // Room comes first, so that a failed allocation leaves the tables in step.
+    makeRoom(m_names);
+    makeRoom(m_mentions);
+    makeRoom(m_values);
+    m_free.reserve(m_values.capacity());
+    m_free.push_back(m_values.size());
+    m_names.push_back(nullptr);
+    m_mentions.push_back(0);
+    m_values.push_back(makeUndefined());
+}
+
+std::size_t GlobalTable::mention(const std::string& name) {
+    const std::size_t slot = ensureSlot(name);
+    ++m_mentions[slot];
+    return slot;
+}
+
+void GlobalTable::endMention(std::size_t slot) noexcept {
+    --m_mentions[slot];
+    if (m_mentions[slot] == 0 && !isDefined(slot)) {
+        m_slots.erase(m_slots.find(*m_names[slot]));
+        m_names[slot] = nullptr;
+        m_free.push_back(slot);
+    }
 }
 
 std::size_t GlobalTable::findSlot(const std::string& name) const {

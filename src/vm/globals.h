@@ -1,4 +1,4 @@
-// The global variables of a VM: a slot each, for life.
+// The global variables of a VM: a slot each.
 #pragma once
 
 #include <cstddef>
@@ -22,14 +22,23 @@ inline constexpr RubyValue::Type kUndefinedType{8};
     return value;
 }
 
-/// Every global name that is ever mentioned gets a slot when it is first seen; the slot never changes. A slot whose
-/// value is the undefined mark was only mentioned; once defined, a slot is never undefined again.
+/// A global that is defined has its slot for life and is never undefined again. A name that code only mentions has one
+/// too, whose value is the undefined mark; when the last mention ends before the name was defined, the slot is free for
+/// another name.
 class GlobalTable {
 public:
     static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
 
-    /// The slot of `name`, created when needed.
+    GlobalTable() = default;
+    GlobalTable(const GlobalTable&) = delete;
+    GlobalTable& operator=(const GlobalTable&) = delete;
+
+    /// The slot of `name`, created when needed: to be defined at once, or while the name is mentioned.
     std::size_t ensureSlot(const std::string& name);
+    /// The slot of `name`, created when needed; counts a mention of it.
+    std::size_t mention(const std::string& name);
+    /// Ends a mention of the slot's name.
+    void endMention(std::size_t slot) noexcept;
     /// The slot of `name`, or kNoSlot.
     [[nodiscard]] std::size_t findSlot(const std::string& name) const;
     [[nodiscard]] const std::string& nameOf(std::size_t slot) const { return *m_names[slot]; }
@@ -47,9 +56,15 @@ public:
     void release() noexcept;
 
 private:
+    void addSlot();
+
     std::unordered_map<std::string, std::size_t, TextHash> m_slots;
+    // By slot.
     std::vector<const std::string*> m_names;
     std::vector<RubyValue> m_values;
+    std::vector<std::size_t> m_mentions;
+    /// The slots without a name; has room for all slots.
+    std::vector<std::size_t> m_free;
 };
 
 }  // namespace morvel::ruby::internal

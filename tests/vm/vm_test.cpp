@@ -218,6 +218,26 @@ TEST(GlobalTable, SlotsStayForLife) {
     EXPECT_EQ(1002u, table.size());
 }
 
+TEST(GlobalTable, SlotsOfNamesThatNothingMentionsAreFreeAgain) {
+    internal::GlobalTable table;
+    const std::size_t a = table.mention("a");
+    EXPECT_EQ(a, table.mention("a"));
+    const std::size_t b = table.mention("b");
+    table.setValue(b, 5);
+    table.endMention(a);
+    table.endMention(b);
+    EXPECT_EQ(a, table.findSlot("a"));
+    EXPECT_EQ(b, table.findSlot("b"));
+    table.endMention(a);
+    EXPECT_EQ(internal::GlobalTable::kNoSlot, table.findSlot("a"));
+    EXPECT_EQ(a, table.mention("c"));
+    EXPECT_EQ("c", table.nameOf(a));
+    EXPECT_FALSE(table.isDefined(a));
+    EXPECT_EQ(2u, table.ensureSlot("a"));
+    EXPECT_EQ("5", describe(table.value(b)));
+    EXPECT_EQ(3u, table.size());
+}
+
 TEST(StandardLibrary, VersionGlobals) {
     const RubyVM vm;
     EXPECT_EQ("\"MorvelTesk 0.2\"", globalOf(vm, "_VERSION"));

@@ -67,6 +67,11 @@ struct Code : FunctionInternals {
     }
 };
 
+/// Stands for an engine in what it translated, which may be there for longer.
+struct EngineIdentity {
+    bool hasEnded = false;
+};
+
 /// What the engine keeps with a program: the translated functions.
 struct ProgramCode {
     enum class State : std::uint8_t { Untried, Translated, Unsuitable };
@@ -75,11 +80,18 @@ struct ProgramCode {
         std::unique_ptr<Code> code;
     };
 
-    ProgramCode(const Program& program, GlobalTable& globals, std::shared_ptr<const char> identity)
+    ProgramCode(const Program& program, GlobalTable& globals, std::shared_ptr<const EngineIdentity> identity)
         : engine(std::move(identity)), names(program, globals), functions(program.functions.size()) {}
+    ProgramCode(const ProgramCode&) = delete;
+    ProgramCode& operator=(const ProgramCode&) = delete;
+    ~ProgramCode() {
+        if (!engine->hasEnded) {
+            names.endMentions();
+        }
+    }
 
     /// Keeps the engine's identity from being used again by another engine while its translations exist.
-    std::shared_ptr<const char> engine;
+    std::shared_ptr<const EngineIdentity> engine;
     GlobalNames names;
     std::vector<Entry> functions;
 };

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "morvel/ruby/error.h"
 #include "value/deferred_release.h"
@@ -17,16 +18,18 @@ namespace {
 
 constexpr const char* kOutOfMemory = "out of memory";
 constexpr std::size_t kFirstFrames = 64;
+// Room for so many is kept once it was needed.
+constexpr std::size_t kKeptFrames = std::size_t{1} << 14;
 // Calls may nest this deep. Small functions reach it before the value stack is full.
 constexpr std::size_t kMostFrames = std::size_t{1} << 21;
 
 // A failure caught by pcall leaves the success marker in front.
-RubyValue pcallFailure(const std::string& message) {
+RubyValue pcallFailure(std::string&& message) {
     RubyArray outcome;
     outcome.reserve(3);
     outcome.emplace_back(true);
     outcome.emplace_back(false);
-    outcome.emplace_back(message);
+    outcome.emplace_back(std::move(message));
     return outcome;
 }
 
@@ -44,8 +47,8 @@ Engine::Engine(RubyVM::Impl& vm)
     : m_vm(vm),
       m_globals(vm.globals),
       m_runs(vm.runs),
-      m_identity(std::make_shared<const char>()),
-      m_frames(std::make_unique<Frame[]>(kFirstFrames)) {
+      m_identity(std::make_shared<EngineIdentity>()),
+      m_frames(makeZeroedArray<Frame>(kFirstFrames)) {
     m_current = m_frames.get();
     m_lastFrame = m_current + kFirstFrames - 1;
     m_current->code = &m_noCode;
@@ -86,10 +89,12 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
         Runs::Id run;
         std::size_t entry;
         ~Unwinder() {
-            if (engine.m_runs.innermost() == run) {
-                engine.unwindTo(entry);
-            } else {
-                engine.abandonFrames(run, entry);
+            if (engine.m_runs.innermost() != run) {
+                return engine.abandonFrames(run, entry);
+            }
+            engine.unwindTo(entry);
+            if (engine.depth() == 0) {
+                engine.giveBackStack();
             }
         }
     } const unwinder{*this, self, entry};
@@ -104,7 +109,8 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
             return result;
         } catch (const std::exception& exception) {
             m_runs.requireInnermost(self);
-            if (!recover(entry, textOf(exception))) {
+            std::string message = textOf(exception);
+            if (!recover(entry, message)) {
                 throw;
             }
         }
@@ -116,11 +122,31 @@ void Engine::growFrames() {
     if (used >= kMostFrames) {
         failOverflow();
     }
-    auto larger = std::make_unique<Frame[]>(used * 2);
-    std::copy(m_frames.get(), m_current + 1, larger.get());
-    m_frames = std::move(larger);
-    m_current = m_frames.get() + used - 1;
-    m_lastFrame = m_frames.get() + used * 2 - 1;
+    moveFrames(std::min(used * 2, kMostFrames));
+}
+
+void Engine::moveFrames(std::size_t count) {
+    const std::size_t top = depth();
+    ZeroedArray<Frame> moved = makeZeroedArray<Frame>(count);
+    std::copy(m_frames.get(), m_current + 1, moved.get());
+    m_frames = std::move(moved);
+    m_current = m_frames.get() + top;
+    m_lastFrame = m_frames.get() + count - 1;
+}
+
+void Engine::giveBackStack() noexcept {
+    m_stack.giveBack();
+    const auto capacity = static_cast<std::size_t>(m_lastFrame - m_frames.get()) + 1;
+    const std::size_t wanted = std::max(kKeptFrames, (depth() + 1) * 2);
+    if (capacity / 2 < wanted) {
+        return;
+    }
+    try {
+        moveFrames(wanted);
+    } catch (const std::bad_alloc&) {
+        // Then they stay where they are.
+        return;
+    }
 }
 
 void Engine::failOverflow() const {
@@ -202,7 +228,9 @@ bool Engine::leaveFrame(RubyValue* value) {
     return (marks & kEntryFrame) != 0;
 }
 
-bool Engine::recover(std::size_t entry, const std::string& message) {
+void Engine::throwMessage() { throw RubyError(std::exchange(m_message, {})); }
+
+bool Engine::recover(std::size_t entry, std::string& message) {
     bool isOutOfMemory = false;
     while (true) {
         std::size_t index = depth();
@@ -217,8 +245,9 @@ bool Engine::recover(std::size_t entry, const std::string& message) {
         }
         RubyValue* result = m_frames[index].result;
         unwindTo(index - 1);
+        giveBackStack();
         try {
-            assignRegister(result, pcallFailure(isOutOfMemory ? std::string(kOutOfMemory) : message));
+            assignRegister(result, pcallFailure(isOutOfMemory ? std::string(kOutOfMemory) : std::move(message)));
             return true;
         } catch (const std::bad_alloc&) {
             // The call of pcall fails in its turn, and the next one further out sees that.

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "morvel/ruby/vm.h"
+#include "value/zeroed_array.h"
 #include "vm/engine/code.h"
 #include "vm/engine/value_stack.h"
 #include "vm/globals.h"
@@ -48,6 +49,7 @@ struct Frame {
 class Engine {
 public:
     explicit Engine(RubyVM::Impl& vm);
+    ~Engine() { m_identity->hasEnded = true; }
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
 
@@ -69,6 +71,9 @@ private:
 
     // Frames.
     void growFrames();
+    void moveFrames(std::size_t count);
+    /// Gives back what a deep recursion that is over has left of stack and frames.
+    void giveBackStack() noexcept;
     [[noreturn]] void failOverflow() const;
     /// Puts a frame for `code` on top, with its registers at `base` or, when they do not fit there, in another chunk.
     /// The registers are not prepared. On failure nothing has changed.
@@ -85,8 +90,11 @@ private:
     /// Ends the top frame, which is not a plain one, with the value at `value`; true when the run is over.
     [[nodiscard]] bool leaveFrame(RubyValue* value);
     /// Delivers a failure to the innermost pcall above `entry`; false when there is none. Throws std::bad_alloc when
-    /// there is one, but neither it nor those around it find the memory for their outcome.
-    [[nodiscard]] bool recover(std::size_t entry, const std::string& message);
+    /// there is one, but neither it nor those around it find the memory for their outcome. The message is used up when
+    /// it is delivered.
+    [[nodiscard]] bool recover(std::size_t entry, std::string& message);
+    /// Throws the failure that no pcall of this run was there for.
+    [[noreturn]] void throwMessage();
 
     // Calls. The arguments are at window + 1; afterwards, unless a script function was entered, the window is dead.
     [[nodiscard]] CallOutcome callFunction(const RubyValue& callee, RubyValue* window, std::size_t argumentCount,
@@ -140,11 +148,11 @@ private:
     RubyVM::Impl& m_vm;
     GlobalTable& m_globals;
     const Runs& m_runs;
-    const std::shared_ptr<const char> m_identity;
+    const std::shared_ptr<EngineIdentity> m_identity;
     ValueStack m_stack;
     /// The frame below all others has no code of its own.
     const Code m_noCode{};
-    std::unique_ptr<Frame[]> m_frames;
+    ZeroedArray<Frame> m_frames;
     /// The top frame; below the first real one lies an empty frame.
     Frame* m_current = nullptr;
     Frame* m_lastFrame = nullptr;

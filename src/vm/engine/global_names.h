@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "compiler/program.h"
@@ -20,11 +21,21 @@ public:
     GlobalNames(const Program& program, GlobalTable& globals)
         : m_program(program), m_globals(globals), m_slots(program.constants.size(), kNotGlobal) {}
 
-    /// The slot of the global that constant `index`, a string, names; created when needed.
+    /// Ends the program's mentions of its globals, whose table must still be there.
+    void endMentions() noexcept {
+        for (std::uint32_t& slot : m_slots) {
+            if (slot != kNotGlobal) {
+                m_globals.endMention(std::exchange(slot, kNotGlobal));
+            }
+        }
+    }
+
+    /// The slot of the global that constant `index`, a string, names; created when needed, and the program's from then
+    /// on.
     [[nodiscard]] std::uint32_t slotOf(std::int32_t index) {
         std::uint32_t& slot = m_slots[static_cast<std::size_t>(index)];
         if (slot == kNotGlobal) {
-            slot = static_cast<std::uint32_t>(m_globals.ensureSlot(*getStringConstantPtr(m_program, index)));
+            slot = static_cast<std::uint32_t>(m_globals.mention(*getStringConstantPtr(m_program, index)));
         }
         return slot;
     }

@@ -679,7 +679,7 @@ void Engine::interpret(std::size_t entry, Runs::Id run) {
 #define FINISH_CALL(callee, window, argumentCount, result)                            \
     if (callFunction(callee, window, argumentCount, result) == CallOutcome::Raised) { \
         if (!recover(entry, m_message)) {                                             \
-            throw RubyError(m_message);                                               \
+            throwMessage();                                                           \
         }                                                                             \
     }
 

@@ -5,7 +5,7 @@
 namespace morvel::ruby::internal {
 
 ValueStack::ValueStack() {
-    m_chunks.push_back({std::make_unique<RubyValue[]>(kFirstChunk), kFirstChunk});
+    m_chunks.push_back({makeZeroedArray<RubyValue>(kFirstChunk), kFirstChunk});
     m_total = kFirstChunk;
     returnToChunk(0);
 }
@@ -15,8 +15,7 @@ RubyValue* ValueStack::enterNextChunk(std::size_t count) {
     if (next < m_chunks.size() && m_chunks[next].size < count) {
         // Nothing is in use beyond the current chunk, so one that is too small makes way.
         while (m_chunks.size() > next) {
-            m_total -= m_chunks.back().size;
-            m_chunks.pop_back();
+            dropLastChunk();
         }
     }
     if (next == m_chunks.size()) {
@@ -24,7 +23,7 @@ RubyValue* ValueStack::enterNextChunk(std::size_t count) {
         if (size > kMostValues - m_total) {
             return nullptr;
         }
-        m_chunks.push_back({std::make_unique<RubyValue[]>(size), size});
+        m_chunks.push_back({makeZeroedArray<RubyValue>(size), size});
         m_total += size;
     }
     returnToChunk(next);
@@ -34,6 +33,17 @@ RubyValue* ValueStack::enterNextChunk(std::size_t count) {
 void ValueStack::returnToChunk(std::size_t chunk) noexcept {
     m_chunk = chunk;
     m_end = m_chunks[chunk].values.get() + m_chunks[chunk].size;
+}
+
+void ValueStack::giveBack() noexcept {
+    while (m_total > kKeptValues && m_chunks.size() > m_chunk + 1) {
+        dropLastChunk();
+    }
+}
+
+void ValueStack::dropLastChunk() noexcept {
+    m_total -= m_chunks.back().size;
+    m_chunks.pop_back();
 }
 
 }  // namespace morvel::ruby::internal

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <vector>
 
 #include "morvel/ruby/value.h"
+#include "value/zeroed_array.h"
 
 namespace morvel::ruby::internal {
 
@@ -23,10 +23,12 @@ public:
     [[nodiscard]] RubyValue* enterNextChunk(std::size_t count);
     /// Moves back to an earlier chunk. Later chunks are kept for the next time.
     void returnToChunk(std::size_t chunk) noexcept;
+    /// Gives back the later chunks, as far as the stack is larger than is worth keeping.
+    void giveBack() noexcept;
 
 private:
     struct Chunk {
-        std::unique_ptr<RubyValue[]> values;
+        ZeroedArray<RubyValue> values;
         std::size_t size = 0;
     };
 
@@ -34,6 +36,10 @@ private:
     static constexpr std::size_t kLargestStep = 1 << 20;
     /// Limit of the whole stack, in values of 16 bytes.
     static constexpr std::size_t kMostValues = 1 << 25;
+    /// What giveBack leaves of a stack that is not in use.
+    static constexpr std::size_t kKeptValues = 1 << 16;
+
+    void dropLastChunk() noexcept;
 
     std::vector<Chunk> m_chunks;
     std::size_t m_chunk = 0;

@@ -1,0 +1,138 @@
+// Memory follows what is alive: what a script needed once, for a deep recursion, a long message or a name, comes back.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "counting_allocator.h"
+#include "morvel/ruby/vm.h"
+#include "support.h"
+
+namespace morvel::ruby::tests {
+
+namespace {
+
+constexpr std::size_t kMebibyte = 1024 * 1024;
+
+/// Bytes of the process that are in the machine's memory.
+std::size_t residentMemory() {
+    std::ifstream file("/proc/self/statm");
+    std::size_t total = 0;
+    std::size_t resident = 0;
+    file >> total >> resident;
+    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+bool runs(RubyVM& vm, const std::string& source) { return vm.runScriptString(source, "t").ok; }
+
+std::size_t liveBytes() { return allocationCounts().liveBytes; }
+
+constexpr const char* kRecursion =
+    "def endless(n) return endless(n + 1) end "
+    "def deep(n) if n == 0 then return 0 end return deep(n - 1) end";
+
+TEST(RunawayRecursion, GivesItsStackBackWhenItIsCaught) {
+    RubyVM vm;
+    std::vector<std::size_t> resident;
+    vm.bindFunction("measure", [&](RubyVM&, RubyArguments) {
+        resident.push_back(residentMemory());
+        return RubyValue();
+    });
+    ASSERT_TRUE(runs(vm, kRecursion));
+    EXPECT_EQ(outcome(vm,
+                      "measure() round = 0 while round < 3 do r = pcall(endless, 0) measure() round = round + 1 end "
+                      "return r"),
+              "[true, false, t:1: stack overflow]");
+    ASSERT_EQ(resident.size(), 4u);
+    for (std::size_t i = 1; i < resident.size(); ++i) {
+        EXPECT_LT(resident[i], resident[0] + 16 * kMebibyte) << i;
+    }
+    EXPECT_LT(resident[3], resident[1] + 4 * kMebibyte);
+}
+
+TEST(RunawayRecursion, ReachesTheSameDepthEachTime) {
+    RubyVM vm;
+    ASSERT_TRUE(runs(vm, "depth = 0 def endless() depth = depth + 1 return endless() end"));
+    const std::string depth = outcome(vm, "pcall(endless) return depth");
+    EXPECT_EQ(outcome(vm, "depth = 0 pcall(endless) return depth"), depth);
+    EXPECT_EQ(outcome(vm, "depth = 0 endless()"), "error: t:1: stack overflow");
+    EXPECT_EQ(outcome(vm, "return depth"), depth);
+}
+
+TEST(DeepRecursion, GivesItsStackBackWhenTheRunEnds) {
+    RubyVM vm;
+    ASSERT_TRUE(runs(vm, kRecursion));
+    const std::size_t before = residentMemory();
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(outcome(vm, "return deep(1000000)"), "0");
+        EXPECT_LT(residentMemory(), before + 16 * kMebibyte);
+        EXPECT_EQ(outcome(vm, "endless(0)"), "error: t:1: stack overflow");
+        EXPECT_LT(residentMemory(), before + 16 * kMebibyte);
+    }
+}
+
+TEST(LongMessages, AreGoneOnceDropped) {
+    RubyVM vm;
+    ASSERT_TRUE(runs(vm, "def fail() error(string_rep('x', 20000000)) end"));
+    const std::size_t before = liveBytes();
+    EXPECT_EQ(outcome(vm, "r = pcall(fail) size = len(r[2]) r = nil return size"), "20000000");
+    EXPECT_LT(liveBytes(), before + kMebibyte);
+    EXPECT_EQ(outcome(vm, "fail()").size(), 20'000'007u);
+    EXPECT_LT(liveBytes(), before + kMebibyte);
+}
+
+TEST(UndefinedNames, TakeMemoryOnlyWhileCodeMentionsThem) {
+    RubyVM vm;
+    ASSERT_TRUE(runs(vm,
+                     "number = 0 def read_others(count) i = 0 while i < count do number = number + 1 "
+                     "pcall(load('return an_undefined_name_' + number)) i = i + 1 end end"));
+    ASSERT_TRUE(runs(vm, "read_others(1000)"));
+    const std::size_t before = liveBytes();
+    ASSERT_TRUE(runs(vm, "read_others(10000)"));
+    EXPECT_EQ(liveBytes(), before);
+    EXPECT_EQ(outcome(vm, "return an_undefined_name_7"),
+              "error: t:1: undefined variable or function 'an_undefined_name_7'");
+}
+
+// Code that is kept must go on meaning its own name while others come and go.
+TEST(UndefinedNames, StayThoseOfTheCodeThatIsKept) {
+    RubyVM vm;
+    ASSERT_TRUE(runs(vm,
+                     "kept = [] i = 0 while i < 300 do f = load('return name_' + i) pcall(f) "
+                     "if i % 3 == 0 then array_push(kept, f) end i = i + 1 end"));
+    // Other names take the slots that were given back, some of them for good.
+    ASSERT_TRUE(runs(vm,
+                     "i = 0 while i < 300 do pcall(load('return other_' + i)) "
+                     "if i % 2 == 0 then load('lasting_' + i + ' = \"lasting ' + i + '\"')() end i = i + 1 end"));
+    EXPECT_EQ(outcome(vm, "return pcall(kept[5])"),
+              "[true, false, <load>:1: undefined variable or function 'name_15']");
+    for (int i = 0; i < 300; ++i) {
+        vm.setGlobal("name_" + std::to_string(i), "value " + std::to_string(i));
+    }
+    for (int i = 0; i < 300; i += 3) {
+        EXPECT_EQ(outcome(vm, "return kept[" + std::to_string(i / 3) + "]()"), "value " + std::to_string(i));
+    }
+    for (int i = 0; i < 300; i += 2) {
+        const std::string number = std::to_string(i);
+        EXPECT_EQ(outcome(vm, "return lasting_" + number), "lasting " + number);
+    }
+}
+
+TEST(UndefinedNames, MayBeThoseOfCodeThatOutlivesItsVm) {
+    RubyValue function;
+    {
+        RubyVM vm;
+        ASSERT_TRUE(runs(vm, "def f() return nowhere end pcall(f)"));
+        ASSERT_TRUE(vm.getGlobal("f", function));
+    }
+    RubyVM other;
+    other.setGlobal("f", function);
+    EXPECT_EQ(outcome(other, "return f()"), "error: t:1: undefined variable or function 'nowhere'");
+}
+
+}  // namespace
+
+}  // namespace morvel::ruby::tests
