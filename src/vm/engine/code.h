@@ -69,7 +69,7 @@ struct Code : FunctionInternals {
 
 /// Stands for an engine in what it translated, which may be there for longer.
 struct EngineIdentity {
-    bool hasEnded = false;
+    EndedMentions endedMentions;
 };
 
 /// What the engine keeps with a program: the translated functions.
@@ -80,18 +80,14 @@ struct ProgramCode {
         std::unique_ptr<Code> code;
     };
 
-    ProgramCode(const Program& program, GlobalTable& globals, std::shared_ptr<const EngineIdentity> identity)
+    ProgramCode(const Program& program, GlobalTable& globals, std::shared_ptr<EngineIdentity> identity)
         : engine(std::move(identity)), names(program, globals), functions(program.functions.size()) {}
     ProgramCode(const ProgramCode&) = delete;
     ProgramCode& operator=(const ProgramCode&) = delete;
-    ~ProgramCode() {
-        if (!engine->hasEnded) {
-            names.endMentions();
-        }
-    }
+    ~ProgramCode() { engine->endedMentions.add(names.end()); }
 
     /// Keeps the engine's identity from being used again by another engine while its translations exist.
-    std::shared_ptr<const EngineIdentity> engine;
+    std::shared_ptr<EngineIdentity> engine;
     GlobalNames names;
     std::vector<Entry> functions;
 };

@@ -57,6 +57,14 @@ Engine::Engine(RubyVM::Impl& vm)
 
 const Code* Engine::codeFor(const Program& program, std::int32_t functionIndex) {
     if (program.executionState == nullptr) {
+        // Programs come and go: what those that went have mentioned makes room for the names of this one.
+        m_identity->endedMentions.take([this](const Mentions& ended) {
+            for (const std::uint32_t slot : ended.slots) {
+                if (slot != kNotGlobal) {
+                    m_globals.endMention(slot);
+                }
+            }
+        });
         program.executionState = std::make_shared<ProgramCode>(program, m_globals, m_identity);
     }
     auto& translations = *static_cast<ProgramCode*>(program.executionState.get());
@@ -90,7 +98,8 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
         std::size_t entry;
         ~Unwinder() {
             if (engine.m_runs.innermost() != run) {
-                return engine.abandonFrames(run, entry);
+                engine.abandonFrames(run, entry);
+                return;
             }
             engine.unwindTo(entry);
             if (engine.depth() == 0) {

@@ -49,7 +49,6 @@ struct Frame {
 class Engine {
 public:
     explicit Engine(RubyVM::Impl& vm);
-    ~Engine() { m_identity->hasEnded = true; }
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
 
