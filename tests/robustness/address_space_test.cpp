@@ -1,7 +1,16 @@
-// The program in an address space that its input does not fit into.
+// The program in an address space that its input or its stack does not fit into, and with odd limits of the stack.
 #include <gtest/gtest.h>
+#include <linux/audit.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 
+#include <array>
+#include <cerrno>
+#include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -39,6 +48,122 @@ TEST(SmallAddressSpace, EndsTheReplWithAnErrorWhenALineDoesNotFit) {
     EXPECT_EQ(child.output, "rb> before\nrb> ");
     EXPECT_EQ(child.error, "morveltesk: out of memory\n");
 }
+
+constexpr rlim_t kKiB = 1024;
+constexpr rlim_t kMiB = 1024 * kKiB;
+
+ChildOutcome runScript(const std::string& source, const std::function<void()>& prepare) {
+    const TemporaryDirectory directory;
+    writeFile(directory.path("script.rb"), source);
+    ChildSetup setup;
+    setup.arguments = {directory.path("script.rb")};
+    setup.prepare = prepare;
+    return runProgram(setup);
+}
+
+std::string parentheses(std::size_t count) { return "x = " + repeated("(", count) + "1" + repeated(")", count); }
+
+// Two lists nested 60,000 deep; all memory; then the text of the one and the comparison of both, with and without that.
+const std::string kDeepListsInFullMemory =
+    "def nest() list = [] n = 60000 while n > 0 do list = [list] n = n - 1 end return list end\n"
+    "def same() return one == two end\n"
+    "def fill() n = 1000000 while n > 2000 do r = pcall(string_rep, 'x', n)\n"
+    "if len(r) == 3 then n = math_floor(n / 2) else array_push(all, r[1]) end end end\n"
+    "one = nest() two = nest() all = []\n"
+    "pcall(fill) pcall(to_s, one) pcall(same) all = nil\n"
+    "r = [pcall(to_s, one), pcall(same)]\nputs('end')\n";
+
+const std::string kRing = "ring = [] array_push(ring, ring)\n";
+
+TEST(SmallAddressSpace, HasNoRoomForAStackThatGrows) {
+    std::size_t limits = 0;
+    for (rlim_t size = 6000 * kKiB; size < 200'000 * kKiB; size += size / 2) {
+        const auto limit = limited(RLIMIT_AS, size);
+        if (runScript("x = 1", limit).status != 0) {
+            continue;
+        }
+        ++limits;
+        for (const std::string& source : {parentheses(8000), kDeepListsInFullMemory, kRing + "to_s(ring)"}) {
+            const ChildOutcome child = runScript(source, limit);
+            const bool isRefused =
+                child.error.starts_with("morveltesk: ") &&
+                (child.error.ends_with("stack overflow\n") || child.error.ends_with("out of memory\n"));
+            EXPECT_EQ(child.signal, 0) << size << ' ' << source.substr(0, 60);
+            EXPECT_TRUE(child.status == 0 || (child.status == 1 && isRefused)) << size << ' ' << child.error;
+        }
+    }
+    EXPECT_GT(limits, 5U);
+}
+
+TEST(LimitsOfTheStack, UnlimitedStillEndsARing) {
+    constexpr rlim_t kAddressSpace = 1024 * kMiB;
+    constexpr std::size_t kMostMemory = 256 * kMiB;
+    const auto limits = [] {
+        limited(RLIMIT_STACK, RLIM_INFINITY)();
+        limited(RLIMIT_AS, kAddressSpace)();
+    };
+    for (const char* work : {"to_s(ring)", "ring == [ring]", "puts(1, ring)"}) {
+        const ChildOutcome child = runScript(kRing + work, limits);
+        EXPECT_EQ(child.status, 1) << work;
+        EXPECT_TRUE(child.error.ends_with("stack overflow\n")) << child.error;
+        EXPECT_EQ(child.output, "");
+        EXPECT_LT(child.peakMemory, kMostMemory) << work;
+    }
+    // There is far more than the usual 8 MiB.
+    EXPECT_EQ(runScript(parentheses(50'000) + " puts(x)", limits).output, "1\n");
+}
+
+// What is not used is not resident.
+TEST(LimitsOfTheStack, GrowingTakesLittleMemory) {
+    constexpr std::size_t kMostMemory = 6 * kMiB;
+    const ChildOutcome child = runScript("x = 1", [] { limited(RLIMIT_STACK, RLIM_INFINITY)(); });
+    EXPECT_EQ(child.status, 0);
+    EXPECT_LT(child.peakMemory, kMostMemory);
+}
+
+TEST(LimitsOfTheStack, MayBeLoweredWhileTheProcessRuns) {
+    constexpr unsigned kSeconds = 20;
+    const ChildOutcome child = runInChild(
+        [] {
+            RubyVM vm;
+            (void)outcome(vm, "x = 1");
+            const rlimit limit{kMiB, RLIM_INFINITY};
+            setrlimit(RLIMIT_STACK, &limit);
+            return outcome(vm, kRing + "to_s(ring)") == "error: stack overflow" && isUsable(vm) ? 0 : 1;
+        },
+        kSeconds);
+    EXPECT_EQ(child.signal, 0);
+    EXPECT_EQ(child.status, 0);
+}
+
+#ifdef __x86_64__
+
+/// From now on the system call fails with EPERM.
+void forbid(unsigned systemCall) {
+    constexpr auto kArchitecture = static_cast<unsigned>(offsetof(seccomp_data, arch));
+    constexpr auto kNumber = static_cast<unsigned>(offsetof(seccomp_data, nr));
+    std::array<sock_filter, 6> code{{
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, kArchitecture),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, AUDIT_ARCH_X86_64, 0, 3),
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, kNumber),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, systemCall, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    }};
+    const sock_fprog program{code.size(), code.data()};
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program);
+}
+
+TEST(LimitsOfTheStack, AreBelievedWhereTheSystemCannotBeAsked) {
+    const auto prepare = [] { forbid(SYS_rt_sigprocmask); };
+    const ChildOutcome ring = runScript(kRing + "to_s(ring)", prepare);
+    EXPECT_EQ(ring.status, 1);
+    EXPECT_EQ(ring.error, "morveltesk: stack overflow\n");
+    EXPECT_EQ(runScript(parentheses(5000) + " puts(x)", prepare).output, "1\n");
+}
+
+#endif
 
 }  // namespace
 
