@@ -81,6 +81,7 @@ struct CompiledFunction {
     /// For each instruction the local slot that it addresses, or kNoLocalSlot. Empty when no name is local.
     std::vector<std::int32_t> instructionSlots;
     FastKind fastKind = FastKind::None;
+    /// The nodes of one expression lie together, in the order of evaluation: operands before what uses them.
     std::vector<FastNode> fastNodes;
     std::int32_t fastRoot = -1;
     std::int32_t fastGuardRoot = -1;

@@ -6,7 +6,6 @@
 
 #include "morvel/ruby/error.h"
 #include "morvel/ruby/function.h"
-#include "value/native_stack.h"
 #include "value/numbers.h"
 #include "value/render.h"
 
@@ -93,7 +92,7 @@ int compareBytes(const std::string& left, const std::string& right) noexcept {
 
 RubyValue addValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
     if (left.isString() || right.isString()) {
-        return joinTexts(left, right);
+        return withOverflowLocated(program, line, [&] { return joinTexts(left, right); });
     }
     if (left.isArray() && right.isArray()) {
         return joinArrays(left.asArray(), right.asArray());
@@ -173,6 +172,10 @@ bool valuesEqual(const RubyValue& left, const RubyValue& right) {
             break;
     }
     return left.data.box == right.data.box;
+}
+
+bool operandsEqual(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    return withOverflowLocated(program, line, [&] { return valuesEqual(left, right); });
 }
 
 RubyValue compareOrdered(const RubyValue& left, const RubyValue& right, Ordering ordering, const Program& program,

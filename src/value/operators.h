@@ -6,6 +6,7 @@
 
 #include "morvel/ruby/map.h"
 #include "morvel/ruby/value.h"
+#include "value/native_stack.h"
 
 namespace morvel::ruby::internal {
 
@@ -13,6 +14,20 @@ struct Program;
 
 /// Raises a located script error: the program's name, ":", the line, ": ", then `message`.
 [[noreturn]] void runtimeError(const Program& program, unsigned line, const std::string& message);
+
+/// Raises StackOverflow with the location.
+[[noreturn]] void failOverflow(const Program& program, unsigned line);
+
+/// Does what an operator at that location has to do. Rendering and comparing do not know for whom they work; when they
+/// fail with "stack overflow", the error gets the operator's location here.
+template <typename Work>
+auto withOverflowLocated(const Program& program, unsigned line, const Work& work) {
+    try {
+        return work();
+    } catch (const StackOverflow&) {
+        failOverflow(program, line);
+    }
+}
 
 /// Numbers this close to zero count as zero in division and modulo, and numbers of different kinds this close to each
 /// other count as equal: the machine epsilon of double, 2 to the power -52.
@@ -24,7 +39,8 @@ enum class Ordering : std::uint8_t { Less, LessEqual, Greater, GreaterEqual };
 // The arithmetic operators. `program` and `line` locate the error of an operand that does not fit.
 
 /// Text when either operand is a string, a new array for two arrays, else the sum (wrapping for two integers).
-/// Fails with "operator '+' expects numbers, strings, or arrays".
+/// Fails with "operator '+' expects numbers, strings, or arrays", or with a located "stack overflow" for text of a nest
+/// too deep for the native stack.
 [[nodiscard]] RubyValue addValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line);
 /// The difference, wrapping for two integers. Fails with "operator '-' expects numeric values".
 [[nodiscard]] RubyValue subtractValues(const RubyValue& left, const RubyValue& right, const Program& program,
@@ -43,8 +59,11 @@ enum class Ordering : std::uint8_t { Less, LessEqual, Greater, GreaterEqual };
 [[nodiscard]] RubyValue negateValue(const RubyValue& value, const Program& program, unsigned line);
 
 /// Equality: exact for equal kinds, tolerant for numbers of different kinds, element by element for arrays and maps.
-/// Fails only for a nest too deep for the native stack, with RubyError "stack overflow".
+/// Fails only for a nest too deep for the native stack, with StackOverflow.
 [[nodiscard]] bool valuesEqual(const RubyValue& left, const RubyValue& right);
+
+/// The same as an operator, whose "stack overflow" has its location.
+[[nodiscard]] bool operandsEqual(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line);
 
 /// Compares two numbers (as doubles) or two strings (by unsigned bytes); the result is a boolean. Fails with
 /// "ordered comparisons require matching numeric or string values".

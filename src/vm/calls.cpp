@@ -1,5 +1,6 @@
 // Calls: who carries out a call of what, and the three host functions that the interpreter carries out itself.
 #include <array>
+#include <new>
 
 #include "morvel/ruby/error.h"
 #include "value/native_stack.h"
@@ -33,6 +34,19 @@ RubyValue pcallFailure(const std::string& message) {
 // The outcome of the forms that are not run as calls is judged by whether there is a message.
 RubyValue pcallOutcome(const std::string& message, RubyValue value) {
     return message.empty() ? pcallSuccess(std::move(value)) : pcallFailure(message);
+}
+
+// The forms that are not run as calls let errors of the script pass. Running out of stack or of memory is caught here
+// as in other calls.
+template <typename Form>
+RubyValue withExhaustionCaught(const Form& form) {
+    try {
+        return form();
+    } catch (const internal::StackOverflow& overflow) {
+        return pcallFailure(overflow.message());
+    } catch (const std::bad_alloc& exhaustion) {
+        return pcallFailure(internal::errorText(exhaustion));
+    }
 }
 
 RubyValue protectedGuardedCall(RubyVM::Impl& vm, const RubyFunctionHandle& handle, const RubyValue* arguments,
@@ -140,7 +154,7 @@ RubyValue RubyVM::Impl::callHost(const RubyFunctionHandle& handle, const RubyVal
 RubyValue RubyVM::Impl::callValue(const Program& program, const RubyValue& callee, const RubyValue* arguments,
                                   std::size_t argumentCount, unsigned line) {
     if (internal::nativeStackLow()) {
-        internal::runtimeError(program, line, "stack overflow");
+        internal::failOverflow(program, line);
     }
     if (!callee.isFunction()) {
         internal::runtimeError(program, line, "attempted to call a non-function value");
@@ -185,10 +199,11 @@ RubyValue RubyVM::Impl::protectedCall(const Program& program, const RubyValue* a
         return pcallFailure("pcall function handle is empty");
     }
     if (handle.kind == Kind::Host && handle.intrinsic == Intrinsic::Error) {
-        return pcallOutcome(internal::errorCallMessage(rest, restCount), RubyValue());
+        return withExhaustionCaught(
+            [&] { return pcallOutcome(internal::errorCallMessage(rest, restCount), RubyValue()); });
     }
     if (isGuardedFunction(handle)) {
-        return protectedGuardedCall(*this, handle, rest, restCount);
+        return withExhaustionCaught([&] { return protectedGuardedCall(*this, handle, rest, restCount); });
     }
     // The success marker comes first, so a failure gives three elements.
     const internal::Runs::Id run = runs.innermost();

@@ -6,9 +6,19 @@
 
 namespace morvel::ruby::internal {
 
-void runtimeError(const Program& program, unsigned line, const std::string& message) {
-    throw RubyError(program.name + ":" + std::to_string(line) + ": " + message);
+namespace {
+
+std::string locationOf(const Program& program, unsigned line) {
+    return program.name + ":" + std::to_string(line) + ": ";
 }
+
+}  // namespace
+
+void runtimeError(const Program& program, unsigned line, const std::string& message) {
+    throw RubyError(locationOf(program, line) + message);
+}
+
+void failOverflow(const Program& program, unsigned line) { throw StackOverflow(locationOf(program, line)); }
 
 const std::string& requireStringConstant(const Program& program, std::int32_t index, unsigned line) {
     if (const std::string* text = getStringConstantPtr(program, index)) {

@@ -1,6 +1,10 @@
-// Runs the functions that have a fast form: a walk over the expression tree, without stack and instructions.
-#include "morvel/ruby/error.h"
-#include "value/native_stack.h"
+// Runs the functions that have a fast form: a walk over the nodes of the expression tree, without frames and
+// instructions.
+#include <cstddef>
+#include <iterator>
+#include <utility>
+#include <vector>
+
 #include "vm/errors.h"
 #include "vm/impl.h"
 
@@ -28,9 +32,9 @@ RubyValue binaryResult(const FastNode& node, const RubyValue& left, const RubyVa
         case FastNodeKind::Modulo:
             return internal::moduloValues(left, right, program, node.line);
         case FastNodeKind::Equal:
-            return internal::valuesEqual(left, right);
+            return internal::operandsEqual(left, right, program, node.line);
         case FastNodeKind::NotEqual:
-            return !internal::valuesEqual(left, right);
+            return !internal::operandsEqual(left, right, program, node.line);
         case FastNodeKind::Less:
             return internal::compareOrdered(left, right, Ordering::Less, program, node.line);
         case FastNodeKind::LessEqual:
@@ -67,6 +71,52 @@ RubyValue leafValue(const internal::GlobalTable& globals, const FastNode& leaf, 
     return globals.value(slot);
 }
 
+/// The values of the nodes that wait for the one that uses them.
+using Operands = std::vector<RubyValue>;
+
+// The leftmost leaf: the nodes of an expression lie in the order of evaluation, so that it is the first to evaluate,
+// and a long chain of operators needs no recursion.
+std::size_t firstNode(const std::vector<FastNode>& nodes, std::size_t root) {
+    while (true) {
+        const FastNode& node = nodes[root];
+        const bool isArray = node.kind == FastNodeKind::MakeArray;
+        if (node.kind == FastNodeKind::Leaf || (isArray && node.children.empty())) {
+            return root;
+        }
+        root = static_cast<std::size_t>(isArray ? node.children.front() : node.left);
+    }
+}
+
+RubyValue takeLast(Operands& operands) {
+    RubyValue last = std::move(operands.back());
+    operands.pop_back();
+    return last;
+}
+
+/// Replaces the operands of the node by its value.
+void applyNode(const FastNode& node, Operands& operands, const internal::Program& program) {
+    switch (node.kind) {
+        case FastNodeKind::Negate:
+            operands.back() = internal::negateValue(operands.back(), program, node.line);
+            break;
+        case FastNodeKind::Not:
+            operands.back() = !operands.back().isTruthy();
+            break;
+        case FastNodeKind::MakeArray: {
+            const auto first = operands.end() - static_cast<std::ptrdiff_t>(node.children.size());
+            RubyArray elements(std::make_move_iterator(first), std::make_move_iterator(operands.end()));
+            operands.erase(first, operands.end());
+            operands.emplace_back(std::move(elements));
+            break;
+        }
+        default: {
+            const RubyValue right = takeLast(operands);
+            operands.back() = binaryResult(node, operands.back(), right, program);
+            break;
+        }
+    }
+}
+
 }  // namespace
 
 RubyValue RubyVM::Impl::executeFastFunction(const std::shared_ptr<Program>& program, const CompiledFunction& function,
@@ -92,33 +142,17 @@ RubyValue RubyVM::Impl::evaluateFastNode(const Program& program, const CompiledF
     if (nodeIndex < 0 || static_cast<std::size_t>(nodeIndex) >= function.fastNodes.size()) {
         internal::runtimeError(program, 0, "fast callable node is out of range");
     }
-    const FastNode& node = function.fastNodes[static_cast<std::size_t>(nodeIndex)];
-    if (internal::nativeStackLow()) {
-        internal::runtimeError(program, node.line, "stack overflow");
-    }
-    const auto evaluate = [&](std::int32_t child) {
-        return evaluateFastNode(program, function, child, arguments, argumentCount);
-    };
-    switch (node.kind) {
-        case FastNodeKind::Leaf:
-            return leafValue(globals, node, program, arguments, argumentCount);
-        case FastNodeKind::Negate:
-            return internal::negateValue(evaluate(node.left), program, node.line);
-        case FastNodeKind::Not:
-            return !evaluate(node.left).isTruthy();
-        case FastNodeKind::MakeArray: {
-            RubyArray elements;
-            elements.reserve(node.children.size());
-            for (const std::int32_t child : node.children) {
-                elements.push_back(evaluate(child));
-            }
-            return elements;
-        }
-        default: {
-            const RubyValue left = evaluate(node.left);
-            return binaryResult(node, left, evaluate(node.right), program);
+    const auto root = static_cast<std::size_t>(nodeIndex);
+    Operands operands;
+    for (std::size_t i = firstNode(function.fastNodes, root); i <= root; ++i) {
+        const FastNode& node = function.fastNodes[i];
+        if (node.kind == FastNodeKind::Leaf) {
+            operands.push_back(leafValue(globals, node, program, arguments, argumentCount));
+        } else {
+            applyNode(node, operands, program);
         }
     }
+    return std::move(operands.back());
 }
 
 }  // namespace morvel::ruby

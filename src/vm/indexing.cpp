@@ -29,7 +29,7 @@ void storeByte(RubyValue& container, std::int64_t index, const RubyValue& value,
     if (position >= container.asString().size()) {
         runtimeError(program, line, "string index is out of range");
     }
-    const std::string replacement = value.toString();
+    const std::string replacement = withOverflowLocated(program, line, [&] { return value.toString(); });
     if (replacement.empty()) {
         runtimeError(program, line, "string assignment requires a non-empty replacement");
     }

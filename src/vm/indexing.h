@@ -15,7 +15,8 @@ namespace morvel::ruby::internal {
 /// Carries out `container[index] = value`. Arrays and maps are changed for all holders, an array grows as needed; a
 /// string in `container` is replaced by a changed one. Fails with "index must be numeric",
 /// "index must be non-negative", "string index is out of range",
-/// "string assignment requires a non-empty replacement" or "indexed assignment expects an array, map, or string".
+/// "string assignment requires a non-empty replacement", "indexed assignment expects an array, map, or string", or
+/// "stack overflow" for a value that has no text.
 void storeIndex(RubyValue& container, const RubyValue& index, const RubyValue& value, const Program& program,
                 unsigned line);
 

@@ -205,9 +205,9 @@ RubyValue Activation::binaryResult(const Instruction& instruction, const RubyVal
         case OpCode::Modulo:
             return moduloValues(left, right, *m_program, line);
         case OpCode::Equal:
-            return valuesEqual(left, right);
+            return operandsEqual(left, right, *m_program, line);
         case OpCode::NotEqual:
-            return !valuesEqual(left, right);
+            return !operandsEqual(left, right, *m_program, line);
         case OpCode::Less:
             return compareOrdered(left, right, Ordering::Less, *m_program, line);
         case OpCode::LessEqual:

@@ -292,6 +292,35 @@ TEST(AllocationFailureInPcall, TheScriptHandlesIt) {
     EXPECT_GE(handled, 40U);
 }
 
+// So does the pcall of what is not run as a call: of error, and of a guarded function.
+TEST(AllocationFailureInPcall, OfOtherFormsIsHandledToo) {
+    const std::string rendered = "[a text of more than sixteen bytes, and another of that size]";
+    const std::string list = "list = ['a text of more than sixteen bytes', 'and another of that size']\n";
+    for (const std::string& call :
+         {std::string("r = pcall(error, list)"),
+          std::string("def f(x) if x == 1 then error('no') end return '' + x end r = pcall(f, list)")}) {
+        std::size_t handled = 0;
+        bool failed = true;
+        for (std::size_t point = 1; failed; ++point) {
+            std::thread([&] {
+                RubyVM vm;
+                RubyResult result;
+                const std::string source = list + call + "\nreturn r[1]";
+                {
+                    FailingAllocations failures(point, FailureMode::OnlyOne);
+                    result = vm.runScriptString(source);
+                    failed = failures.stop();
+                }
+                const std::string text = textOf(result);
+                EXPECT_TRUE(text == rendered || text == "out of memory" || text == "error: out of memory") << text;
+                handled += text == "out of memory" ? 1U : 0U;
+            }).join();
+        }
+        // The text as it grows, at least.
+        EXPECT_GE(handled, 2U) << call;
+    }
+}
+
 // Values that hosts make of their own containers.
 TEST(AllocationFailureInValues, LeaksNothing) {
     std::unordered_map<std::string, RubyValue> entries;

@@ -90,11 +90,15 @@ TEST_P(NativeStack, LongExpressionsAreNotDeepOnes) {
     EXPECT_EQ(result(repeated("if false then elsif true then ", 1) + repeated("elsif true then ", kMillion / 10) +
                      "end return 5"),
               "5");
-    const std::string inFunction = result("def f(a) return a" + repeated("+a", kMillion - 1) + " end return f(1)");
-    EXPECT_TRUE(inFunction == "1000000" || isOverflow(inFunction)) << inFunction;
-    const std::string inGuard =
-        result("def f(a) if a" + repeated("+a", kMillion - 1) + " < 0 then error('no') end return a end return f(1)");
-    EXPECT_TRUE(inGuard == "1" || isOverflow(inGuard)) << inGuard;
+    const std::string sum = "a" + repeated("+a", kMillion / 10 - 1);
+    for (const auto executor : {internal::ExecutorChoice::Automatic, internal::ExecutorChoice::PlainOnly}) {
+        const auto choose = [executor](RubyVM& vm) { RubyVM::Impl::of(vm).executor = executor; };
+        EXPECT_EQ(result("def f(a) return " + sum + " end return [f(1), pcall(f, 1)]", choose),
+                  "[100000, [true, 100000]]");
+        const std::string guarded =
+            "def f(a) if " + sum + " < 0 then error('no') end return " + sum + " end return [f(1), pcall(f, 1)]";
+        EXPECT_EQ(result(guarded, choose), "[100000, [true, 100000]]");
+    }
 }
 
 // Two lists nested a million deep, of arrays or of maps.
@@ -306,6 +310,21 @@ TEST(OverflowingCalls, NameTheirPlaceWhereverTheStackEnds) {
                     << text << ", shifted by " << shift;
             }
         });
+    }
+}
+
+// The frames of the host take stack that the guard has not seen in use before.
+TEST(StackOfTheProgram, IsGuardedBelowTheFramesOfTheHost) {
+    constexpr std::array<std::size_t, 3> kFrames{256 * 1024, 3 * 1024 * 1024, 6 * 1024 * 1024};
+    RubyVM vm;
+    for (const std::size_t size : kFrames) {
+        [&]() __attribute__((noinline)) {
+            auto* const frame = static_cast<volatile char*>(alloca(size));
+            frame[0] = 0;
+            EXPECT_EQ(outcome(vm, "a = [] array_push(a, a) to_s(a)"), "error: stack overflow");
+            EXPECT_TRUE(isUsable(vm));
+        }
+        ();
     }
 }
 

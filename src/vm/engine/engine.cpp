@@ -160,9 +160,9 @@ void Engine::giveBackStack() noexcept {
 
 void Engine::failOverflow() const {
     if (m_current->code->program == nullptr) {
-        throw RubyError("stack overflow");
+        throw StackOverflow();
     }
-    runtimeError(program(), line(), "stack overflow");
+    internal::failOverflow(program(), line());
 }
 
 RubyValue* Engine::enterNextChunk(std::size_t registerCount) {

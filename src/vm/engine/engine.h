@@ -8,6 +8,7 @@
 #include <string>
 
 #include "morvel/ruby/vm.h"
+#include "value/native_stack.h"
 #include "value/zeroed_array.h"
 #include "vm/engine/code.h"
 #include "vm/engine/value_stack.h"
@@ -74,6 +75,15 @@ private:
     /// Gives back what a deep recursion that is over has left of stack and frames.
     void giveBackStack() noexcept;
     [[noreturn]] void failOverflow() const;
+    /// Does what the current instruction has to do; a "stack overflow" gets its location, looked up only then.
+    template <typename Work>
+    auto withOverflowLocated(const Work& work) const {
+        try {
+            return work();
+        } catch (const StackOverflow&) {
+            failOverflow();
+        }
+    }
     /// Puts a frame for `code` on top, with its registers at `base` or, when they do not fit there, in another chunk.
     /// The registers are not prepared. On failure nothing has changed.
     void pushFrame(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t marks);

@@ -98,7 +98,7 @@ void Engine::callScript(RubyFunctionHandle& handle, RubyValue* window, std::size
         return enterFunction(handle, *code, window + 1, argumentCount, result, kPlainFrame);
     }
     if (nativeStackLow()) {
-        runtimeError(program(), line(), "stack overflow");
+        failOverflow();
     }
     RubyValue value = m_vm.runFunction(handle.program, handle.functionIndex, window + 1, argumentCount);
     finishCall(window, argumentCount, result, std::move(value));

@@ -151,7 +151,8 @@ void Engine::arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right
             releaseRegister(left);
             left = target;
         }
-        if (appendInPlace(left, *right, target == left || (marks & kTemporaryB) != 0)) {
+        const bool leftEnds = target == left || (marks & kTemporaryB) != 0;
+        if (withOverflowLocated([&] { return appendInPlace(left, *right, leftEnds); })) {
             releaseIf((marks & kTemporaryC) != 0 && right != left, right);
             if (target != left) {
                 releaseRegister(target);
@@ -204,7 +205,7 @@ bool Engine::equalSlow(RubyValue* left, RubyValue* right, std::uint8_t marks) {
     if (!left->isBoxed() && left->type == right->type) {
         return valuesEqual(*left, *right);
     }
-    const bool equal = valuesEqual(*left, *right);
+    const bool equal = withOverflowLocated([&] { return valuesEqual(*left, *right); });
     releaseIf((marks & kTemporaryB) != 0, left);
     releaseIf((marks & kTemporaryC) != 0, right);
     return equal;
