@@ -306,9 +306,10 @@ TEST(AllocationFailureInPcall, OfOtherFormsIsHandledToo) {
                 RubyVM vm;
                 RubyResult result;
                 const std::string source = list + call + "\nreturn r[1]";
+                const std::string chunk = "t";
                 {
                     FailingAllocations failures(point, FailureMode::OnlyOne);
-                    result = vm.runScriptString(source);
+                    result = vm.runScriptString(source, chunk);
                     failed = failures.stop();
                 }
                 const std::string text = textOf(result);
