@@ -116,9 +116,15 @@ private:
     void callScript(RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount, RubyValue* result);
     [[nodiscard]] CallOutcome callHost(const RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount,
                                        RubyValue* result);
-    void enterFunction(RubyFunctionHandle& handle, const Code& code, RubyValue* arguments, std::size_t argumentCount,
-                       RubyValue* result, std::uint32_t marks);
+    /// Moves the arguments to the new frame, whose registers are at `base` if they fit there.
+    void enterFunction(RubyFunctionHandle& handle, const Code& code, RubyValue* base, RubyValue* arguments,
+                       std::size_t argumentCount, RubyValue* result, std::uint32_t marks);
     void callProtected(RubyValue* window, std::size_t argumentCount, RubyValue* result);
+    /// The same with the elements of the array at window + 1 for arguments.
+    void callWithArray(RubyValue* window, RubyValue* result);
+    /// Enters `callee` if it is a script function that has been translated.
+    [[nodiscard]] bool enterWithArray(const RubyValue& callee, RubyValue* window, RubyValue* arguments,
+                                      std::size_t argumentCount, RubyValue* result, std::uint32_t marks);
     [[nodiscard]] const Code* codeOf(const RubyFunctionHandle& handle);
     /// The translation that the handle of a script function already points at; null when there is none for this engine.
     [[nodiscard]] const Code* knownCode(const RubyFunctionHandle& handle) const noexcept {
@@ -147,6 +153,8 @@ private:
     void negateSlow(RubyValue* target, RubyValue* value, std::uint8_t marks);
     static void pushElement(RubyValue* array, RubyValue* value, bool valueDies);
     void makeArray(RubyValue* target, RubyValue* first, std::size_t count);
+    /// Moves the `count` registers after `array` to the end of that array, which is to have `length` elements.
+    static void extendArray(RubyValue* array, std::size_t count, std::size_t length);
     void defineFunction(const Definition& definition);
     void loadFallback(RubyValue* target, const LocalFallback& fallback);
     [[noreturn]] void failUndefined(std::size_t globalSlot);

@@ -20,6 +20,12 @@ bool hasFunction(const RubyFunctionHandle& handle) {
            static_cast<std::size_t>(handle.functionIndex) < handle.program->functions.size();
 }
 
+/// True when pcall may just enter the function: a wrong argument count fails inside the protection, and a guarded
+/// function has an outcome of its own.
+bool canProtect(const Code& code, std::size_t argumentCount) {
+    return code.function->fastKind != FastKind::Guarded && argumentCount == code.parameterCount;
+}
+
 /// Releases callee and arguments, then delivers the result.
 void finishCall(RubyValue* window, std::size_t argumentCount, RubyValue* result, RubyValue&& value) noexcept {
     for (std::size_t i = 0; i <= argumentCount; ++i) {
@@ -95,7 +101,7 @@ void Engine::callScript(RubyFunctionHandle& handle, RubyValue* window, std::size
     }
     if (const Code* code = codeOf(handle)) {
         releaseRegister(window);
-        return enterFunction(handle, *code, window + 1, argumentCount, result, kPlainFrame);
+        return enterFunction(handle, *code, window + 1, window + 1, argumentCount, result, kPlainFrame);
     }
     if (nativeStackLow()) {
         failOverflow();
@@ -127,7 +133,7 @@ Engine::CallOutcome Engine::callHost(const RubyFunctionHandle& handle, RubyValue
     return CallOutcome::Done;
 }
 
-void Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyValue* arguments,
+void Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyValue* base, RubyValue* arguments,
                            std::size_t argumentCount, RubyValue* result, std::uint32_t marks) {
     if (argumentCount != code.parameterCount) {
         runtimeError(*code.program, 0, arityMessage(*code.function, argumentCount));
@@ -138,7 +144,7 @@ void Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyVal
         }
         marks |= kProgramFrame;
     }
-    pushFrame(code, arguments, result, marks);
+    pushFrame(code, base, result, marks);
     m_programFrames += code.isTopLevel ? 1 : 0;
     m_current->handle = &handle;
     ++handle.references;
@@ -164,10 +170,8 @@ void Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyVal
             const bool isScript = handle.kind == Kind::Script && handle.program != nullptr && hasFunction(handle);
             code = isScript ? codeOf(handle) : nullptr;
         }
-        // A wrong argument count fails inside the protection, and a guarded function has an outcome of its own.
-        if (code != nullptr && code->function->fastKind != FastKind::Guarded &&
-            argumentCount - 1 == code->parameterCount) {
-            enterFunction(handle, *code, callee + 1, argumentCount - 1, result, kProtectedFrame);
+        if (code != nullptr && canProtect(*code, argumentCount - 1)) {
+            enterFunction(handle, *code, callee + 1, callee + 1, argumentCount - 1, result, kProtectedFrame);
             releaseRegister(window);
             releaseRegister(callee);
             return;
@@ -175,6 +179,40 @@ void Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyVal
     }
     RubyValue outcome = m_vm.protectedCall(program(), window + 1, argumentCount, line());
     finishCall(window, argumentCount, result, std::move(outcome));
+}
+
+void Engine::callWithArray(RubyValue* window, RubyValue* result) {
+    RubyArray& arguments = window[1].asArray();
+    const bool isPcall =
+        window->isFunction() && static_cast<RubyFunctionHandle*>(window->data.box)->intrinsic == Intrinsic::Pcall;
+    const bool hasEntered =
+        isPcall
+            ? enterWithArray(arguments[0], window, arguments.data() + 1, arguments.size() - 1, result, kProtectedFrame)
+            : enterWithArray(*window, window, arguments.data(), arguments.size(), result, kPlainFrame);
+    if (!hasEntered) {
+        RubyValue value = m_vm.callValue(program(), *window, arguments.data(), arguments.size(), line());
+        finishCall(window, 1, result, std::move(value));
+    }
+}
+
+bool Engine::enterWithArray(const RubyValue& callee, RubyValue* window, RubyValue* arguments, std::size_t argumentCount,
+                            RubyValue* result, std::uint32_t marks) {
+    if (!callee.isFunction()) {
+        return false;
+    }
+    auto& handle = *static_cast<RubyFunctionHandle*>(callee.data.box);
+    const bool isScript = handle.kind == Kind::Script && handle.program != nullptr && hasFunction(handle);
+    const Code* code = isScript ? codeOf(handle) : nullptr;
+    if (code == nullptr) {
+        return false;
+    }
+    if (marks == kProtectedFrame && !canProtect(*code, argumentCount)) {
+        return false;
+    }
+    enterFunction(handle, *code, window + 2, arguments, argumentCount, result, marks);
+    releaseRegister(window);
+    releaseRegister(window + 1);
+    return true;
 }
 
 const Code* Engine::codeOf(const RubyFunctionHandle& handle) {

@@ -55,8 +55,6 @@ private:
     }
 
     [[nodiscard]] bool operandsFit(const Instruction& instruction, const OpcodeInfo& info) const {
-        // Far above what compilers emit, and low enough that sums of operands cannot overflow.
-        constexpr std::int32_t kMostCounted = 1 << 20;
         const auto unsignedA = static_cast<std::size_t>(instruction.a);
         switch (info.operand) {
             case OperandKind::None:
@@ -68,7 +66,8 @@ private:
             case OperandKind::JumpTarget:
                 return instruction.a >= 0 && unsignedA <= m_code.size();
             case OperandKind::Count:
-                return instruction.a >= 0 && instruction.a <= kMostCounted;
+                // Each value that is counted has an instruction that pushes it.
+                return instruction.a >= 0 && unsignedA < m_code.size();
         }
         return false;
     }

@@ -75,6 +75,7 @@ namespace morvel::ruby::internal {
     ROW(And)               /* R[a] = R[b] and R[c] */                                                \
     ROW(Or)                /* R[a] = R[b] or R[c] */                                                 \
     ROW(MakeArray)         /* R[a] = [R[b], ...], c elements */                                      \
+    ROW(ExtendArray)       /* the array R[a], `wide` long in the end, takes n more: R[a + 1], ... */ \
     ROW(Jump)              /* by wide */                                                             \
     ROW(JumpIfFalse)       /* by wide when R[a] is untruthy */                                       \
     ROW(JumpIfTrue)        /* by wide when R[a] is truthy */                                         \
@@ -84,6 +85,7 @@ namespace morvel::ruby::internal {
     ROW(JumpIfEither)      /* by c when R[a] or R[b] is truthy */                                    \
     ROW(CallGlobal)        /* R[b] = G[c](R[a + 1], ...), n arguments */                             \
     ROW(CallRegister)      /* R[b] = R[a](R[a + 1], ...), n arguments */                             \
+    ROW(CallWithArray)     /* R[b] = R[a](...), the arguments are the elements of R[a + 1] */        \
     ROW(Len)               /* R[a] = G[c](R[b]), mostly len; the call's window is temporary n */     \
     ROW(ArrayPush)         /* G[c](R[b], R[a]), mostly array_push; the window is temporary n */      \
     ROW(DefineFunction)    /* the definition at wide */                                              \
@@ -128,7 +130,7 @@ inline constexpr unsigned kEngineOpCount = static_cast<unsigned>(EngineOp::Retur
 /// machine words, so that the processor's addressing can scale the operand by itself.
 struct EngineInstruction {
     EngineOp op;
-    /// Argument count of a call; elsewhere the kTemporary... marks.
+    /// Argument count of a call, element count of an ExtendArray; elsewhere the kTemporary... marks.
     std::uint8_t n;
     std::uint16_t a;
     std::uint16_t b;

@@ -60,7 +60,7 @@ inline bool writesA(EngineOp op) {
            isBetween(op, EngineOp::Negate, EngineOp::MakeArray) || op == EngineOp::Len;
 }
 
-inline bool isCall(EngineOp op) { return op == EngineOp::CallGlobal || op == EngineOp::CallRegister; }
+inline bool isCall(EngineOp op) { return isBetween(op, EngineOp::CallGlobal, EngineOp::CallWithArray); }
 
 /// The jump that makes the test `op` by itself, if there is one. It has the operands b and c of the test as a and b.
 inline std::optional<EngineOp> testingJump(EngineOp op, bool whenTrue) {

@@ -637,6 +637,11 @@ void Engine::interpret(std::size_t entry, Runs::Id run) {
         makeArray(OPERAND_R(INSTRUCTION.a), OPERAND_R(INSTRUCTION.b), INSTRUCTION.c);
         NEXT();
     }
+    OP(ExtendArray) {
+        SAVE();
+        extendArray(OPERAND_R(INSTRUCTION.a), INSTRUCTION.n, static_cast<std::size_t>(INSTRUCTION.wide()));
+        NEXT();
+    }
     OP(Jump) {
         pc += INSTRUCTION.wide();
         NEXT();
@@ -739,6 +744,13 @@ void Engine::interpret(std::size_t entry, Runs::Id run) {
     // The reference of the callee's register passes to the frame.
     OP(CallRegister)
     CALL(OPERAND_R(INSTRUCTION.a), (window->type = Type::Nil, handle))
+
+    OP(CallWithArray) {
+        SAVE();
+        callWithArray(OPERAND_R(INSTRUCTION.a), OPERAND_R(INSTRUCTION.b));
+        LOAD_STATE();
+        NEXT();
+    }
 
 // True when the callee still is the built-in that the translation found under its name.
 #define IS_SHORTCUT(callee, kind)        \

@@ -314,6 +314,14 @@ void Engine::makeArray(RubyValue* target, RubyValue* first, std::size_t count) {
     assignRegister(target, std::move(array));
 }
 
+void Engine::extendArray(RubyValue* array, std::size_t count, std::size_t length) {
+    RubyArray& elements = array->asArray();
+    elements.reserve(length);
+    for (std::size_t i = 1; i <= count; ++i) {
+        elements.push_back(std::move(array[i]));
+    }
+}
+
 void Engine::defineFunction(const Definition& definition) {
     m_globals.setValue(definition.globalSlot, makeScriptFunction(*definition.name, definition.functionIndex,
                                                                  const_cast<Program&>(program()).shared_from_this()));

@@ -4,12 +4,15 @@
 #include <cstddef>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "vm/engine/call_sites.h"
 #include "vm/engine/code_builder.h"
 #include "vm/engine/conditional_jumps.h"
 #include "vm/engine/flow.h"
 #include "vm/engine/function_facts.h"
+#include "vm/engine/list_collector.h"
+#include "vm/engine/long_lists.h"
 #include "vm/engine/operations.h"
 #include "vm/engine/symbolic_stack.h"
 #include "vm/engine/variables.h"
@@ -28,10 +31,6 @@ std::unique_ptr<Code> layOutFrame(const FunctionFacts& facts) {
         code->keepsLastValue = code->keepsLastValue || live;
     }
     code->firstTemporary = code->localCount + (code->keepsLastValue ? 1U : 0U);
-    // Surplus arguments of duplicate parameter names arrive behind the locals, in the place of temporaries.
-    const std::uint32_t surplus = code->parameterCount - std::min(code->parameterCount, code->localCount);
-    code->registerCount = code->firstTemporary + std::max(static_cast<std::uint32_t>(facts.flow.deepest), surplus) + 1;
-    code->registerCount += facts.appends.empty() ? 0U : 1U;
     code->isTopLevel = facts.isMain;
     return code;
 }
@@ -39,13 +38,15 @@ std::unique_ptr<Code> layOutFrame(const FunctionFacts& facts) {
 /// Goes through the stack code once and has each instruction translated by the class that knows about its kind.
 class Translator {
 public:
-    Translator(const FunctionFacts& facts, GlobalNames& names, std::unique_ptr<Code> frame, bool longJumps)
+    Translator(const FunctionFacts& facts, const std::vector<LongListStep>& longLists, GlobalNames& names,
+               bool longJumps)
         : m_facts(facts),
-          m_code(std::move(frame), facts.function.code.size(), longJumps),
+          m_code(layOutFrame(facts), facts.function.code.size(), longJumps),
           m_stack(m_code, facts.function.code.size()),
           m_variables(facts, names, m_code, m_stack),
           m_operations(facts, m_code, m_stack),
           m_callSites(facts, names.table(), m_code, m_stack),
+          m_lists(facts.function, longLists, m_code, m_stack),
           m_conditionalJumps(m_code, m_stack) {}
 
     /// False when the function has something that register code cannot express.
@@ -58,7 +59,7 @@ public:
         }
         m_code.markStart(m_facts.function.code.size());
         translateEnd();
-        return true;
+        return countRegisters() <= kLargestOperand;
     }
 
     /// What was translated; null when it is too long for short jumps.
@@ -84,7 +85,7 @@ private:
 
     /// Translates the instruction at `index`, or a short sequence that starts there; how many it was.
     std::size_t translateInstruction(std::size_t index, std::size_t blockEnd) {
-        if (m_variables.translateAppend(index)) {
+        if (m_lists.translate(index) || m_variables.translateAppend(index)) {
             return 1;
         }
         const Instruction& instruction = m_facts.function.code[index];
@@ -194,33 +195,51 @@ private:
         }
     }
 
+    std::size_t countRegisters() {
+        Code& code = m_code.code();
+        // Surplus arguments of duplicate parameter names arrive behind the locals, in the place of temporaries.
+        const std::size_t surplus = code.parameterCount - std::min(code.parameterCount, code.localCount);
+        const std::size_t count = code.firstTemporary + std::max(m_stack.deepest(), surplus) + 1;
+        code.registerCount = static_cast<std::uint32_t>(count);
+        return count;
+    }
+
     const FunctionFacts& m_facts;
     CodeBuilder m_code;
     SymbolicStack m_stack;
     Variables m_variables;
     Operations m_operations;
     CallSites m_callSites;
+    ListCollector m_lists;
     ConditionalJumps m_conditionalJumps;
 };
 
-}  // namespace
-
-std::unique_ptr<Code> translateFunction(const Program& program, std::int32_t functionIndex, GlobalNames& names) {
-    std::optional<Flow> flow = analyzeFlow(program, program.functions[static_cast<std::size_t>(functionIndex)]);
-    if (!flow) {
-        return nullptr;
-    }
-    const FunctionFacts facts = findFacts(program, functionIndex, *std::move(flow), names);
+std::unique_ptr<Code> translateWith(const FunctionFacts& facts, const std::vector<LongListStep>& longLists,
+                                    GlobalNames& names) {
     for (const bool longJumps : {false, true}) {
-        std::unique_ptr<Code> frame = layOutFrame(facts);
-        if (frame->registerCount > kLargestOperand) {
-            return nullptr;
-        }
-        Translator translator(facts, names, std::move(frame), longJumps);
+        Translator translator(facts, longLists, names, longJumps);
         if (!translator.translate()) {
             return nullptr;
         }
         if (std::unique_ptr<Code> code = translator.finish()) {
+            return code;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<Code> translateFunction(const Program& program, std::int32_t functionIndex, GlobalNames& names) {
+    const CompiledFunction& function = program.functions[static_cast<std::size_t>(functionIndex)];
+    std::optional<Flow> flow = analyzeFlow(program, function);
+    if (!flow || function.localNames.size() > kLargestOperand) {
+        return nullptr;
+    }
+    const FunctionFacts facts = findFacts(program, functionIndex, *std::move(flow), names);
+    // What runs out of registers with parts of the usual length is a nest of lists.
+    for (const std::uint32_t part : {kLongestPart, 1U}) {
+        if (std::unique_ptr<Code> code = translateWith(facts, findLongLists(function, facts.flow, part), names)) {
             return code;
         }
     }

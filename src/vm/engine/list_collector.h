@@ -1,0 +1,40 @@
+// Has the values of long lists collected in arrays.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "vm/engine/code_builder.h"
+#include "vm/engine/long_lists.h"
+#include "vm/engine/symbolic_stack.h"
+
+namespace morvel::ruby::internal {
+
+/// While a list is open, its array and the values of the part that is being made lie on the symbolic stack in place of
+/// the values so far.
+class ListCollector {
+public:
+    /// All must outlive the object.
+    ListCollector(const CompiledFunction& function, const std::vector<LongListStep>& steps, CodeBuilder& code,
+                  SymbolicStack& stack)
+        : m_function(function), m_steps(steps), m_code(code), m_stack(stack) {}
+
+    /// Takes the steps at stack instruction `index`; true when one of them is in place of it.
+    bool translate(std::size_t index) {
+        return m_next < m_steps.size() && m_steps[m_next].instruction == index && takeSteps(index);
+    }
+
+private:
+    bool takeSteps(std::size_t index);
+    void movePart(const LongListStep& step);
+    /// The callee and the array of its arguments are on top.
+    void call();
+
+    const CompiledFunction& m_function;
+    const std::vector<LongListStep>& m_steps;
+    CodeBuilder& m_code;
+    SymbolicStack& m_stack;
+    std::size_t m_next = 0;
+};
+
+}  // namespace morvel::ruby::internal
