@@ -1,7 +1,6 @@
 #include "vm/engine/code_builder.h"
 
 #include <bit>
-#include <limits>
 
 #include "value/hash.h"
 

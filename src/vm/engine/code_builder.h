@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <unordered_map>
 #include <utility>
@@ -35,10 +36,9 @@ struct ConstantKeyHash {
 /// their distances in the end.
 class CodeBuilder {
 public:
-    /// Fills `code`, whose frame is laid out, with what `stackLength` stack instructions are translated to. With
-    /// `longJumps` there are no jumps that test by themselves: their distance has 16 bits only.
-    CodeBuilder(std::unique_ptr<Code> code, std::size_t stackLength, bool longJumps)
-        : m_code(std::move(code)), m_starts(stackLength + 1, 0), m_longJumps(longJumps) {}
+    /// Fills `code`, whose frame is laid out, with what `stackLength` stack instructions are translated to.
+    CodeBuilder(std::unique_ptr<Code> code, std::size_t stackLength)
+        : m_code(std::move(code)), m_starts(stackLength + 1, 0) {}
 
     [[nodiscard]] Code& code() { return *m_code; }
     [[nodiscard]] const RubyValue& constant(std::size_t index) const { return m_code->constants[index]; }
@@ -54,7 +54,10 @@ public:
     void setLine(std::uint32_t line) { m_line = line; }
 
     /// The code of stack instruction `index` starts here.
-    void markStart(std::size_t index) { m_starts[index] = m_code->instructions.size(); }
+    void markStart(std::size_t index) {
+        m_current = index;
+        m_starts[index] = m_code->instructions.size();
+    }
     /// A block starts here.
     void beginBlock() { m_blockStart = m_code->instructions.size(); }
 
@@ -67,9 +70,14 @@ public:
         append(instruction);
     }
     void emitJump(EngineOp op, std::uint8_t n, std::uint16_t a, std::size_t target);
-    /// The same for a jump that tests by itself.
+    /// The same for a jump that tests by itself, whose distance has 16 bits only.
     void emitShortJump(EngineOp op, std::uint8_t n, std::uint16_t a, std::uint16_t b, std::size_t target);
-    [[nodiscard]] bool allowsShortJumps() const { return !m_longJumps; }
+    /// True when a jump from the current stack instruction to `target` surely is short.
+    [[nodiscard]] bool isNear(std::size_t target) const {
+        // A stack instruction becomes three at most, or twice as many where a loop's condition is repeated.
+        constexpr std::size_t kNear = std::numeric_limits<std::int16_t>::max() / 8;
+        return target < m_current ? m_current - target <= kNear : target - m_current <= kNear;
+    }
 
     /// The instruction just emitted, when it belongs to the current block and so surely ran last.
     [[nodiscard]] EngineInstruction* lastInBlock() {
@@ -85,7 +93,7 @@ public:
     void fail() { m_failed = true; }
     [[nodiscard]] bool hasFailed() const { return m_failed; }
 
-    /// The finished code; null when it is too long for short jumps.
+    /// The finished code; null when a jump does not fit its form.
     [[nodiscard]] std::unique_ptr<Code> finish();
 
 private:
@@ -107,9 +115,10 @@ private:
     std::vector<Patch> m_patches;
     /// Register instruction at which each stack instruction starts.
     std::vector<std::size_t> m_starts;
+    /// The stack instruction that was marked last.
+    std::size_t m_current = 0;
     std::size_t m_blockStart = 0;
     std::uint32_t m_line = 0;
-    bool m_longJumps = false;
     bool m_failed = false;
 };
 

@@ -48,7 +48,7 @@ bool ConditionalJumps::fuseJump(const Entry& condition, std::size_t target, bool
 
 bool ConditionalJumps::fuseTest(std::uint16_t result, std::size_t target, bool whenTrue) {
     const EngineInstruction* last = m_code.lastInBlock();
-    if (!m_code.allowsShortJumps() || last == nullptr || last->a != result) {
+    if (!m_code.isNear(target) || last == nullptr || last->a != result) {
         return false;
     }
     const EngineInstruction test = *last;

@@ -38,10 +38,9 @@ std::unique_ptr<Code> layOutFrame(const FunctionFacts& facts) {
 /// Goes through the stack code once and has each instruction translated by the class that knows about its kind.
 class Translator {
 public:
-    Translator(const FunctionFacts& facts, const std::vector<LongListStep>& longLists, GlobalNames& names,
-               bool longJumps)
+    Translator(const FunctionFacts& facts, const std::vector<LongListStep>& longLists, GlobalNames& names)
         : m_facts(facts),
-          m_code(layOutFrame(facts), facts.function.code.size(), longJumps),
+          m_code(layOutFrame(facts), facts.function.code.size()),
           m_stack(m_code, facts.function.code.size()),
           m_variables(facts, names, m_code, m_stack),
           m_operations(facts, m_code, m_stack),
@@ -62,7 +61,7 @@ public:
         return countRegisters() <= kLargestOperand;
     }
 
-    /// What was translated; null when it is too long for short jumps.
+    /// What was translated.
     [[nodiscard]] std::unique_ptr<Code> finish() { return m_code.finish(); }
 
 private:
@@ -214,20 +213,6 @@ private:
     ConditionalJumps m_conditionalJumps;
 };
 
-std::unique_ptr<Code> translateWith(const FunctionFacts& facts, const std::vector<LongListStep>& longLists,
-                                    GlobalNames& names) {
-    for (const bool longJumps : {false, true}) {
-        Translator translator(facts, longLists, names, longJumps);
-        if (!translator.translate()) {
-            return nullptr;
-        }
-        if (std::unique_ptr<Code> code = translator.finish()) {
-            return code;
-        }
-    }
-    return nullptr;
-}
-
 }  // namespace
 
 std::unique_ptr<Code> translateFunction(const Program& program, std::int32_t functionIndex, GlobalNames& names) {
@@ -239,8 +224,10 @@ std::unique_ptr<Code> translateFunction(const Program& program, std::int32_t fun
     const FunctionFacts facts = findFacts(program, functionIndex, *std::move(flow), names);
     // What runs out of registers with parts of the usual length is a nest of lists.
     for (const std::uint32_t part : {kLongestPart, 1U}) {
-        if (std::unique_ptr<Code> code = translateWith(facts, findLongLists(function, facts.flow, part), names)) {
-            return code;
+        const std::vector<LongListStep> longLists = findLongLists(function, facts.flow, part);
+        Translator translator(facts, longLists, names);
+        if (translator.translate()) {
+            return translator.finish();
         }
     }
     return nullptr;
