@@ -121,6 +121,12 @@ constexpr std::array kScenarios{
              "a = file_exists?(path) write_file(path, \"some content that is long enough\") append_file(path, [1, 2])\n"
              "b = read_file(path) c = file_exists?(path) write_file(path, \"\")\n[b, c, read_file(path)]",
              "[some content that is long enough[1, 2], true, ]"},
+    Scenario{"long lists",
+             "def many(n) return load(\"def f(\" + string_rep(\"p, \", n - 1) + \"q) r = [p, q] return r end "
+             "return [f([2], \" + string_rep(\"1, \", n - 2) + \"0), len([\" + string_rep(\"[], \", 9) + "
+             "string_rep(\"3, \", n) + \"4]), math_max(\" + string_rep(\"5, \", n) + \"6), f('a text that is "
+             "long enough', \" + string_rep(\"7, \", n - 2) + \"8)]\")() end\nmany(300)",
+             "[[[2], 1], 310, 6, [a text that is long enough, 7]]"},
     Scenario{"deep data",
              "def nest(n) list = [] while n > 0 do list = [list, \"s\" + n] n = n - 1 end return list end\n"
              "a = nest(12) b = nest(12) c = map_new() c[\"list\"] = a\n[a == b, len(to_s(a)), len(c)]",

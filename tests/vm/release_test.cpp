@@ -140,6 +140,37 @@ const std::vector<std::string> kBodies{
     "f = load('return 5') f() f = w",
 };
 
+std::string repeated(const std::string& text, int count) {
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+/// Lists that do not fit registers, complete and failing half-way.
+std::vector<std::string> longBodies() {
+    const std::string values = repeated("w, ", 299);
+    const std::string parameters = repeated("a, ", 299) + "b";
+    return {
+        "x = [" + values + "[w]] y = x",
+        "[" + values + "missing]",
+        "[w, " + values + "[" + values + "[w], missing], w]",
+        "x = [" + values + "w] x = pcall(load('return [" + repeated("[w], ", 299) + "missing]'))",
+        "host(" + values + "w)",
+        "x = host(" + values + "[w])",
+        "host(" + values + "host_fails(" + values + "w))",
+        "x = pcall(host_fails, " + values + "w)",
+        "x = [[w], pcall(error, " + values + "w)]",
+        "w(" + values + "w)",
+        "def inner(a) end x = [w, inner(" + values + "w)]",
+        "def inner(" + parameters + ") x = [a, b] return x end x = [[w], inner(" + values + "[w])]",
+        "def inner(" + parameters + ") x = [a, b] return missing end x = [[w], pcall(inner, " + values +
+            "[w])] inner(" + values + "[w])",
+        "math_max(" + values + "w)",
+    };
+}
+
 void prepareVm(RubyVM& vm) {
     vm.bindFunction("host", [](RubyVM&, RubyArguments arguments) { return arguments[0]; });
     vm.bindFunction("host_fails", [](RubyVM&, RubyArguments) -> RubyValue { throw RubyError("host trouble"); });
@@ -196,6 +227,14 @@ TEST(Release, InTheMiddleOfExpressions) {
     for (const std::string& body : kBodies) {
         const std::string source = "def tested(w)\n" + body +
                                    "\nend\ndef outer(w, v) return [w, v, [v, tested(w), v], v] end\n[w, outer(w, [w])]";
+        expectReleased(RubyVM().compileScript(source, "t"), source);
+    }
+}
+
+TEST(Release, LongLists) {
+    for (const std::string& body : longBodies()) {
+        expectReleased(RubyVM().compileScript(body, "t"), body);
+        const std::string source = "def tested(w, v)\n" + body + "\nend\n[w, [w], tested(w, [w])]";
         expectReleased(RubyVM().compileScript(source, "t"), source);
     }
 }
