@@ -27,6 +27,8 @@ public:
 private:
     static constexpr std::size_t kMostText = 8000;
     static constexpr std::size_t kDeepest = 4;
+    /// Around the lengths from which on lists do not fit registers.
+    static constexpr std::array<std::size_t, 6> kLongLengths{254, 255, 256, 257, 510, 511};
 
     [[nodiscard]] bool isFull(std::size_t depth) const { return depth >= kDeepest || m_text.size() >= kMostText; }
 
@@ -41,6 +43,45 @@ private:
         if (!m_bytes.chance(20)) {
             m_text += "def h() a = a + 1 return a end\ndef k(p) x = [p] y = x[0] return y end\n";
         }
+        wideFunction();
+    }
+
+    /// Now and then a function with so many parameters that a call's arguments do not fit registers.
+    void wideFunction() {
+        if (!m_bytes.chance(20)) {
+            return;
+        }
+        m_wideParameters = m_bytes.pick(kLongLengths);
+        m_text += "def w(";
+        for (std::size_t i = 1; i < m_wideParameters; ++i) {
+            m_text += "p, ";
+        }
+        m_text += "q) ";
+        m_text += m_bytes.chance(128) ? "return [p, q] end\n" : "x = [q, a] return x end\n";
+    }
+
+    /// The values of a literal or call: mostly the same variable, and an expression in the middle and at the end.
+    void longList(std::size_t depth, std::size_t length) {
+        const std::size_t middle = m_bytes.below(256);
+        for (std::size_t i = 0; i < length; ++i) {
+            m_text += i == 0 ? "" : ", ";
+            if (i == middle || i + 1 == length) {
+                expression(m_bytes.pick(kKinds), depth + 2);
+            } else {
+                m_text += 'a';
+            }
+        }
+    }
+
+    /// A call with a long list of arguments, in one of the ways that calls are made.
+    void longCall(std::size_t depth) {
+        const bool callsWide = m_wideParameters > 0 && m_bytes.chance(200);
+        const bool isProtected = m_bytes.chance(60);
+        m_text += isProtected ? "pcall(" : "";
+        m_text += callsWide ? "w" : m_bytes.chance(128) ? "math_max" : m_bytes.pick(kFunctions).name;
+        m_text += isProtected ? ", " : "(";
+        longList(depth, callsWide && m_bytes.chance(240) ? m_wideParameters : m_bytes.pick(kLongLengths));
+        m_text += ')';
     }
 
     /// Work whose errors do not end the program: a function called in protected mode, code loaded as a chunk of its
@@ -409,6 +450,11 @@ private:
                     break;
                 }
                 m_text += '[';
+                if (m_bytes.chance(6)) {
+                    longList(depth, m_bytes.pick(kLongLengths));
+                    m_text += ']';
+                    break;
+                }
                 for (std::size_t left = m_bytes.below(4); left > 0; --left) {
                     expression(m_bytes.pick(kKinds), depth + 1);
                     m_text += left > 1 ? ", " : "";
@@ -446,6 +492,9 @@ private:
     }
 
     void userCall(std::size_t depth) {
+        if (m_bytes.chance(m_wideParameters > 0 ? 40 : 3)) {
+            return longCall(depth);
+        }
         const Callable& callable = m_bytes.pick(kFunctions);
         m_text += m_bytes.chance(10) ? m_bytes.pick(kVariables).name : callable.name;
         m_text += '(';
@@ -503,6 +552,8 @@ private:
 
     ByteSource& m_bytes;
     std::string m_text;
+    /// How many parameters w has; 0 when there is no such function.
+    std::size_t m_wideParameters = 0;
 };
 
 }  // namespace
