@@ -1,5 +1,6 @@
 #include "vm/engine/list_collector.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace morvel::ruby::internal {
@@ -21,6 +22,8 @@ bool ListCollector::takeSteps(std::size_t index) {
             return true;
         }
     }
+    // One instruction pushes one entry at most.
+    m_deepest = std::max(m_deepest, m_stack.size() + 1);
     return false;
 }
 

@@ -17,12 +17,12 @@ public:
     /// All must outlive the object.
     ListCollector(const CompiledFunction& function, const std::vector<LongListStep>& steps, CodeBuilder& code,
                   SymbolicStack& stack)
-        : m_function(function), m_steps(steps), m_code(code), m_stack(stack) {}
+        : m_function(function), m_steps(steps), m_hasSteps(!steps.empty()), m_code(code), m_stack(stack) {}
 
     /// Takes the steps at stack instruction `index`; true when one of them is in place of it.
-    bool translate(std::size_t index) {
-        return m_next < m_steps.size() && m_steps[m_next].instruction == index && takeSteps(index);
-    }
+    bool translate(std::size_t index) { return m_hasSteps && takeSteps(index); }
+    /// The most entries that the stack had at once, when there are long lists.
+    [[nodiscard]] std::size_t deepest() const { return m_deepest; }
 
 private:
     bool takeSteps(std::size_t index);
@@ -32,9 +32,11 @@ private:
 
     const CompiledFunction& m_function;
     const std::vector<LongListStep>& m_steps;
+    const bool m_hasSteps;
     CodeBuilder& m_code;
     SymbolicStack& m_stack;
     std::size_t m_next = 0;
+    std::size_t m_deepest = 0;
 };
 
 }  // namespace morvel::ruby::internal

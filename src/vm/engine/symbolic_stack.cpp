@@ -8,7 +8,6 @@ void SymbolicStack::beginBlock(std::size_t depth) {
     m_entries.clear();
     m_counts.fill(0);
     m_settled = depth;
-    m_deepest = std::max(m_deepest, depth);
 }
 
 void SymbolicStack::materializeFrom(std::size_t first) {

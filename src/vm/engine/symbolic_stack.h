@@ -1,7 +1,6 @@
 // The stack of the stack code, run symbolically: what an entry stands for is known, its value only later.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -55,13 +54,10 @@ public:
         return depth < m_settled ? temporaryAt(depth) : m_entries[depth - m_settled];
     }
     [[nodiscard]] Entry top() const { return (*this)[size() - 1]; }
-    /// The most entries that there were so far.
-    [[nodiscard]] std::size_t deepest() const { return m_deepest; }
 
     void push(const Entry& entry) {
         m_entries.push_back(entry);
         ++countOf(entry.place);
-        m_deepest = std::max(m_deepest, size());
     }
     /// Pushes the temporary of the next depth and gives its register.
     std::uint16_t pushTemporary() {
@@ -136,7 +132,6 @@ private:
     std::vector<Entry> m_entries;
     /// How many of these are in each place.
     std::array<std::size_t, 4> m_counts{};
-    std::size_t m_deepest = 0;
     std::size_t m_looksLeft;
 };
 

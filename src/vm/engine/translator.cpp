@@ -21,6 +21,14 @@ namespace morvel::ruby::internal {
 
 namespace {
 
+std::uint32_t registerCount(const FunctionFacts& facts, const Code& code, std::size_t deepest) {
+    // Surplus arguments of duplicate parameter names arrive behind the locals, in the place of temporaries.
+    const std::size_t surplus = code.parameterCount - std::min(code.parameterCount, code.localCount);
+    // The sum of an append chain takes two.
+    const std::size_t temporaries = std::max(deepest, surplus) + (facts.appends.empty() ? 1 : 2);
+    return code.firstTemporary + static_cast<std::uint32_t>(temporaries);
+}
+
 std::unique_ptr<Code> layOutFrame(const FunctionFacts& facts) {
     auto code = std::make_unique<Code>();
     code->program = &facts.program;
@@ -31,6 +39,7 @@ std::unique_ptr<Code> layOutFrame(const FunctionFacts& facts) {
         code->keepsLastValue = code->keepsLastValue || live;
     }
     code->firstTemporary = code->localCount + (code->keepsLastValue ? 1U : 0U);
+    code->registerCount = registerCount(facts, *code, static_cast<std::size_t>(facts.flow.deepest));
     code->isTopLevel = facts.isMain;
     return code;
 }
@@ -58,7 +67,11 @@ public:
         }
         m_code.markStart(m_facts.function.code.size());
         translateEnd();
-        return countRegisters() <= kLargestOperand;
+        Code& code = m_code.code();
+        if (m_lists.deepest() > 0) {
+            code.registerCount = registerCount(m_facts, code, m_lists.deepest());
+        }
+        return code.registerCount <= kLargestOperand;
     }
 
     /// What was translated.
@@ -70,21 +83,26 @@ private:
         m_code.beginBlock();
         m_variables.enterBlock(number);
         m_stack.beginBlock(static_cast<std::size_t>(m_facts.flow.depths[block.begin]));
-        std::size_t index = block.begin;
-        while (index < block.end && !m_code.hasFailed()) {
-            m_code.markStart(index);
-            m_code.setLine(m_facts.function.code[index].line);
-            index += translateInstruction(index, block.end);
-        }
+        translateRange(block.begin, block.end, false);
         const OpCode last = m_facts.function.code[block.end - 1].op;
         if (last != OpCode::Jump && last != OpCode::JumpIfFalse && last != OpCode::Return) {
             m_stack.materializeAll();
         }
     }
 
+    void translateRange(std::size_t index, std::size_t end, bool isRepeated) {
+        while (index < end && !m_code.hasFailed()) {
+            if (!isRepeated) {
+                m_code.markStart(index);
+            }
+            m_code.setLine(m_facts.function.code[index].line);
+            index += m_lists.translate(index) ? 1 : translateInstruction(index, end);
+        }
+    }
+
     /// Translates the instruction at `index`, or a short sequence that starts there; how many it was.
     std::size_t translateInstruction(std::size_t index, std::size_t blockEnd) {
-        if (m_lists.translate(index) || m_variables.translateAppend(index)) {
+        if (m_variables.translateAppend(index)) {
             return 1;
         }
         const Instruction& instruction = m_facts.function.code[index];
@@ -154,11 +172,7 @@ private:
 
     /// A loop tests its condition once more at its end, which saves the jump back to the test at its start.
     void repeatCondition(std::size_t begin, std::size_t end) {
-        std::size_t index = begin;
-        while (index < end && !m_code.hasFailed()) {
-            m_code.setLine(m_facts.function.code[index].line);
-            index += translateInstruction(index, end);
-        }
+        translateRange(begin, end, true);
         if (!m_code.hasFailed()) {
             m_conditionalJumps.conditionalJump(end + 1, true);
         }
@@ -192,15 +206,6 @@ private:
         } else if (code.keepsLastValue) {
             code.prologue = Prologue::ClearLastValue;
         }
-    }
-
-    std::size_t countRegisters() {
-        Code& code = m_code.code();
-        // Surplus arguments of duplicate parameter names arrive behind the locals, in the place of temporaries.
-        const std::size_t surplus = code.parameterCount - std::min(code.parameterCount, code.localCount);
-        const std::size_t count = code.firstTemporary + std::max(m_stack.deepest(), surplus) + 1;
-        code.registerCount = static_cast<std::uint32_t>(count);
-        return count;
     }
 
     const FunctionFacts& m_facts;
