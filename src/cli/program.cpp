@@ -1,5 +1,6 @@
 #include "cli/program.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -7,6 +8,7 @@
 #include <fstream>
 #include <iostream>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -21,12 +23,18 @@ namespace {
 constexpr int kSuccess = 0;
 constexpr int kFailure = 1;
 
-// Keeps NUL bytes of a script error, which what() would cut off.
-std::string messageOf(const std::exception& exception) {
+// Reporting needs no memory, since there may be none left.
+
+/// The text of an exception while it lives. Keeps NUL bytes of a script error, which what() would cut off.
+std::string_view messageOf(const std::exception& exception) noexcept {
     if (const auto* error = dynamic_cast<const RubyError*>(&exception)) {
         return error->message();
     }
     return dynamic_cast<const std::bad_alloc*>(&exception) != nullptr ? "out of memory" : exception.what();
+}
+
+std::string_view messageOf(const RubyResult& result) noexcept {
+    return result.error.empty() ? "MorvelTesk execution failed" : std::string_view(result.error);
 }
 
 /// Writes what scripts have printed so far, so that it stands before anything that follows. False when it is lost.
@@ -37,12 +45,12 @@ bool flushOutput() {
 
 constexpr std::string_view kLostOutput = "failed to write to standard output";
 
-void reportLine(const std::string& line) {
+void reportLine(std::string_view start, std::string_view message) {
     flushOutput();
-    std::cerr << line << '\n' << std::flush;
+    std::cerr << start << message << '\n' << std::flush;
 }
 
-void reportError(std::string_view message) { reportLine("morveltesk: " + std::string(message)); }
+void reportError(std::string_view message) { reportLine("morveltesk: ", message); }
 
 int printUsage(std::string_view invocation) {
     std::cerr << "Usage:\n";
@@ -53,16 +61,14 @@ int printUsage(std::string_view invocation) {
     return kFailure;
 }
 
-void requireOk(const RubyResult& result) {
-    if (!result.ok) {
-        throw RubyError(result.error.empty() ? "MorvelTesk execution failed" : result.error);
-    }
-}
-
 std::string readSource(const std::string& path) {
     constexpr std::size_t kBlock = 1 << 16;
     std::error_code ignored;
+    errno = 0;
     std::ifstream file(path, std::ios::binary);
+    if (!file.is_open() && errno == ENOMEM) {
+        throw std::bad_alloc();
+    }
     // A directory opens like a file here; only reading it would fail.
     bool isReadable = file.is_open() && !std::filesystem::is_directory(path, ignored);
     std::string content;
@@ -79,58 +85,52 @@ std::string readSource(const std::string& path) {
     return content;
 }
 
-void compileFile(const RubyVM& vm, const std::string& scriptPath, const std::string& outputPath) {
-    std::string error;
-    if (!vm.writeBytecodeFile(readSource(scriptPath), outputPath, scriptPath, &error)) {
-        throw RubyError(error.empty() ? "failed to write bytecode" : error);
+RubyResult compileFile(const RubyVM& vm, const std::string& scriptPath, const std::string& outputPath) {
+    RubyResult result;
+    result.ok = vm.writeBytecodeFile(readSource(scriptPath), outputPath, scriptPath, &result.error);
+    if (!result.ok && result.error.empty()) {
+        result.error = "failed to write bytecode";
     }
+    return result;
 }
 
-void runRepl(RubyVM& vm) {
+RubyResult runRepl(RubyVM& vm) {
     // A line that there is no memory for throws; it would look like the end of the input otherwise.
     std::cin.exceptions(std::ios::badbit);
     std::string line;
     while (true) {
         std::cout << "rb> " << std::flush;
         if (!std::getline(std::cin, line) || line == "exit" || line == "quit") {
-            return;
+            RubyResult result;
+            result.ok = true;
+            return result;
         }
         if (line.empty()) {
             continue;
         }
-        try {
-            requireOk(vm.runScriptString(line, "<repl>"));
-        } catch (const std::exception& exception) {
-            reportLine(messageOf(exception));
+        const RubyResult result = vm.runScriptString(line, "<repl>");
+        if (!result.ok) {
+            reportLine("", messageOf(result));
         }
     }
 }
 
-/// Carries out the mode that the words ask for. False when they fit none of the forms.
-bool runMode(RubyVM& vm, std::span<char*> words) {
+/// Carries out the mode that the words ask for. Nothing when they fit none of the forms.
+std::optional<RubyResult> runMode(RubyVM& vm, std::span<char*> words) {
     if (words.size() < 2) {
-        return false;
+        return std::nullopt;
     }
-    const std::string mode = words[1];
+    const std::string_view mode = words[1];
     if (mode == "--compile") {
-        if (words.size() != 4) {
-            return false;
-        }
-        compileFile(vm, words[2], words[3]);
-    } else if (mode == "--run-bytecode") {
-        if (words.size() != 3) {
-            return false;
-        }
-        requireOk(vm.runBytecodeFile(words[2]));
-    } else if (mode == "--repl") {
-        runRepl(vm);
-    } else {
-        if (words.size() != 2) {
-            return false;
-        }
-        requireOk(vm.runScriptFile(mode));
+        return words.size() == 4 ? std::optional(compileFile(vm, words[2], words[3])) : std::nullopt;
     }
-    return true;
+    if (mode == "--run-bytecode") {
+        return words.size() == 3 ? std::optional(vm.runBytecodeFile(words[2])) : std::nullopt;
+    }
+    if (mode == "--repl") {
+        return runRepl(vm);
+    }
+    return words.size() == 2 ? std::optional(vm.runScriptFile(words[1])) : std::nullopt;
 }
 
 }  // namespace
@@ -140,20 +140,26 @@ int runProgram(std::span<char*> words) {
     (void)std::signal(SIGPIPE, SIG_IGN);
     (void)std::signal(SIGXFSZ, SIG_IGN);
     int status = kSuccess;
-    std::string failure;
+    bool isLossReported = false;
+    const auto fail = [&status, &isLossReported](std::string_view message) {
+        reportError(message);
+        isLossReported = message == kLostOutput;
+        status = kFailure;
+    };
     try {
         RubyVM vm;
-        if (!runMode(vm, words)) {
+        const std::optional<RubyResult> result = runMode(vm, words);
+        if (!result.has_value()) {
             return printUsage(words.empty() ? "morveltesk" : words[0]);
         }
+        if (!result->ok) {
+            fail(messageOf(*result));
+        }
     } catch (const std::exception& exception) {
-        failure = messageOf(exception);
-        reportError(failure);
-        status = kFailure;
+        fail(messageOf(exception));
     }
-    if (!flushOutput() && failure != kLostOutput) {
-        reportError(kLostOutput);
-        status = kFailure;
+    if (!flushOutput() && !isLossReported) {
+        fail(kLostOutput);
     }
     return status;
 }

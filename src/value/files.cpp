@@ -3,9 +3,13 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <system_error>
+
+#include "value/spare_memory.h"
 
 namespace morvel::ruby::internal {
 
@@ -17,6 +21,25 @@ bool holdsNul(const std::string& path) { return path.find('\0') != std::string::
 bool isDirectory(const std::string& path) {
     std::error_code ignored;
     return std::filesystem::is_directory(path, ignored);
+}
+
+/// Opens a file stream; false when the path cannot be opened. The C library takes memory for it without asking the
+/// new-handler, and there being none says nothing about the path.
+template <typename Stream>
+bool openStream(Stream& file, const std::string& path, std::ios::openmode mode) {
+    while (true) {
+        errno = 0;
+        file.open(path, mode);
+        if (file.is_open()) {
+            return true;
+        }
+        if (errno != ENOMEM) {
+            return false;
+        }
+        if (!SpareMemory::giveBackAll()) {
+            throw std::bad_alloc();
+        }
+    }
 }
 
 }  // namespace
@@ -34,8 +57,8 @@ bool readWholeFile(const std::string& path, std::string& content) {
     if (holdsNul(path) || isDirectory(path)) {
         return false;
     }
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
+    std::ifstream file;
+    if (!openStream(file, path, std::ios::binary | std::ios::in)) {
         return false;
     }
     // Block by block until the end: the size of a pipe is not known, and a file may change while it is read.
@@ -60,8 +83,8 @@ WriteOutcome writeWholeFile(const std::string& path, std::string_view content, W
     if (holdsNul(path)) {
         return WriteOutcome::CannotOpen;
     }
-    std::ofstream file(path, std::ios::binary | (mode == WriteMode::Append ? std::ios::app : std::ios::trunc));
-    if (!file) {
+    std::ofstream file;
+    if (!openStream(file, path, std::ios::binary | (mode == WriteMode::Append ? std::ios::app : std::ios::trunc))) {
         return WriteOutcome::CannotOpen;
     }
     file.write(content.data(), static_cast<std::streamsize>(content.size()));

@@ -43,6 +43,16 @@ public:
         return set[0];
     }
 
+    /// Forgets them all; true when there were any.
+    bool clear() noexcept {
+        bool hadAny = false;
+        for (RubyValue& string : m_recent) {
+            hadAny |= string.isString();
+            string = RubyValue();
+        }
+        return hadAny;
+    }
+
 private:
     /// All bytes of a text of known size: its first and its last 8 or 4, or each one.
     struct Bytes {

@@ -9,6 +9,7 @@
 #include "value/deferred_release.h"
 #include "value/files.h"
 #include "value/native_stack.h"
+#include "value/spare_memory.h"
 #include "vm/engine/engine.h"
 #include "vm/errors.h"
 
@@ -31,6 +32,17 @@ RubyResult failure(const std::exception& exception) noexcept {
     }
 }
 
+/// While a VM runs, it may have to give back what it keeps for reuse.
+class SpareMemoryOfVm final : public internal::SpareMemory {
+public:
+    explicit SpareMemoryOfVm(RubyVM::Impl& vm) noexcept : m_vm(vm) {}
+
+private:
+    bool giveBack() noexcept override { return m_vm.giveBackSpareMemory(); }
+
+    RubyVM::Impl& m_vm;
+};
+
 RubyFunctionHandle::Intrinsic intrinsicFor(const std::string& name) {
     using Intrinsic = RubyFunctionHandle::Intrinsic;
     return name == "error"       ? Intrinsic::Error
@@ -48,11 +60,21 @@ RubyVM::Impl::Impl(RubyVM* vm)
     bindDefaults();
 }
 
-RubyVM::Impl::~Impl() = default;
+RubyVM::Impl::~Impl() {
+    m_engine.reset();
+    shortStrings.clear();
+    internal::trimSpareMemory();
+}
 
 void RubyVM::Impl::close() noexcept {
     const internal::ReleaseHostsAtOnce now(*binder);
     globals.release();
+}
+
+bool RubyVM::Impl::giveBackSpareMemory() noexcept {
+    const bool hadStrings = shortStrings.clear();
+    const bool hadStack = m_engine->giveBackSpareStack();
+    return hadStrings || hadStack;
 }
 
 RubyFunctionHandle& RubyVM::Impl::bindFunction(const std::string& name, RubyHostFunction callback) {
@@ -135,6 +157,7 @@ RubyResult RubyVM::Impl::runScriptFile(const std::string& path) {
 }
 
 RubyResult RubyVM::Impl::runBytecode(const RubyBytecode& bytecode) {
+    const SpareMemoryOfVm spareMemory(*this);
     try {
         const auto program = std::make_shared<Program>(internal::deserializeProgram(bytecode));
         RubyResult result;

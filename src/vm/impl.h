@@ -46,6 +46,9 @@ public:
     /// use afterwards.
     void close() noexcept;
 
+    /// Gives back memory that is kept for reuse; true when there was any.
+    bool giveBackSpareMemory() noexcept;
+
     /// Sets the version globals and binds every built-in.
     void bindDefaults();
 

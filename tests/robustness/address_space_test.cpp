@@ -167,6 +167,26 @@ TEST(LimitsOfTheStack, AreBelievedWhereTheSystemCannotBeAsked) {
 
 #endif
 
+// The last of the memory goes in small pieces, and at any of them.
+TEST(SmallAddressSpace, EndsImagesThatFillItWithAnError) {
+    const TemporaryDirectory directory;
+    const std::string script = directory.path("script.rb");
+    const std::string image = directory.path("image");
+    writeFile(script, "a = nil\nwhile true do a = [a, 1] end\n");
+    ChildSetup compiling;
+    compiling.arguments = {"--compile", script, image};
+    ASSERT_EQ(runProgram(compiling).status, 0);
+    constexpr rlim_t kKilobyte = 1024;
+    for (rlim_t size = 8'000; size <= 200'000; size += size / 4 + 7) {
+        ChildSetup setup;
+        setup.arguments = {"--run-bytecode", image};
+        setup.prepare = limited(RLIMIT_AS, size * kKilobyte);
+        const ChildOutcome child = runProgram(setup);
+        EXPECT_EQ(child.status, 1) << size;
+        EXPECT_EQ(child.error, "morveltesk: out of memory\n") << size;
+    }
+}
+
 }  // namespace
 
 }  // namespace morvel::ruby::tests

@@ -107,7 +107,8 @@ ChildOutcome runProgram(const ChildSetup& setup) {
     // Files instead of pipes: nothing blocks, whatever the program writes or leaves unread.
     const TemporaryDirectory directory;
     writeFile(directory.path("input"), setup.input);
-    std::vector<char*> words{const_cast<char*>(MORVEL_PROGRAM)};
+    const std::string program = setup.program.empty() ? MORVEL_PROGRAM : setup.program;
+    std::vector<char*> words{const_cast<char*>(program.c_str())};
     for (const std::string& argument : setup.arguments) {
         words.push_back(const_cast<char*>(argument.c_str()));
     }
@@ -124,7 +125,7 @@ ChildOutcome runProgram(const ChildSetup& setup) {
         if (setup.prepare) {
             setup.prepare();
         }
-        execv(MORVEL_PROGRAM, words.data());
+        execv(program.c_str(), words.data());
         _exit(127);
     }
     ChildOutcome result;

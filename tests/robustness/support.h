@@ -72,6 +72,8 @@ struct ChildOutcome {
 
 /// What a child process is started with. Descriptors are -1 for "captured" (output, error) or "empty" (input).
 struct ChildSetup {
+    /// The command line program when empty.
+    std::string program;
     std::vector<std::string> arguments;
     std::string input;
     /// Runs in the child between fork and exec; may change limits and descriptors.

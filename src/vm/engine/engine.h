@@ -63,6 +63,9 @@ public:
     /// for a wrong argument count and for "stack overflow".
     RubyValue run(const Code& code, const RubyValue* arguments, std::size_t argumentCount);
 
+    /// Gives back the part of the value stack that no frame uses; true when there was any.
+    bool giveBackSpareStack() noexcept { return m_stack.giveBackSpare(); }
+
 private:
     enum class CallOutcome : std::uint8_t { Done, Raised };
 

@@ -14,9 +14,7 @@ RubyValue* ValueStack::enterNextChunk(std::size_t count) {
     const std::size_t next = m_chunk + 1;
     if (next < m_chunks.size() && m_chunks[next].size < count) {
         // Nothing is in use beyond the current chunk, so one that is too small makes way.
-        while (m_chunks.size() > next) {
-            dropLastChunk();
-        }
+        giveBackSpare();
     }
     if (next == m_chunks.size()) {
         const std::size_t size = std::max(count, std::min(m_chunks.back().size * 2, kLargestStep));
@@ -39,6 +37,14 @@ void ValueStack::giveBack() noexcept {
     while (m_total > kKeptValues && m_chunks.size() > m_chunk + 1) {
         dropLastChunk();
     }
+}
+
+bool ValueStack::giveBackSpare() noexcept {
+    const bool hasSpare = m_chunks.size() > m_chunk + 1;
+    while (m_chunks.size() > m_chunk + 1) {
+        dropLastChunk();
+    }
+    return hasSpare;
 }
 
 void ValueStack::dropLastChunk() noexcept {

@@ -25,6 +25,8 @@ public:
     void returnToChunk(std::size_t chunk) noexcept;
     /// Gives back the later chunks, as far as the stack is larger than is worth keeping.
     void giveBack() noexcept;
+    /// Gives back the chunks after the current one; true when there were any.
+    bool giveBackSpare() noexcept;
 
 private:
     struct Chunk {

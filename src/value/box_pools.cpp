@@ -1,0 +1,70 @@
+#include "value/box_pools.h"
+
+#include "value/thread_end.h"
+
+namespace morvel::ruby::internal {
+
+constinit thread_local BoxPool boxPool;
+
+namespace {
+
+constinit ThreadEnd threadEnd;
+
+void closePool(void* /*unused*/) noexcept {
+    boxPool.state = BoxPool::State::Closed;
+    boxPool.shrink(0);
+}
+
+/// The end of the initial thread is the end of the process, or the moment when the library is unloaded.
+struct Process {
+    Process() noexcept { threadEnd.open(closePool); }
+    ~Process() {
+        threadEnd.close();
+        closePool(nullptr);
+    }
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+};
+
+// There before any other initialiser runs and until all others are undone, since those may hold values.
+[[gnu::init_priority(101)]] const Process process;
+
+}  // namespace
+
+bool FreeList::shrink(std::size_t most) noexcept {
+    const bool isLonger = m_length > most;
+    while (m_length > most) {
+        Link* const link = m_first;
+        m_first = link->next;
+        --m_length;
+        ::operator delete(link);
+    }
+    return isLonger;
+}
+
+bool SpareArrays::clear() noexcept {
+    const bool isFull = m_first != nullptr;
+    while (ArrayBox* const array = take()) {
+        delete array;
+    }
+    return isFull;
+}
+
+bool BoxPool::open() noexcept {
+    // Where it fails it may work another time.
+    if (threadEnd.ask()) {
+        state = State::Open;
+    }
+    return state == State::Open;
+}
+
+bool BoxPool::shrink(std::size_t most) noexcept {
+    // Destroying an array gives its box to the pool.
+    const bool hadArrays = most == 0 && spareArrays.clear();
+    const bool hadStringBoxes = strings.shrink(most);
+    const bool hadArrayBoxes = arrays.shrink(most);
+    const bool hadMapBoxes = maps.shrink(most);
+    return hadArrays || hadStringBoxes || hadArrayBoxes || hadMapBoxes;
+}
+
+}  // namespace morvel::ruby::internal

@@ -1,0 +1,61 @@
+#include "value/spare_memory.h"
+
+#include <new>
+#include <utility>
+
+#include "value/box_pools.h"
+
+namespace morvel::ruby::internal {
+
+namespace {
+
+constinit thread_local SpareMemory* innermost = nullptr;
+
+constinit std::new_handler earlierHandler = nullptr;
+
+void findMemory() {
+    if (SpareMemory::giveBackAll()) {
+        return;
+    }
+    if (earlierHandler != nullptr) {
+        earlierHandler();
+        return;
+    }
+    throw std::bad_alloc();
+}
+
+struct Handler {
+    Handler() noexcept { earlierHandler = std::set_new_handler(findMemory); }
+    ~Handler() {
+        if (std::get_new_handler() == findMemory) {
+            std::set_new_handler(earlierHandler);
+        }
+    }
+    Handler(const Handler&) = delete;
+    Handler& operator=(const Handler&) = delete;
+};
+
+const Handler handler;
+
+}  // namespace
+
+SpareMemory::SpareMemory() noexcept : m_outer(std::exchange(innermost, this)) {}
+
+SpareMemory::~SpareMemory() { innermost = m_outer; }
+
+bool SpareMemory::giveBackAll() noexcept {
+    bool hasGivenBack = false;
+    for (SpareMemory* user = innermost; user != nullptr; user = user->m_outer) {
+        hasGivenBack |= user->giveBack();
+    }
+    // Comes last: what the others drop ends up there.
+    hasGivenBack |= boxPool.shrink(0);
+    return hasGivenBack;
+}
+
+void trimSpareMemory() noexcept {
+    constexpr std::size_t kWorthKeeping = 1 << 8;
+    boxPool.shrink(kWorthKeeping);
+}
+
+}  // namespace morvel::ruby::internal
