@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "value/spare_memory.h"
+
 namespace morvel::ruby::internal {
 
 namespace {
@@ -17,11 +19,15 @@ void* allocateZeroed(std::size_t bytes) {
     if (bytes < kLargeBlock) {
         return std::memset(::operator new(bytes), 0, bytes);
     }
-    void* const block = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (block == MAP_FAILED) {
-        throw std::bad_alloc();
+    while (true) {
+        void* const block = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (block != MAP_FAILED) {
+            return block;
+        }
+        if (!SpareMemory::giveBackAll()) {
+            throw std::bad_alloc();
+        }
     }
-    return block;
 }
 
 void releaseZeroed(void* block, std::size_t bytes) noexcept {

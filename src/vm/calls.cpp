@@ -214,6 +214,9 @@ RubyValue RubyVM::Impl::protectedCall(const Program& program, const RubyValue* a
         outcome.push_back(callValue(program, protectedFunction, rest, restCount, line));
     } catch (const std::exception& exception) {
         runs.requireInnermost(run);
+        if (internal::isOutOfMemory(exception)) {
+            m_engine->giveBackMemory();
+        }
         outcome.emplace_back(false);
         outcome.emplace_back(internal::errorText(exception));
     }

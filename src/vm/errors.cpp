@@ -1,5 +1,6 @@
 #include "vm/errors.h"
 
+#include <cstring>
 #include <new>
 
 #include "morvel/ruby/error.h"
@@ -10,6 +11,14 @@ namespace {
 
 std::string locationOf(const Program& program, unsigned line) {
     return program.name + ":" + std::to_string(line) + ": ";
+}
+
+/// Whether a failed allocation says more than the exceptions of the standard library do, which is the name of their
+/// class.
+bool hasTextOfItsOwn(const std::exception& failedAllocation) noexcept {
+    const char* const text = failedAllocation.what();
+    return text != nullptr && *text != '\0' && std::strcmp(text, std::bad_alloc().what()) != 0 &&
+           std::strcmp(text, std::bad_array_new_length().what()) != 0;
 }
 
 }  // namespace
@@ -28,11 +37,15 @@ const std::string& requireStringConstant(const Program& program, std::int32_t in
     runtimeError(program, line, exists ? "constant is not a string" : "constant index is out of range");
 }
 
+bool isOutOfMemory(const std::exception& exception) noexcept {
+    return dynamic_cast<const std::bad_alloc*>(&exception) != nullptr;
+}
+
 std::string errorText(const std::exception& exception) {
     if (const auto* error = dynamic_cast<const RubyError*>(&exception)) {
         return error->message();
     }
-    if (dynamic_cast<const std::bad_alloc*>(&exception) != nullptr) {
+    if (isOutOfMemory(exception) && !hasTextOfItsOwn(exception)) {
         return "out of memory";
     }
     // A host's exception may have no text.

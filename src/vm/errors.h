@@ -14,8 +14,11 @@ namespace morvel::ruby::internal {
 /// The string held by constant `index`; fails with "constant index is out of range" or "constant is not a string".
 [[nodiscard]] const std::string& requireStringConstant(const Program& program, std::int32_t index, unsigned line);
 
+/// True when an allocation has failed.
+[[nodiscard]] bool isOutOfMemory(const std::exception& exception) noexcept;
+
 /// The text of a caught exception as scripts and results see it: a script error's whole message, "out of memory" for a
-/// failed allocation, else what().
+/// failed allocation that the host gave no text of its own, else what().
 [[nodiscard]] std::string errorText(const std::exception& exception);
 
 /// "function 'NAME' expected N arguments but received M".

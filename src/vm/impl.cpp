@@ -166,6 +166,9 @@ RubyResult RubyVM::Impl::runBytecode(const RubyBytecode& bytecode) {
         result.ok = true;
         return result;
     } catch (const std::exception& exception) {
+        if (internal::isOutOfMemory(exception)) {
+            m_engine->giveBackMemory();
+        }
         return failure(exception);
     }
 }

@@ -7,6 +7,8 @@
 
 #include "morvel/ruby/error.h"
 #include "value/deferred_release.h"
+#include "value/free_memory.h"
+#include "value/spare_memory.h"
 #include "vm/engine/registers.h"
 #include "vm/engine/translator.h"
 #include "vm/errors.h"
@@ -122,6 +124,9 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
             if (!recover(entry, message)) {
                 throw;
             }
+            if (isOutOfMemory(exception)) {
+                giveBackMemory();
+            }
         }
     }
 }
@@ -156,6 +161,12 @@ void Engine::giveBackStack() noexcept {
         // Then they stay where they are.
         return;
     }
+}
+
+void Engine::giveBackMemory() noexcept {
+    SpareMemory::giveBackAll();
+    giveBackStack();
+    returnFreeMemory();
 }
 
 void Engine::failOverflow() const {
@@ -240,13 +251,13 @@ bool Engine::leaveFrame(RubyValue* value) {
 void Engine::throwMessage() { throw RubyError(std::exchange(m_message, {})); }
 
 bool Engine::recover(std::size_t entry, std::string& message) {
-    bool isOutOfMemory = false;
+    bool isMessageLost = false;
     while (true) {
         std::size_t index = depth();
         while (index > entry && (m_frames[index].marks & kProtectedFrame) == 0) {
             --index;
         }
-        if (index == entry && isOutOfMemory) {
+        if (index == entry && isMessageLost) {
             throw std::bad_alloc();
         }
         if (index == entry) {
@@ -256,11 +267,11 @@ bool Engine::recover(std::size_t entry, std::string& message) {
         unwindTo(index - 1);
         giveBackStack();
         try {
-            assignRegister(result, pcallFailure(isOutOfMemory ? std::string(kOutOfMemory) : std::move(message)));
+            assignRegister(result, pcallFailure(isMessageLost ? std::string(kOutOfMemory) : std::move(message)));
             return true;
         } catch (const std::bad_alloc&) {
             // The call of pcall fails in its turn, and the next one further out sees that.
-            isOutOfMemory = true;
+            isMessageLost = true;
         }
     }
 }

@@ -65,6 +65,9 @@ public:
 
     /// Gives back the part of the value stack that no frame uses; true when there was any.
     bool giveBackSpareStack() noexcept { return m_stack.giveBackSpare(); }
+    /// Gives back what the thread and the VM keep for reuse, once an allocation has failed and its work is undone: the
+    /// next failure should not be any nearer.
+    void giveBackMemory() noexcept;
 
 private:
     enum class CallOutcome : std::uint8_t { Done, Raised };
