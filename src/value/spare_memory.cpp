@@ -41,7 +41,14 @@ const Handler handler;
 
 SpareMemory::SpareMemory() noexcept : m_outer(std::exchange(innermost, this)) {}
 
-SpareMemory::~SpareMemory() { innermost = m_outer; }
+// Users on several native stacks of the host do not always end in the reverse order of their beginning.
+SpareMemory::~SpareMemory() {
+    SpareMemory** place = &innermost;
+    while (*place != this) {
+        place = &(*place)->m_outer;
+    }
+    *place = m_outer;
+}
 
 bool SpareMemory::giveBackAll() noexcept {
     bool hasGivenBack = false;

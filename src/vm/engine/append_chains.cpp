@@ -1,94 +1,163 @@
 #include "vm/engine/append_chains.h"
 
 #include <algorithm>
-#include <optional>
+#include <utility>
+
+#include "vm/engine/global_names.h"
 
 namespace morvel::ruby::internal {
 
 namespace {
 
-class ChainFinder {
-public:
-    ChainFinder(const Program& program, const CompiledFunction& function, const Flow& flow)
-        : m_program(program), m_code(function.code), m_flow(flow) {}
+constexpr auto kNone = static_cast<std::size_t>(-1);
 
-    /// The chain that begins with the load at `load` and ends before `end`.
-    [[nodiscard]] std::optional<AppendChain> find(std::size_t load, std::size_t end,
-                                                  const std::vector<std::uint32_t>& globals) const {
-        constexpr std::size_t kLongestStatement = 64;
-        const std::int32_t depth = m_flow.depths[load] + 1;
-        AppendChain chain{load, 0, 0};
-        std::size_t additions = 0;
-        bool hasText = false;
-        bool hasNumber = false;
-        end = std::min(end, load + kLongestStatement);
-        for (std::size_t i = load + 1; i + 1 < end; ++i) {
-            if (m_code[i].op == OpCode::StoreName && m_flow.depths[i] == depth) {
-                chain.store = i;
-                const bool mayBuildText = hasText || !hasNumber;
-                return additions > 1 && mayBuildText && globals[i] == globals[load] ? std::optional(chain)
-                                                                                    : std::nullopt;
-            }
-            // What leaves just the sum on the stack has to be an addition to it.
-            if (m_flow.depths[i + 1] > depth) {
-                continue;
-            }
-            if (m_code[i].op != OpCode::Add || m_flow.depths[i] != depth + 1) {
-                return std::nullopt;
-            }
-            chain.firstAdd = additions == 0 ? i : chain.firstAdd;
-            ++additions;
-            hasText = hasText || isText(m_code[i - 1]);
-            hasNumber = hasNumber || isNumber(m_code[i - 1]);
-        }
-        return std::nullopt;
+/// An entry of the stack, as a sum that begins with the value of a variable or with one of its elements.
+struct Sum {
+    /// The LoadName of the variable; kNone when the entry is something else.
+    std::size_t load = kNone;
+    bool beginsWithElement = false;
+    std::size_t firstAdd = kNone;
+    std::size_t lastAdd = kNone;
+
+    [[nodiscard]] bool isVariable() const { return load != kNone && !beginsWithElement && firstAdd == kNone; }
+    [[nodiscard]] bool isChain() const { return firstAdd != lastAdd; }
+};
+
+/// Runs the stack code of each block over sums instead of values.
+class TextUseFinder {
+public:
+    TextUseFinder(const CompiledFunction& function, const std::vector<std::uint32_t>& globals)
+        : m_function(function), m_globals(globals) {
+        m_found.takenOver.resize(function.code.size(), false);
     }
+
+    void visit(const Block& block) {
+        m_stack.clear();
+        for (std::size_t i = block.begin; i < block.end; ++i) {
+            step(i);
+        }
+    }
+
+    [[nodiscard]] TextUses take() { return std::move(m_found); }
 
 private:
-    /// True when the part that ends with this instruction is a literal text.
-    [[nodiscard]] bool isText(const Instruction& part) const {
-        return part.op == OpCode::PushConst && m_program.constants[static_cast<std::size_t>(part.a)].isString();
-    }
-
-    /// True when it surely is no text.
-    [[nodiscard]] bool isNumber(const Instruction& part) const {
-        switch (part.op) {
-            case OpCode::PushConst:
-                return !isText(part);
-            case OpCode::Subtract:
-            case OpCode::Multiply:
-            case OpCode::Divide:
-            case OpCode::Modulo:
-            case OpCode::Negate:
-                return true;
+    void step(std::size_t index) {
+        const Instruction& instruction = m_function.code[index];
+        switch (instruction.op) {
+            case OpCode::LoadName:
+                m_stack.emplace_back().load = index;
+                return;
+            case OpCode::Add:
+                return add(index);
+            case OpCode::Call:
+                for (std::int32_t i = 0; i < instruction.a; ++i) {
+                    takeOver(pop());
+                }
+                pop();
+                m_stack.emplace_back();
+                return;
+            case OpCode::GetIndex:
+                return getIndex();
+            case OpCode::SetIndex:
+                return setIndex();
+            case OpCode::StoreName: {
+                const Sum value = pop();
+                if (value.isChain() && !value.beginsWithElement && isSameVariable(value.load, index)) {
+                    note(value);
+                }
+                m_stack.emplace_back();
+                return;
+            }
             default:
-                return false;
+                return other(instruction);
         }
     }
 
-    const Program& m_program;
-    const std::vector<Instruction>& m_code;
-    const Flow& m_flow;
+    void add(std::size_t index) {
+        pop();
+        Sum sum = pop();
+        takeOver(sum);
+        if (sum.load != kNone) {
+            sum.firstAdd = std::min(sum.firstAdd, index);
+            sum.lastAdd = index;
+        }
+        m_stack.push_back(sum);
+    }
+
+    void takeOver(const Sum& value) {
+        if (value.isVariable()) {
+            m_found.takenOver[value.load] = true;
+        }
+    }
+
+    void getIndex() {
+        pop();
+        Sum container = pop();
+        if (container.isVariable()) {
+            container.beginsWithElement = true;
+            m_stack.push_back(container);
+        } else {
+            m_stack.emplace_back();
+        }
+    }
+
+    void setIndex() {
+        const Sum value = pop();
+        pop();
+        const Sum container = pop();
+        if (value.isChain() && value.beginsWithElement && container.isVariable() &&
+            isSameVariable(value.load, container.load)) {
+            note(value);
+        }
+        m_stack.emplace_back();
+    }
+
+    void other(const Instruction& instruction) {
+        const OpcodeInfo& info = *opcodeInfo(instruction.op);
+        const std::int32_t pops = info.pops == kCounted ? instruction.a : info.pops;
+        m_stack.resize(m_stack.size() - std::min(m_stack.size(), static_cast<std::size_t>(pops)));
+        m_stack.resize(m_stack.size() + static_cast<std::size_t>(info.pushes));
+    }
+
+    /// Entries from before the block are not known.
+    Sum pop() {
+        if (m_stack.empty()) {
+            return {};
+        }
+        const Sum top = m_stack.back();
+        m_stack.pop_back();
+        return top;
+    }
+
+    void note(const Sum& sum) {
+        // Hand-made code may have chains inside the parts of others: the outer one counts.
+        while (!m_found.chains.empty() && m_found.chains.back().firstAdd > sum.firstAdd) {
+            m_found.chains.pop_back();
+        }
+        m_found.chains.push_back({sum.firstAdd, sum.lastAdd});
+    }
+
+    [[nodiscard]] bool isSameVariable(std::size_t one, std::size_t other) const {
+        if (m_globals[one] != kNotGlobal || m_globals[other] != kNotGlobal) {
+            return m_globals[one] == m_globals[other];
+        }
+        return localSlotAt(m_function, one) == localSlotAt(m_function, other);
+    }
+
+    const CompiledFunction& m_function;
+    const std::vector<std::uint32_t>& m_globals;
+    std::vector<Sum> m_stack;
+    TextUses m_found;
 };
 
 }  // namespace
 
-std::vector<AppendChain> findAppendChains(const Program& program, const CompiledFunction& function, const Flow& flow,
-                                          const std::vector<std::uint32_t>& globals, std::uint32_t notGlobal) {
-    const ChainFinder finder(program, function, flow);
-    std::vector<AppendChain> chains;
+TextUses findTextUses(const CompiledFunction& function, const Flow& flow, const std::vector<std::uint32_t>& globals) {
+    TextUseFinder finder(function, globals);
     for (const Block& block : flow.blocks) {
-        for (std::size_t i = block.begin; i < block.end; ++i) {
-            if (function.code[i].op != OpCode::LoadName || globals[i] == notGlobal) {
-                continue;
-            }
-            if (const auto chain = finder.find(i, block.end, globals)) {
-                chains.push_back(*chain);
-                i = chain->store;
-            }
-        }
+        finder.visit(block);
     }
-    return chains;
+    return finder.take();
 }
 
 }  // namespace morvel::ruby::internal

@@ -1,4 +1,4 @@
-// Statements that append several parts to a global text.
+// Where the stack code may build texts.
 #pragma once
 
 #include <cstddef>
@@ -10,19 +10,25 @@
 
 namespace morvel::ruby::internal {
 
-/// A statement `g = g + a + b ...` on one global, by the places of its instructions.
+/// A statement `v = v + a + b ...` or `v[i] = v[i] + a + b ...`, by the places of its first and its last addition.
+///
+/// Carried out one by one, the first addition would copy the whole text each time, as the variable or the element still
+/// holds it.
 struct AppendChain {
-    std::size_t load = 0;
     std::size_t firstAdd = 0;
-    std::size_t store = 0;
+    std::size_t lastAdd = 0;
 };
 
-/// The append chains of a function that may build a text: a part is a literal text, or none is surely a number.
-/// `globals` gives the global slot that each instruction names, or `notGlobal`.
-///
-/// Carried out one by one, the first addition would copy the whole text each time, as the global still holds it.
-[[nodiscard]] std::vector<AppendChain> findAppendChains(const Program& program, const CompiledFunction& function,
-                                                        const Flow& flow, const std::vector<std::uint32_t>& globals,
-                                                        std::uint32_t notGlobal);
+struct TextUses {
+    /// Chains of two additions and more. No two of them overlap.
+    std::vector<AppendChain> chains;
+    /// By instruction, true for a LoadName whose value is the left operand of an addition or an argument of a call:
+    /// what gets the only hold on a text there can append to it in place.
+    std::vector<bool> takenOver;
+};
+
+/// Looks at each instruction once. `globals` gives the global slot that each instruction names, or kNotGlobal.
+[[nodiscard]] TextUses findTextUses(const CompiledFunction& function, const Flow& flow,
+                                    const std::vector<std::uint32_t>& globals);
 
 }  // namespace morvel::ruby::internal

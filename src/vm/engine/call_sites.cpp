@@ -29,7 +29,7 @@ std::size_t CallSites::call(std::size_t index, std::size_t blockEnd) {
             return 2;
         }
     }
-    callGeneral(callee);
+    callGeneral(callee, (m_facts.marks[index] & kLastValueDies) != 0);
     return 1;
 }
 
@@ -63,8 +63,12 @@ void CallSites::callArrayPush(std::size_t callee) {
     m_code.emit(EngineOp::Drop, 0, reg(m_code.temporary(callee)), 0, 0);
 }
 
-void CallSites::callGeneral(std::size_t callee) {
+void CallSites::callGeneral(std::size_t callee, bool lastValueDies) {
     const auto count = static_cast<std::uint8_t>(m_stack.size() - callee - 1);
+    if (lastValueDies && m_stack.hasDying(callee + 1)) {
+        // It may be what the dying local holds, which the callee could go on with as the only holder.
+        m_code.emit(EngineOp::Drop, 0, reg(m_code.lastValue()), 0, 0);
+    }
     m_stack.materializeFrom(callee + 1);
     const bool byGlobal = m_stack[callee].place == Place::Global && m_stack[callee].index <= kLargestOperand;
     if (!byGlobal) {

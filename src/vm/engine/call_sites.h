@@ -27,7 +27,7 @@ private:
     // The callee is the entry at the depth `callee`, and its arguments are those above.
     void callLen(std::size_t callee);
     void callArrayPush(std::size_t callee);
-    void callGeneral(std::size_t callee);
+    void callGeneral(std::size_t callee, bool lastValueDies);
 
     const FunctionFacts& m_facts;
     const GlobalTable& m_globals;

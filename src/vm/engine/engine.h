@@ -146,12 +146,6 @@ private:
     [[nodiscard]] bool lessSlow(RubyValue* left, RubyValue* right, std::uint8_t marks);
     /// Joins two texts whose result is short; false when they are not of that kind, and then nothing is done.
     [[nodiscard]] bool joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks);
-    /// The first addition of an append chain, of `sum` and the register after it. While the text is a string and the
-    /// part can no longer change, both stay apart, and the register after `sum` collects the parts as a string;
-    /// otherwise it gets the sum and `sum` dies.
-    void beginAppend(RubyValue* sum);
-    /// The end of the chain: stores in `target` the two parts, or the one, that beginAppend left.
-    static void endAppend(RubyValue* target, RubyValue* sum);
     void loadByte(RubyValue* target, const std::string& text, std::size_t position);
     void getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t marks);
     [[nodiscard]] bool testIndexSlow(RubyValue* container, RubyValue* index, std::uint8_t marks);
@@ -164,6 +158,29 @@ private:
     void defineFunction(const Definition& definition);
     void loadFallback(RubyValue* target, const LocalFallback& fallback);
     [[noreturn]] void failUndefined(std::size_t globalSlot);
+
+    // Texts that are changed where they are.
+    /// The text of a value under an operator.
+    [[nodiscard]] RubyValue operandText(const RubyValue& value) const;
+    /// The global, element or entry that the next instruction overwrites with what the register `value` holds then, and
+    /// that is there already; null when there is none.
+    [[nodiscard]] RubyValue* replacedNext(const RubyValue* value) const;
+    /// True when just one other holds the string in the register `text`, and the next instruction overwrites that with
+    /// this register.
+    [[nodiscard]] bool isReplacedNext(const RubyValue* text) const;
+    /// Ends the hold of the last expression statement's value on a string, if the marks allow it.
+    void releaseLastValue(const RubyValue& text, std::uint8_t marks) const;
+    /// An addition to a string, in place or as the first of an append chain; false when it is neither, and then nothing
+    /// has changed.
+    [[nodiscard]] bool addToText(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks);
+    /// The first addition of an append chain: the text waits in the register before `target`, which gets the text of
+    /// the first part, and is then added to as if that were all.
+    void beginAppend(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks);
+    /// The last one: adds `right` to the parts, and them to the text; false when none is waiting, and then nothing has
+    /// changed.
+    [[nodiscard]] bool endAppend(RubyValue* target, RubyValue* parts, RubyValue* right, std::uint8_t marks);
+    /// Replaces a byte of a string in place; false when that cannot be, and then nothing has changed.
+    [[nodiscard]] bool replaceByte(RubyValue* container, const RubyValue& index, RubyValue* value, std::uint8_t marks);
 
     [[nodiscard]] const Program& program() const noexcept { return *m_current->code->program; }
     [[nodiscard]] unsigned line() const { return m_current->code->lineAt(m_current->next); }

@@ -201,22 +201,27 @@ std::optional<Flow> analyzeFlow(const Program& program, const CompiledFunction& 
     return flow;
 }
 
-std::vector<bool> findLivePops(const CompiledFunction& function, const Flow& flow) {
-    std::vector<bool> live(function.code.size(), false);
+LastValue findLastValue(const CompiledFunction& function, const Flow& flow) {
+    LastValue found;
+    found.livePops.resize(function.code.size(), false);
+    found.deadUntil.reserve(flow.blocks.size());
     const std::vector<bool> liveOut = findLiveOut(function.code, flow);
     for (std::size_t block = 0; block < flow.blocks.size(); ++block) {
-        if (!liveOut[block]) {
-            continue;
-        }
-        // Only the last Pop of a block is seen after it.
-        for (std::size_t i = flow.blocks[block].end; i-- > flow.blocks[block].begin;) {
-            if (function.code[i].op == OpCode::Pop) {
-                live[i] = true;
-                break;
+        const std::size_t begin = flow.blocks[block].begin;
+        std::size_t deadUntil = flow.blocks[block].end;
+        if (liveOut[block]) {
+            // Only the last Pop of a block is seen after it.
+            while (deadUntil > begin && function.code[deadUntil - 1].op != OpCode::Pop) {
+                --deadUntil;
+            }
+            if (deadUntil > begin) {
+                found.isKept = true;
+                found.livePops[deadUntil - 1] = true;
             }
         }
+        found.deadUntil.push_back(deadUntil);
     }
-    return live;
+    return found;
 }
 
 }  // namespace morvel::ruby::internal

@@ -38,7 +38,16 @@ struct Flow {
 /// wrong when, and only if, it is executed.
 [[nodiscard]] std::optional<Flow> analyzeFlow(const Program& program, const CompiledFunction& function);
 
-/// For each instruction, true when it is a Pop whose value may be returned at the end of the code.
-[[nodiscard]] std::vector<bool> findLivePops(const CompiledFunction& function, const Flow& flow);
+/// Where the value of the last expression statement matters.
+struct LastValue {
+    /// True when the value of some Pop may be returned at the end of the code.
+    bool isKept = false;
+    /// By instruction, true for such a Pop.
+    std::vector<bool> livePops;
+    /// For each block, up to which instruction what was popped last can no longer be returned.
+    std::vector<std::size_t> deadUntil;
+};
+
+[[nodiscard]] LastValue findLastValue(const CompiledFunction& function, const Flow& flow);
 
 }  // namespace morvel::ruby::internal

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "vm/engine/append_chains.h"
 #include "vm/engine/assignment.h"
+#include "vm/engine/instruction.h"
+#include "vm/engine/last_reads.h"
 
 namespace morvel::ruby::internal {
 
@@ -55,23 +58,25 @@ std::vector<bool> findBlockStarts(const CompiledFunction& function, const Flow& 
     return starts;
 }
 
-}  // namespace
-
-bool FunctionFacts::isOverwrittenNext(std::size_t index, std::int32_t local) const {
-    constexpr std::size_t kLongestStatement = 48;
-    const std::size_t end = std::min(function.code.size(), index + kLongestStatement);
-    for (std::size_t i = index + 1; i < end && !blockStarts[i]; ++i) {
-        const OpCode op = function.code[i].op;
-        if (op == OpCode::StoreName) {
-            return localSlotAt(function, i) == local && flow.depths[i] == flow.depths[index] + 1;
-        }
-        if (op == OpCode::Pop || op == OpCode::Jump || op == OpCode::JumpIfFalse || op == OpCode::Return ||
-            (op == OpCode::LoadName && localSlotAt(function, i) == local)) {
-            return false;
+std::vector<std::uint8_t> findMarks(const CompiledFunction& function, const Flow& flow, const LastValue& lastValue,
+                                    const std::vector<AppendChain>& chains) {
+    std::vector<std::uint8_t> marks(function.code.size(), 0);
+    for (std::size_t block = 0; lastValue.isKept && block < flow.blocks.size(); ++block) {
+        for (std::size_t i = flow.blocks[block].begin; i < lastValue.deadUntil[block]; ++i) {
+            const OpCode op = function.code[i].op;
+            if (op == OpCode::Add || op == OpCode::SetIndex || op == OpCode::Call) {
+                marks[i] = kLastValueDies;
+            }
         }
     }
-    return false;
+    for (const AppendChain& chain : chains) {
+        marks[chain.firstAdd] |= kBeginsAppend;
+        marks[chain.lastAdd] |= kEndsAppend;
+    }
+    return marks;
 }
+
+}  // namespace
 
 std::size_t FunctionFacts::loopConditionEnd(std::size_t index, std::size_t target) const {
     constexpr std::size_t kLongestCondition = 24;
@@ -97,8 +102,12 @@ FunctionFacts findFacts(const Program& program, std::int32_t functionIndex, Flow
     facts.isMain = functionIndex == 0;
     facts.guard = findGuardCall(function);
     facts.globalSlots = resolveGlobals(facts, names);
-    facts.livePops = findLivePops(function, facts.flow);
-    facts.appends = findAppendChains(program, function, facts.flow, facts.globalSlots, kNotGlobal);
+    const TextUses texts = findTextUses(function, facts.flow, facts.globalSlots);
+    LastValue lastValue = findLastValue(function, facts.flow);
+    facts.hasAppendChains = !texts.chains.empty();
+    facts.marks = findMarks(function, facts.flow, lastValue, texts.chains);
+    facts.lastReads = findLastReads(function, facts.flow, facts.globalSlots, texts.takenOver);
+    facts.livePops = std::move(lastValue.livePops);
     facts.blockStarts = findBlockStarts(function, facts.flow);
     return facts;
 }

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "compiler/program.h"
-#include "vm/engine/append_chains.h"
 #include "vm/engine/flow.h"
 #include "vm/engine/global_names.h"
 
@@ -30,14 +29,14 @@ struct FunctionFacts {
     std::vector<std::uint32_t> globalSlots{};
     /// By instruction, true for a Pop whose value may be returned at the end of the code.
     std::vector<bool> livePops{};
-    /// In code order.
-    std::vector<AppendChain> appends{};
+    bool hasAppendChains = false;
+    /// By instruction: kBeginsAppend and kEndsAppend for additions, kLastValueDies for these, indexed stores and calls.
+    std::vector<std::uint8_t> marks{};
+    /// By instruction, true for a read of a local whose value may be used up on the way.
+    std::vector<bool> lastReads{};
     /// By instruction, true where a block starts.
     std::vector<bool> blockStarts{};
 
-    /// True when the local read at `index` is written at the end of the same statement, as in `x = x + a + b`, and not
-    /// read in between. Its value may then be used up on the way: should the statement fail, the local is gone too.
-    [[nodiscard]] bool isOverwrittenNext(std::size_t index, std::int32_t local) const;
     /// When the jump at `index` closes a loop whose condition, at `target`, is short and leaves the loop to just after
     /// the jump: the index of the condition's JumpIfFalse. Otherwise 0.
     [[nodiscard]] std::size_t loopConditionEnd(std::size_t index, std::size_t target) const;

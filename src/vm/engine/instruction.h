@@ -67,8 +67,6 @@ namespace morvel::ruby::internal {
     ROW(LoadLocalOrGlobal) /* R[a] = R[n-th of the fallbacks at wide], or the global of that name */ \
     ROW(StoreGlobalMove)   /* G[wide] = R[a], which dies */                                          \
     ROW(StoreGlobalCopy)   /* G[wide] = R[a], which stays */                                         \
-    ROW(BeginAppend)       /* the first addition of an append chain, of R[a] and R[a + 1] */         \
-    ROW(EndAppend)         /* G[wide] = what BeginAppend began at R[a] */                            \
     ROW(Drop)              /* R[a] dies */                                                           \
     ROW(Negate)            /* R[a] = -R[b] */                                                        \
     ROW(Not)               /* R[a] = not R[b] */                                                     \
@@ -130,7 +128,7 @@ inline constexpr unsigned kEngineOpCount = static_cast<unsigned>(EngineOp::Retur
 /// machine words, so that the processor's addressing can scale the operand by itself.
 struct EngineInstruction {
     EngineOp op;
-    /// Argument count of a call, element count of an ExtendArray; elsewhere the kTemporary... marks.
+    /// Argument count of a call, element count of an ExtendArray; elsewhere the marks below.
     std::uint8_t n;
     std::uint16_t a;
     std::uint16_t b;
@@ -153,6 +151,17 @@ static_assert(sizeof(EngineInstruction) == 8 && offsetof(EngineInstruction, c) =
 inline constexpr std::uint8_t kTemporaryA = 1;
 inline constexpr std::uint8_t kTemporaryB = 2;
 inline constexpr std::uint8_t kTemporaryC = 4;
+
+// Marks in `n` of additions, the first also of indexed stores.
+
+/// The value of the last expression statement cannot be returned any more: where it is the text to be changed, it is
+/// no holder of it.
+inline constexpr std::uint8_t kLastValueDies = 8;
+/// The first addition of an append chain. The register before its target is dead: there the text may wait, while the
+/// target collects the parts.
+inline constexpr std::uint8_t kBeginsAppend = 16;
+/// The last addition of an append chain, whose text waits in the register before operand b, if it does.
+inline constexpr std::uint8_t kEndsAppend = 32;
 
 /// Operands above this do not fit their field; such functions load them with instructions of their own.
 inline constexpr std::size_t kLargestOperand = 0x7fff;

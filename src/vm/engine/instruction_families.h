@@ -47,6 +47,16 @@ inline bool isComparison(EngineOp op) { return isBetween(op, EngineOp::EqualRR, 
 
 inline bool isGetIndex(EngineOp op) { return isBetween(op, EngineOp::GetIndexRR, EngineOp::GetIndexGG); }
 
+inline bool isSetIndex(EngineOp op) { return isBetween(op, EngineOp::SetIndexRRR, EngineOp::SetIndexGGG); }
+
+/// The letters of an instruction in the family of container[index] = value.
+inline Letter containerLetter(EngineOp setIndex) {
+    return offsetFrom(EngineOp::SetIndexRRR, setIndex) < 9 ? Letter::R : Letter::G;
+}
+inline Letter indexLetter(EngineOp setIndex) {
+    return static_cast<Letter>(offsetFrom(EngineOp::SetIndexRRR, setIndex) / 3 % 3);
+}
+
 inline bool isArithmetic(EngineOp op) { return isBetween(op, EngineOp::AddRR, EngineOp::ModuloToGGG); }
 
 inline bool writesGlobal(EngineOp op) {

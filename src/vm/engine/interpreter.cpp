@@ -573,25 +573,6 @@ void Engine::interpret(std::size_t entry, Runs::Id run) {
         copyOver(OPERAND_G(INSTRUCTION.wide()), OPERAND_R(INSTRUCTION.a));
         NEXT();
     }
-    OP(BeginAppend) {
-        RubyValue* const sum = OPERAND_R(INSTRUCTION.a);
-        if (!calculateNumbers<OpCode::Add>(sum + 1, sum, sum + 1)) {
-            SAVE();
-            beginAppend(sum);
-        }
-        NEXT();
-    }
-    OP(EndAppend) {
-        RubyValue* const sum = OPERAND_R(INSTRUCTION.a);
-        RubyValue* const to = OPERAND_G(INSTRUCTION.wide());
-        if (sum->isBoxed() || to->isBoxed()) {
-            SAVE();
-            endAppend(to, sum);
-        } else {
-            moveRegister(to, sum + 1);
-        }
-        NEXT();
-    }
     OP(Drop) {
         releaseRegister(OPERAND_R(INSTRUCTION.a));
         NEXT();

@@ -71,7 +71,9 @@ void Operations::logical(EngineOp op) {
                 reg(rightEntry.index));
 }
 
-void Operations::binary(OpCode op) {
+void Operations::binary(std::size_t index) {
+    const OpCode op = m_facts.function.code[index].op;
+    const std::uint8_t facts = m_facts.marks[index];
     const std::size_t right = m_stack.size() - 1;
     m_stack.makeNameable(right - 1);
     m_stack.makeNameable(right);
@@ -85,7 +87,14 @@ void Operations::binary(OpCode op) {
         std::swap(leftEntry, rightEntry);
     }
     const EngineOp paired = plus(familyOf(op), pairOffset(letterOf(leftEntry), letterOf(rightEntry)));
-    const std::uint8_t marks = marksOfBAndC(leftEntry, rightEntry);
+    const auto marks = static_cast<std::uint8_t>(marksOfBAndC(leftEntry, rightEntry) | facts);
+    // Within an append chain, the sum takes two places on the stack.
+    if ((facts & kEndsAppend) != 0) {
+        m_stack.pop();
+    }
+    if ((facts & kBeginsAppend) != 0) {
+        m_stack.pushTemporary();
+    }
     const std::uint16_t target = m_stack.pushTemporary();
     m_code.emit(paired, marks, target, operand(leftEntry.index), operand(rightEntry.index));
 }
@@ -133,8 +142,8 @@ std::size_t Operations::setIndex(std::size_t index, std::size_t blockEnd) {
     const Entry containerEntry = m_stack.pop();
     const EngineOp op = plus(EngineOp::SetIndexRRR,
                              setIndexOffset(letterOf(containerEntry), letterOf(indexEntry), letterOf(valueEntry)));
-    m_code.emit(op, marksOfBAndC(indexEntry, valueEntry), operand(containerEntry.index), operand(indexEntry.index),
-                operand(valueEntry.index));
+    const auto marks = static_cast<std::uint8_t>(marksOfBAndC(indexEntry, valueEntry) | m_facts.marks[index]);
+    m_code.emit(op, marks, operand(containerEntry.index), operand(indexEntry.index), operand(valueEntry.index));
     // What was read as a local about to be overwritten is its new value by now, and stays.
     m_stack.push({containerEntry.place, containerEntry.index});
     return inPlace ? 2 : 1;

@@ -24,8 +24,8 @@ public:
     void unary(EngineOp op);
     /// `op` has two registers as its operands.
     void logical(EngineOp op);
-    /// Arithmetic or a comparison.
-    void binary(OpCode op);
+    /// Arithmetic or a comparison, which the instruction at `index` is.
+    void binary(std::size_t index);
 
     void makeArray(std::size_t count);
     void getIndex();

@@ -4,9 +4,9 @@
 #include <cstring>
 #include <string_view>
 
-#include "value/render.h"
 #include "vm/engine/engine.h"
 #include "vm/engine/registers.h"
+#include "vm/engine/text_changes.h"
 #include "vm/errors.h"
 #include "vm/impl.h"
 #include "vm/indexing.h"
@@ -96,30 +96,6 @@ private:
     std::size_t m_size = 0;
 };
 
-/// Appends in place when the left operand is the only holder of its string and ends with this instruction: replaced by
-/// the result, or dying. Then the result is still in the left operand's place.
-bool appendInPlace(RubyValue* left, const RubyValue& right, bool leftEnds) {
-    if (!leftEnds || !left->isString() || left->data.box->references != 1) {
-        return false;
-    }
-    auto* box = static_cast<StringBox*>(left->data.box);
-    if (right.isString()) {
-        box->text += right.asString();
-    } else {
-        // A rendering that fails half-way must leave the string as it was.
-        std::string text;
-        appendText(text, right);
-        box->text += text;
-    }
-    box->hash = 0;
-    return true;
-}
-
-/// True when the two hold the same string, and nothing else does.
-bool shareString(const RubyValue& left, const RubyValue& right) {
-    return left.isString() && right.isString() && left.data.box == right.data.box && left.data.box->references == 2;
-}
-
 }  // namespace
 
 bool Engine::joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks) {
@@ -143,21 +119,18 @@ void Engine::arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right
         return;
     }
     if constexpr (Operation == OpCode::Add) {
+        if ((marks & kEndsAppend) != 0 && endAppend(target, left, right, marks)) {
+            return;
+        }
         if (joinShort(target, left, right, marks)) {
             return;
         }
-        if (target != left && (marks & kTemporaryB) != 0 && shareString(*target, *left)) {
-            // What the result replaces is the left operand itself.
-            releaseRegister(left);
-            left = target;
-        }
-        const bool leftEnds = target == left || (marks & kTemporaryB) != 0;
-        if (withOverflowLocated([&] { return appendInPlace(left, *right, leftEnds); })) {
+        if (target == left && left->isString() && isLone(*left)) {
+            withOverflowLocated([&] { append(boxOf(*left), *right); });
             releaseIf((marks & kTemporaryC) != 0 && right != left, right);
-            if (target != left) {
-                releaseRegister(target);
-                moveRegister(target, left);
-            }
+            return;
+        }
+        if (left->isString() && addToText(target, left, right, marks)) {
             return;
         }
     }
@@ -172,34 +145,6 @@ template void Engine::arithmeticSlow<OpCode::Subtract>(RubyValue*, RubyValue*, R
 template void Engine::arithmeticSlow<OpCode::Multiply>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
 template void Engine::arithmeticSlow<OpCode::Divide>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
 template void Engine::arithmeticSlow<OpCode::Modulo>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
-
-void Engine::beginAppend(RubyValue* sum) {
-    RubyValue* const part = sum + 1;
-    const bool isFixed = !part->isBoxed() || part->isString();
-    if (!sum->isString() || !isFixed) {
-        RubyValue added = addValues(*sum, *part, program(), line());
-        releaseRegister(sum);
-        assignRegister(part, std::move(added));
-    } else if (!part->isString()) {
-        *part = RubyValue(part->toString());
-    }
-}
-
-void Engine::endAppend(RubyValue* target, RubyValue* sum) {
-    RubyValue* const parts = sum + 1;
-    if (!sum->isString()) {
-        assignRegister(target, std::move(*parts));
-    } else if (shareString(*target, *sum)) {
-        releaseRegister(sum);
-        appendInPlace(target, *parts, true);
-        releaseRegister(parts);
-    } else {
-        RubyValue joined(sum->asString() + parts->asString());
-        releaseRegister(sum);
-        releaseRegister(parts);
-        assignRegister(target, std::move(joined));
-    }
-}
 
 bool Engine::equalSlow(RubyValue* left, RubyValue* right, std::uint8_t marks) {
     if (!left->isBoxed() && left->type == right->type) {
@@ -283,6 +228,9 @@ void Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* val
             }
             return;
         }
+    }
+    if (container->isString() && replaceByte(container, *index, value, marks)) {
+        return;
     }
     storeIndex(*container, *index, *value, program(), line());
     releaseIf((marks & kTemporaryB) != 0, index);

@@ -37,6 +37,12 @@ void SymbolicStack::detachGlobals() {
     }
 }
 
+bool SymbolicStack::hasDying(std::size_t first) const {
+    const std::size_t known = std::min(std::max(first, m_settled) - m_settled, m_entries.size());
+    return std::any_of(m_entries.begin() + static_cast<std::ptrdiff_t>(known), m_entries.end(),
+                       [](const Entry& entry) { return entry.dies; });
+}
+
 bool SymbolicStack::holds(const Entry& entry) {
     for (std::size_t depth = lowestOf(entry.place); depth < size(); ++depth) {
         if ((*this)[depth] == entry) {
@@ -63,7 +69,8 @@ void SymbolicStack::passToTemporary(std::size_t depth) {
     Entry& entry = m_entries[depth - m_settled];
     const Entry temporary = temporaryAt(depth);
     if (entry.place == Place::Local) {
-        m_code.emit(EngineOp::PassLocal, 0, reg(temporary.index), reg(entry.index), 0);
+        m_code.emit(entry.dies ? EngineOp::MoveTemporary : EngineOp::PassLocal, 0, reg(temporary.index),
+                    reg(entry.index), 0);
     } else {
         const bool isConstant = entry.place == Place::Constant;
         m_code.emitWide(isConstant ? EngineOp::PassConstant : EngineOp::PassGlobal, 0, reg(temporary.index),

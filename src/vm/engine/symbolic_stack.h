@@ -17,7 +17,7 @@ enum class Place : std::uint8_t { Local, Temporary, Constant, Global };
 struct Entry {
     Place place;
     std::uint32_t index;
-    /// A local that is written again before anything can read it.
+    /// A local that nothing reads before it is written again or gone.
     bool dies = false;
 
     bool operator==(const Entry& other) const { return place == other.place && index == other.index; }
@@ -110,6 +110,8 @@ public:
         }
     }
 
+    /// True when an entry from `first` on is a local that dies.
+    [[nodiscard]] bool hasDying(std::size_t first) const;
     /// True when an entry stands for the same as this one, which is no temporary.
     [[nodiscard]] bool holds(const Entry& entry);
     /// True when another entry stands for the same variable as the entry at `depth`.

@@ -25,7 +25,7 @@ std::uint32_t registerCount(const FunctionFacts& facts, const Code& code, std::s
     // Surplus arguments of duplicate parameter names arrive behind the locals, in the place of temporaries.
     const std::size_t surplus = code.parameterCount - std::min(code.parameterCount, code.localCount);
     // The sum of an append chain takes two.
-    const std::size_t temporaries = std::max(deepest, surplus) + (facts.appends.empty() ? 1 : 2);
+    const std::size_t temporaries = std::max(deepest, surplus) + (facts.hasAppendChains ? 2 : 1);
     return code.firstTemporary + static_cast<std::uint32_t>(temporaries);
 }
 
@@ -102,9 +102,6 @@ private:
 
     /// Translates the instruction at `index`, or a short sequence that starts there; how many it was.
     std::size_t translateInstruction(std::size_t index, std::size_t blockEnd) {
-        if (m_variables.translateAppend(index)) {
-            return 1;
-        }
         const Instruction& instruction = m_facts.function.code[index];
         const auto a = static_cast<std::size_t>(instruction.a);
         switch (instruction.op) {
@@ -155,7 +152,7 @@ private:
             case OpCode::SetIndex:
                 return m_operations.setIndex(index, blockEnd);
             default:
-                m_operations.binary(instruction.op);
+                m_operations.binary(index);
                 return 1;
         }
     }

@@ -32,7 +32,7 @@ void Variables::loadName(std::size_t index) {
     if (m_assignment.isLocalAssigned(local)) {
         Entry entry{Place::Local, localRegister};
         // An entry below that stands for the same local would find it gone.
-        entry.dies = m_facts.isOverwrittenNext(index, local) && !m_stack.holds(entry);
+        entry.dies = m_facts.lastReads[index] && !m_stack.holds(entry);
         return m_stack.push(entry);
     }
     Code& code = m_code.code();
@@ -78,30 +78,6 @@ void Variables::defineFunction(std::size_t index) {
     code.definitions.push_back({getStringConstantPtr(m_facts.program, instruction.a), instruction.b, slot});
     m_code.emitWide(EngineOp::DefineFunction, 0, 0, definition);
     m_assignment.noteGlobal(slot);
-}
-
-bool Variables::translateAppend(std::size_t index, const AppendChain& chain) {
-    if (index == chain.load) {
-        loadName(index);
-        m_stack.materialize(m_stack.size() - 1);
-    } else if (index == chain.firstAdd) {
-        // From here on the sum takes two places on the stack.
-        m_stack.materialize(m_stack.size() - 1);
-        m_code.emit(EngineOp::BeginAppend, 0, reg(m_stack[m_stack.size() - 2].index), 0, 0);
-    } else if (index == chain.store) {
-        const std::uint32_t global = m_facts.globalSlots[index];
-        m_stack.materialize(m_stack.size() - 1);
-        m_stack.cutTo(m_stack.size() - 2);
-        const Entry target{Place::Global, global};
-        m_stack.detach(target);
-        m_code.emitWide(EngineOp::EndAppend, 0, reg(m_code.temporary(m_stack.size())), std::size_t{global} * 2);
-        m_assignment.noteGlobal(global);
-        m_stack.push(target);
-        ++m_nextAppend;
-    } else {
-        return false;
-    }
-    return true;
 }
 
 void Variables::moveInto(std::uint32_t target, const Entry& value) {

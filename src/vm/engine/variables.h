@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "vm/engine/append_chains.h"
 #include "vm/engine/assignment.h"
 #include "vm/engine/code_builder.h"
 #include "vm/engine/function_facts.h"
@@ -30,13 +29,8 @@ public:
     void storeName(std::size_t index);
     void popEntry(bool isLive);
     void defineFunction(std::size_t index);
-    /// Carries out what an append chain has at `index`; false when that is nothing.
-    bool translateAppend(std::size_t index) {
-        return m_nextAppend < m_facts.appends.size() && translateAppend(index, m_facts.appends[m_nextAppend]);
-    }
 
 private:
-    bool translateAppend(std::size_t index, const AppendChain& chain);
     /// Moves an entry that is off the stack into a register below the temporaries.
     void moveInto(std::uint32_t target, const Entry& value);
     /// Puts the value of an entry into a register that may still hold another one.
@@ -48,8 +42,6 @@ private:
     DefiniteAssignment m_assignment;
     CodeBuilder& m_code;
     SymbolicStack& m_stack;
-    /// The first append chain that is not behind.
-    std::size_t m_nextAppend = 0;
 };
 
 }  // namespace morvel::ruby::internal

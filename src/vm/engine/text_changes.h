@@ -1,0 +1,17 @@
+// Changing a string where it is.
+#pragma once
+
+#include "morvel/ruby/value.h"
+
+namespace morvel::ruby::internal {
+
+/// The box of a string.
+[[nodiscard]] inline StringBox& boxOf(const RubyValue& text) { return *static_cast<StringBox*>(text.data.box); }
+
+/// True when nothing else holds this string.
+[[nodiscard]] inline bool isLone(const RubyValue& text) { return text.data.box->references == 1; }
+
+/// Appends the text of `part`. On failure the string is as it was.
+void append(StringBox& box, const RubyValue& part);
+
+}  // namespace morvel::ruby::internal
