@@ -138,7 +138,10 @@ private:
             m_text += "a = a + 1\n";
             return;
         }
-        switch (m_bytes.below(20)) {
+        switch (m_bytes.below(22)) {
+            case 20:
+            case 21:
+                return textBuilding(depth);
             case 0:
             case 1:
             case 2:
@@ -206,8 +209,15 @@ private:
             }
         }
         expression(variable.kind, depth);
-        // A text grown by several parts at once.
-        while (variable.kind == Kind::Text && m_bytes.chance(100)) {
+        if (variable.kind == Kind::Text) {
+            moreParts(depth);
+        }
+        m_text += '\n';
+    }
+
+    /// A text grown by several parts at once.
+    void moreParts(std::size_t depth) {
+        while (m_bytes.chance(100)) {
             m_text += " + ";
             if (m_bytes.chance(128)) {
                 literal(Kind::Text);
@@ -215,6 +225,38 @@ private:
                 expression(Kind::Anything, depth + 1);
             }
         }
+    }
+
+    /// A text that grows or changes in a variable or an element, mostly where nothing else holds it.
+    void textBuilding(std::size_t depth) {
+        constexpr std::array<std::string_view, 6> kPlaces{"s", "t", "m['k']", "m[1]", "d[0]", "c[a % 3]"};
+        const std::string_view place = m_bytes.pick(kPlaces);
+        if (m_bytes.chance(60)) {
+            // A hold on the text from elsewhere.
+            m_text += m_bytes.chance(128) ? "x = " : "y = ";
+            m_text += place;
+            m_text += '\n';
+        }
+        if (m_bytes.chance(50)) {
+            m_text += m_bytes.chance(128) ? "t[" : "s[";
+            m_text += m_bytes.chance(128) ? "a % 4" : "2";
+            m_text += "] = ";
+            expression(Kind::Anything, depth + 1);
+            m_text += '\n';
+            return;
+        }
+        m_text += place;
+        m_text += " = ";
+        if (m_bytes.chance(40)) {
+            m_text += m_bytes.chance(128) ? "f(" : "g(";
+            m_text += place;
+            m_text += m_bytes.chance(128) ? ", 'and more of the text')" : ")";
+        } else {
+            m_text += m_bytes.chance(230) ? place : m_bytes.pick(kPlaces);
+            m_text += " + ";
+            expression(m_bytes.chance(128) ? Kind::Text : Kind::Anything, depth + 1);
+        }
+        moreParts(depth);
         m_text += '\n';
     }
 
@@ -271,8 +313,13 @@ private:
             expression(Kind::Flag, depth + 1);
         }
         m_text += " do\n";
+        const std::string step = counter + " = " + counter + " + 1\n";
+        // The last statement of a loop gives the value of a function that ends there.
+        const bool stepsFirst = m_bytes.chance(128);
+        m_text += stepsFirst ? step : "";
         block(depth, 4);
-        m_text += counter + " = " + counter + " + 1\nend\n";
+        m_text += stepsFirst ? "" : step;
+        m_text += "end\n";
     }
 
     void definition(std::size_t depth) {

@@ -19,6 +19,7 @@ constinit std::atomic<std::size_t> liveBytes{0};
 constinit std::atomic<std::size_t> peakBytes{0};
 constinit std::atomic<std::size_t> requests{0};
 constinit std::atomic<std::size_t> refused{0};
+constinit std::atomic<std::size_t> requestedBytes{0};
 constinit std::atomic<std::size_t> mostBytes{std::numeric_limits<std::size_t>::max()};
 
 /// What is to fail on this thread.
@@ -87,6 +88,7 @@ void freeSized(void* block) noexcept { std::free(startOf(block)); }
 
 void* allocate(std::size_t size) noexcept {
     ++requests;
+    requestedBytes += size;
     if (isPlannedToFail()) {
         return nullptr;
     }
@@ -117,7 +119,7 @@ void release(void* block) noexcept {
 
 }  // namespace
 
-AllocationCounts allocationCounts() noexcept { return {liveBlocks, liveBytes, peakBytes, requests, refused}; }
+AllocationCounts allocationCounts() noexcept { return {liveBlocks, liveBytes, peakBytes, requests, refused, requestedBytes}; }
 
 void resetPeak() noexcept { peakBytes = liveBytes.load(); }
 

@@ -19,6 +19,8 @@ struct AllocationCounts {
     std::size_t requests;
     /// Requests refused because of limitLiveBytes.
     std::size_t refused;
+    /// Bytes of all requests since the program started.
+    std::size_t requestedBytes;
 };
 
 [[nodiscard]] AllocationCounts allocationCounts() noexcept;
