@@ -9,15 +9,15 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-constexpr auto kNone = static_cast<std::size_t>(-1);
+constexpr auto kNone = static_cast<std::uint32_t>(-1);
 
 /// An entry of the stack, as a sum that begins with the value of a variable or with one of its elements.
 struct Sum {
     /// The LoadName of the variable; kNone when the entry is something else.
-    std::size_t load = kNone;
+    std::uint32_t load = kNone;
+    std::uint32_t firstAdd = kNone;
+    std::uint32_t lastAdd = kNone;
     bool beginsWithElement = false;
-    std::size_t firstAdd = kNone;
-    std::size_t lastAdd = kNone;
 
     [[nodiscard]] bool isVariable() const { return load != kNone && !beginsWithElement && firstAdd == kNone; }
     [[nodiscard]] bool isChain() const { return firstAdd != lastAdd; }
@@ -26,22 +26,23 @@ struct Sum {
 /// Runs the stack code of each block over sums instead of values.
 class TextUseFinder {
 public:
-    TextUseFinder(const CompiledFunction& function, const std::vector<std::uint32_t>& globals)
+    TextUseFinder(const CompiledFunction& function, const Flow& flow, const std::vector<std::uint32_t>& globals)
         : m_function(function), m_globals(globals) {
+        m_stack.reserve(static_cast<std::size_t>(flow.deepest));
         m_found.takenOver.resize(function.code.size(), false);
     }
 
     void visit(const Block& block) {
         m_stack.clear();
         for (std::size_t i = block.begin; i < block.end; ++i) {
-            step(i);
+            step(static_cast<std::uint32_t>(i));
         }
     }
 
     [[nodiscard]] TextUses take() { return std::move(m_found); }
 
 private:
-    void step(std::size_t index) {
+    void step(std::uint32_t index) {
         const Instruction& instruction = m_function.code[index];
         switch (instruction.op) {
             case OpCode::LoadName:
@@ -50,10 +51,10 @@ private:
             case OpCode::Add:
                 return add(index);
             case OpCode::Call:
-                for (std::int32_t i = 0; i < instruction.a; ++i) {
+                for (std::int32_t i = 0; i < instruction.a && !m_stack.empty(); ++i) {
                     takeOver(pop());
                 }
-                pop();
+                drop();
                 m_stack.emplace_back();
                 return;
             case OpCode::GetIndex:
@@ -73,8 +74,8 @@ private:
         }
     }
 
-    void add(std::size_t index) {
-        pop();
+    void add(std::uint32_t index) {
+        drop();
         Sum sum = pop();
         takeOver(sum);
         if (sum.load != kNone) {
@@ -91,7 +92,7 @@ private:
     }
 
     void getIndex() {
-        pop();
+        drop();
         Sum container = pop();
         if (container.isVariable()) {
             container.beginsWithElement = true;
@@ -103,7 +104,7 @@ private:
 
     void setIndex() {
         const Sum value = pop();
-        pop();
+        drop();
         const Sum container = pop();
         if (value.isChain() && value.beginsWithElement && container.isVariable() &&
             isSameVariable(value.load, container.load)) {
@@ -114,19 +115,26 @@ private:
 
     void other(const Instruction& instruction) {
         const OpcodeInfo& info = *opcodeInfo(instruction.op);
-        const std::int32_t pops = info.pops == kCounted ? instruction.a : info.pops;
-        m_stack.resize(m_stack.size() - std::min(m_stack.size(), static_cast<std::size_t>(pops)));
-        m_stack.resize(m_stack.size() + static_cast<std::size_t>(info.pushes));
+        // Entries from before the block, of which hand-made code may have many, are not there to be dropped.
+        for (std::int32_t pops = info.pops == kCounted ? instruction.a : info.pops; pops > 0 && !m_stack.empty();
+             --pops) {
+            drop();
+        }
+        for (std::int32_t pushes = info.pushes; pushes > 0; --pushes) {
+            m_stack.emplace_back();
+        }
     }
 
     /// Entries from before the block are not known.
     Sum pop() {
-        if (m_stack.empty()) {
-            return {};
-        }
-        const Sum top = m_stack.back();
-        m_stack.pop_back();
+        const Sum top = m_stack.empty() ? Sum() : m_stack.back();
+        drop();
         return top;
+    }
+    void drop() {
+        if (!m_stack.empty()) {
+            m_stack.pop_back();
+        }
     }
 
     void note(const Sum& sum) {
@@ -153,7 +161,7 @@ private:
 }  // namespace
 
 TextUses findTextUses(const CompiledFunction& function, const Flow& flow, const std::vector<std::uint32_t>& globals) {
-    TextUseFinder finder(function, globals);
+    TextUseFinder finder(function, flow, globals);
     for (const Block& block : flow.blocks) {
         finder.visit(block);
     }

@@ -102,11 +102,11 @@ FunctionFacts findFacts(const Program& program, std::int32_t functionIndex, Flow
     facts.isMain = functionIndex == 0;
     facts.guard = findGuardCall(function);
     facts.globalSlots = resolveGlobals(facts, names);
-    const TextUses texts = findTextUses(function, facts.flow, facts.globalSlots);
+    TextUses texts = findTextUses(function, facts.flow, facts.globalSlots);
     LastValue lastValue = findLastValue(function, facts.flow);
     facts.hasAppendChains = !texts.chains.empty();
     facts.marks = findMarks(function, facts.flow, lastValue, texts.chains);
-    facts.lastReads = findLastReads(function, facts.flow, facts.globalSlots, texts.takenOver);
+    facts.lastReads = findLastReads(function, facts.flow, facts.globalSlots, std::move(texts.takenOver));
     facts.livePops = std::move(lastValue.livePops);
     facts.blockStarts = findBlockStarts(function, facts.flow);
     return facts;

@@ -1,6 +1,7 @@
 #include "vm/engine/last_reads.h"
 
 #include <cstddef>
+#include <utility>
 
 #include "vm/engine/global_names.h"
 
@@ -16,8 +17,8 @@ bool endsStatement(OpCode op) {
 }  // namespace
 
 std::vector<bool> findLastReads(const CompiledFunction& function, const Flow& flow,
-                                const std::vector<std::uint32_t>& globals, const std::vector<bool>& takenOver) {
-    std::vector<bool> lastReads(function.code.size(), false);
+                                const std::vector<std::uint32_t>& globals, std::vector<bool> takenOver) {
+    std::vector<bool> lastReads = std::move(takenOver);
     // The next read of each local. What an earlier block has left there lies behind.
     std::vector<std::size_t> nextReads(function.localNames.size(), 0);
     for (const Block& block : flow.blocks) {
@@ -33,13 +34,14 @@ std::vector<bool> findLastReads(const CompiledFunction& function, const Flow& fl
             }
             const std::int32_t local = localSlotAt(function, i);
             std::size_t& nextRead = nextReads[static_cast<std::size_t>(local)];
+            const bool isTakenOver = lastReads[i];
             const bool isReadAgain = nextRead > i;
             const bool isOverwritten =
                 statementEnd < block.end && function.code[statementEnd].op == OpCode::StoreName &&
                 globals[statementEnd] == kNotGlobal && localSlotAt(function, statementEnd) == local &&
-                (flow.depths[statementEnd] == flow.depths[i] + 1 || takenOver[i]) &&
+                (flow.depths[statementEnd] == flow.depths[i] + 1 || isTakenOver) &&
                 !(isReadAgain && nextRead < statementEnd);
-            lastReads[i] = isOverwritten || (returns && takenOver[i] && !isReadAgain);
+            lastReads[i] = isOverwritten || (returns && isTakenOver && !isReadAgain);
             nextRead = i;
         }
     }

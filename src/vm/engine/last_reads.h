@@ -16,7 +16,6 @@ namespace morvel::ruby::internal {
 ///
 /// Looks at each instruction once. `globals` gives the global slot that each instruction names, or kNotGlobal.
 [[nodiscard]] std::vector<bool> findLastReads(const CompiledFunction& function, const Flow& flow,
-                                              const std::vector<std::uint32_t>& globals,
-                                              const std::vector<bool>& takenOver);
+                                              const std::vector<std::uint32_t>& globals, std::vector<bool> takenOver);
 
 }  // namespace morvel::ruby::internal
