@@ -348,7 +348,8 @@ TEST(TranslationTime, DoesNotGrowWithTheDepthOfTheStack) {
     expectNoGrowth(seconds);
 }
 
-// Nor must what hand-made code does at its depth: jump, store into a local, call while a global lies there.
+// Nor must what hand-made code does at its depth: jump, take all of the stack, store into a local, call while a global
+// lies there.
 TEST(TranslationTime, DoesNotGrowWithTheDepthOfHandMadeStacks) {
     constexpr std::size_t kTimes = 40'000;
     enum Constant : std::int32_t { One, A, B, F, Global, TypeOf };
@@ -360,11 +361,14 @@ TEST(TranslationTime, DoesNotGrowWithTheDepthOfHandMadeStacks) {
         for (std::size_t i = 0; i < kTimes; ++i) {
             for (Instruction instruction : part) {
                 if (instruction.op == OpCode::JumpIfFalse) {
-                    instruction.a = static_cast<std::int32_t>(code.size() + 1);
+                    // Its operand is the distance here.
+                    instruction.a += static_cast<std::int32_t>(code.size() + 1);
                 }
                 code.push_back(instruction);
             }
         }
+        code.push_back(op(OpCode::MakeArray, static_cast<std::int32_t>(depth)));
+        code.push_back(op(OpCode::Return));
         const Codes main{op(OpCode::PushConst, One), op(OpCode::StoreName, Global), op(OpCode::DefineFunction, F, 1),
                          op(OpCode::LoadName, F),    op(OpCode::PushConst, One),    op(OpCode::PushConst, One),
                          op(OpCode::Call, 2)};
@@ -381,6 +385,11 @@ TEST(TranslationTime, DoesNotGrowWithTheDepthOfHandMadeStacks) {
     const Codes store{one, op(OpCode::StoreName, B), pop};
     const Codes call{op(OpCode::LoadName, Global), op(OpCode::LoadName, TypeOf), one, op(OpCode::Call, 1), pop, pop};
     expectNoGrowth([&](std::size_t depth) { return secondsOf(one, jump, depth); });
+    expectNoGrowth([&](std::size_t depth) {
+        const Codes takeAll{op(OpCode::LoadName, A), op(OpCode::JumpIfFalse, 2),
+                            op(OpCode::MakeArray, static_cast<std::int32_t>(depth)), op(OpCode::Return)};
+        return secondsOf(one, takeAll, depth);
+    });
     expectNoGrowth([&](std::size_t depth) { return secondsOf(op(OpCode::LoadName, A), store, depth); });
     expectNoGrowth([&](std::size_t depth) { return secondsOf(one, call, depth); });
 }

@@ -1,6 +1,7 @@
 // The stack of the stack code, run symbolically: what an entry stands for is known, its value only later.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -77,9 +78,10 @@ public:
     }
     /// Drops the entries from `depth` on.
     void cutTo(std::size_t depth) {
-        while (size() > depth) {
+        while (size() > depth && !m_entries.empty()) {
             pop();
         }
+        m_settled = std::min(m_settled, depth);
     }
 
     /// Starts a block, before which `depth` entries are in their temporaries.
