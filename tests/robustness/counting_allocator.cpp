@@ -119,7 +119,9 @@ void release(void* block) noexcept {
 
 }  // namespace
 
-AllocationCounts allocationCounts() noexcept { return {liveBlocks, liveBytes, peakBytes, requests, refused, requestedBytes}; }
+AllocationCounts allocationCounts() noexcept {
+    return {liveBlocks, liveBytes, peakBytes, requests, refused, requestedBytes};
+}
 
 void resetPeak() noexcept { peakBytes = liveBytes.load(); }
 
