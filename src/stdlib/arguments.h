@@ -17,7 +17,8 @@ struct BuiltinCall {
     RubyArguments arguments;
 
     [[nodiscard]] std::size_t count() const noexcept { return arguments.size(); }
-    [[nodiscard]] const RubyValue& operator[](std::size_t index) const noexcept { return arguments[index]; }
+    /// The argument at 0-based `index`, which must be below count().
+    [[nodiscard]] const RubyValue& operator[](std::size_t index) const noexcept { return arguments.begin()[index]; }
 };
 
 // Checks of single arguments, by 0-based index. Each first makes sure that the argument is there: "NAME is missing

@@ -92,6 +92,12 @@ double RubyValue::asFloat() const {
 
 void internal::failType(const char* message) { throw RubyError(message); }
 
+constinit const RubyValue internal::kMissingArgument;
+
+void internal::failMissingArgument(std::size_t index) {
+    throw RubyError("missing argument " + std::to_string(index + 1));
+}
+
 bool RubyValue::asBoolean() const {
     requireType(Type::Boolean, "value is not boolean");
     return data.boolean;

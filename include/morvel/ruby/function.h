@@ -20,6 +20,12 @@ struct Program;
 
 /// Of a function that the runtime knows nothing about.
 extern const FunctionInternals kNoInternals;
+
+/// Nil.
+extern const RubyValue kMissingArgument;
+
+/// Throws RubyError "missing argument N", where N is the 0-based index plus one.
+[[noreturn]] void failMissingArgument(std::size_t index);
 }  // namespace internal
 
 /// Read-only, non-owning view of a call's arguments, valid during the call. A host that calls a function by itself
@@ -35,8 +41,18 @@ public:
 
     [[nodiscard]] std::size_t size() const noexcept { return m_count; }
     [[nodiscard]] bool empty() const noexcept { return m_count == 0; }
-    /// The argument at 0-based `index`, which must be below size().
-    [[nodiscard]] const RubyValue& operator[](std::size_t index) const noexcept { return m_first[index]; }
+    /// The argument at 0-based `index`; nil when the call has no such argument.
+    [[nodiscard]] const RubyValue& operator[](std::size_t index) const noexcept {
+        return index < m_count ? m_first[index] : internal::kMissingArgument;
+    }
+    /// The argument at 0-based `index`. Throws RubyError "missing argument N", counted from 1, when the call has no
+    /// such argument.
+    [[nodiscard]] const RubyValue& at(std::size_t index) const {
+        if (index >= m_count) [[unlikely]] {
+            internal::failMissingArgument(index);
+        }
+        return m_first[index];
+    }
     [[nodiscard]] const RubyValue* begin() const noexcept { return m_first; }
     [[nodiscard]] const RubyValue* end() const noexcept { return m_first + m_count; }
     [[nodiscard]] operator std::vector<RubyValue>() const { return {begin(), end()}; }

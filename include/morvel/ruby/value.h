@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "morvel/ruby/conversions.h"
+
 namespace morvel::ruby {
 
 class RubyMap;
@@ -93,7 +95,11 @@ public:
     requires(!std::same_as<T, bool>) RubyValue(T number)
     noexcept : type(Type::Integer), data{.integer = static_cast<std::int64_t>(number)} {}
     /// A float.
-    RubyValue(double number) noexcept : type(Type::Float), data{.floating = number} {}
+    template <internal::FloatingNumber T>
+    RubyValue(T number) noexcept : type(Type::Float), data{.floating = static_cast<double>(number)} {}
+    /// The number of an unscoped enumerator; a boolean when the enumeration's underlying type is bool.
+    template <internal::UnscopedEnumeration T>
+    RubyValue(T enumerator) noexcept : RubyValue(static_cast<std::underlying_type_t<T>>(enumerator)) {}
     /// A string from a NUL-terminated text; a null pointer gives the empty string.
     RubyValue(const char* text);
     /// A string of any bytes.
@@ -112,6 +118,13 @@ public:
     RubyValue(const std::unordered_map<std::string, RubyValue>& entries);
     /// A new map holding the entries, moved, in the iteration order of the argument.
     RubyValue(std::unordered_map<std::string, RubyValue>&& entries);
+    /// An object of a class that converts to a number, a bool or a text becomes what it converts to: an element of
+    /// std::vector<bool> a boolean, a std::atomic<int> an integer, a std::filesystem::path a string.
+    template <internal::NumberOrTextObject T>
+    RubyValue(T&& object) : RubyValue(internal::ValueConversions::pick(std::forward<T>(object))) {}
+    /// An object that converts to several of these has to be converted by the caller, who knows which is meant.
+    template <internal::AmbiguousObject T>
+    RubyValue(T&& object) = delete;
     /// A function value over a new handle; an empty pointer gives a function value whose handle is empty, which
     /// fails with "function handle is empty" when it is called.
     explicit RubyValue(std::unique_ptr<RubyFunctionHandle> handle);

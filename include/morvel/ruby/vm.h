@@ -13,8 +13,8 @@
 
 namespace morvel::ruby {
 
-/// The outcome of a run.
-struct RubyResult {
+/// The outcome of a run. The compiler warns when it is not looked at.
+struct [[nodiscard]] RubyResult {
     /// True when the run completed.
     bool ok = false;
     /// The value of the program's top-level code when ok, nil otherwise.
@@ -40,9 +40,9 @@ struct RubyBytecode {
 ///
 /// Example:
 ///
-///     morvel::ruby::RubyVM vm;
-///     vm.bindFunction("twice", [](RubyVM&, RubyArguments arguments) { return arguments[0].asFloat() * 2; });
-///     RubyResult result = vm.runScriptString("twice(21)", "example");   // result.value is the float 42.0
+///     RubyVM vm;
+///     vm.bindFunction("twice", [](RubyVM&, RubyArguments arguments) { return arguments.at(0).asFloat() * 2; });
+///     RubyResult result = vm.runScriptString("twice(21)", "example");  // result.value is the float 42.0
 class RubyVM {
 public:
     /// Makes an interpreter with the standard library bound. Throws std::bad_alloc when memory runs out.
@@ -55,6 +55,10 @@ public:
 
     /// Defines or replaces the global `name` as a host function. A function bound as "error", "pcall" or "table_set"
     /// takes over that name's special treatment: the interpreter carries out the call itself.
+    ///
+    /// What `callback` captures is destroyed when nothing refers to the function any more. While a script runs on this
+    /// thread, on whichever VM, it waits for that script's next instruction: a function of one VM that is replaced
+    /// from a host function that another VM has called still has its captures until the host function has returned.
     void bindFunction(const std::string& name, RubyHostFunction callback);
     /// Defines or replaces a global.
     void setGlobal(const std::string& name, const RubyValue& value);
