@@ -18,7 +18,7 @@ RubyValue distance(RubyVM&, RubyArguments arguments) {
     if (arguments.size() != 2) {
         throw std::runtime_error("distance expects exactly 2 arguments");
     }
-    const double difference = arguments[0].asFloat() - arguments[1].asFloat();
+    const double difference = arguments[0].asFloat() - arguments[1].asFloat();  // throws for what is no number
     return difference < 0 ? -difference : difference;
 }
 
@@ -42,8 +42,9 @@ void bindAndRun(RubyVM& vm) {
         player + " #" + next_id() + ": " + distance(total, 20)
     )",
                                                  "totals");
-    // The result is the value of the last expression statement.
-    std::cout << "result: " << result.value.asString() << '\n';
+    // The result is the value of the last expression statement. A script may make anything of it, and of its globals:
+    // the accessors throw for a value of another kind, and toString for an array that contains itself.
+    std::cout << "result: " << (result.ok ? result.value.asString() : result.error) << '\n';
 
     RubyValue total;
     if (vm.getGlobal("total", total)) {
@@ -58,8 +59,10 @@ void bindAndRun(RubyVM& vm) {
 // A script can be compiled once and run many times, also by another VM or another process: an image is just bytes.
 void runImage(RubyVM& vm) {
     const RubyBytecode image = vm.compileScript("next_id() * 10", "image");
-    std::cout << "image, first run: " << vm.runBytecode(image).value.toString() << '\n';
-    std::cout << "image, second run: " << vm.runBytecode(image).value.toString() << '\n';
+    for (const char* run : {"first", "second"}) {
+        const RubyResult result = vm.runBytecode(image);
+        std::cout << "image, " << run << " run: " << (result.ok ? result.value.toString() : result.error) << '\n';
+    }
 }
 
 // Nothing that a script does wrong escapes as an exception from the run operations.
@@ -80,9 +83,14 @@ void handleFailures(RubyVM& vm) {
 }  // namespace
 
 int main() {
-    RubyVM vm;
-    bindAndRun(vm);
-    runImage(vm);
-    handleFailures(vm);
+    try {
+        RubyVM vm;
+        bindAndRun(vm);
+        runImage(vm);
+        handleFailures(vm);
+    } catch (const std::exception& error) {
+        std::cerr << "unexpected: " << error.what() << '\n';
+        return 1;
+    }
     return 0;
 }
