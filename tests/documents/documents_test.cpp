@@ -26,7 +26,7 @@ std::vector<std::string> programNames() {
 /// Runs a program in a folder of its own, on a small stack, under an attack or, when that is empty, as it is.
 ProcessOutcome run(const std::string& name, const std::string& attack) {
     // The sanitizers report with a signal. Rings are never freed, so leaks are not looked for. Without sanitizers,
-    // freed memory is overwritten, so that whoever reads it notices.
+    // freed memory is overwritten, which shows some of the reads of it.
     constexpr const char* kScript =
         "cd \"$1\" && ulimit -s 512 && export ASAN_OPTIONS=abort_on_error=1:detect_leaks=0 "
         "UBSAN_OPTIONS=abort_on_error=1:halt_on_error=1 MALLOC_PERTURB_=165 && "
