@@ -65,6 +65,15 @@ const RubyValue& requireArgument(const BuiltinCall& call, std::size_t index);
 [[nodiscard]] RubyArray& sharedArray(const RubyValue& value);
 [[nodiscard]] RubyMap& sharedMap(const RubyValue& value);
 
+/// After elements were removed: gives back most of the memory of a large array that is mostly empty by now. Over many
+/// removals and additions that costs a constant for each.
+inline void giveBackRoom(RubyArray& array) noexcept {
+    constexpr std::size_t kLarge = std::size_t{1} << 16;
+    if (array.capacity() > kLarge && array.size() < array.capacity() / 4) [[unlikely]] {
+        array.shrink_to_fit();
+    }
+}
+
 /// An integer when `number` is whole (within the double epsilon) and in the 64-bit range, else the float.
 [[nodiscard]] RubyValue numericResult(double number);
 

@@ -44,6 +44,7 @@ RubyValue arrayPop(const BuiltinCall& call) {
         }
         RubyValue last = std::move(array.back());
         array.pop_back();
+        giveBackRoom(array);
         return last;
     }
     const std::int64_t count = requireIntegerArgument(call, 1);
@@ -56,6 +57,7 @@ RubyValue arrayPop(const BuiltinCall& call) {
     const auto first = array.end() - static_cast<std::ptrdiff_t>(removed);
     tail.assign(std::make_move_iterator(first), std::make_move_iterator(array.end()));
     array.erase(first, array.end());
+    giveBackRoom(array);
     return tail;
 }
 
@@ -66,6 +68,7 @@ RubyValue arrayShift(const BuiltinCall& call) {
     }
     RubyValue first = std::move(array.front());
     array.erase(array.begin());
+    giveBackRoom(array);
     return first;
 }
 

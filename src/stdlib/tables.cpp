@@ -144,6 +144,7 @@ RubyValue tableRemove(const BuiltinCall& call) {
     }
     RubyValue removed = std::move(array[static_cast<std::size_t>(index)]);
     array.erase(array.begin() + index);
+    giveBackRoom(array);
     return removed;
 }
 

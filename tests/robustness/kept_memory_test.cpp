@@ -84,6 +84,23 @@ TEST(LongMessages, AreGoneOnceDropped) {
     EXPECT_LT(liveBytes(), before + kMebibyte);
 }
 
+TEST(LargeArrays, GiveTheirMemoryBackAsTheyAreEmptied) {
+    RubyVM vm;
+    const std::size_t before = liveBytes();
+    const std::vector<std::string> removals{
+        "i = 0 while i < 199990 do array_pop(a) i = i + 1 end",
+        "array_pop(a, 199990) i = nil",
+        "i = 0 while i < 199990 do table_remove(a) i = i + 1 end",
+        "table_clear(a)",
+    };
+    for (const std::string& removal : removals) {
+        ASSERT_TRUE(runs(vm, "a = range(0, 200000) " + removal));
+        EXPECT_LT(liveBytes(), before + 2 * kMebibyte) << removal;
+    }
+    EXPECT_EQ(outcome(vm, "a = range(0, 200000) array_pop(a, 199991) array_push(a, 'more') return a"),
+              "[0, 1, 2, 3, 4, 5, 6, 7, 8, 9, more]");
+}
+
 TEST(UndefinedNames, TakeMemoryOnlyWhileCodeMentionsThem) {
     RubyVM vm;
     ASSERT_TRUE(runs(vm,
