@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "bytecode/image.h"
 #include "compiler/compiler.h"
 #include "compiler/metadata.h"
 #include "morvel/ruby/error.h"
@@ -96,25 +97,62 @@ TEST(LongLists, TakeFewRegisters) {
     EXPECT_LT(codes[1]->registerCount, 600U);
 }
 
-TEST(LongLists, NestedDeeplyAreTranslated) {
-    for (const char* opening : {"[1, 2, 3, ", "len(1, 2, 3, ", "len([1, [2, 3], "}) {
-        const bool isBoth = std::string(opening).find("([") != std::string::npos;
-        const int depth = isBoth ? 6000 : 12'000;
-        const std::string closing = isBoth ? "])" : opening[0] == '[' ? "]" : ")";
-        EXPECT_TRUE(sourceRunsOnTheEngine("x = " + repeated(opening, depth) + "1" + repeated(closing, depth)))
-            << opening;
+// Deeper than the parser goes where its native stack is small.
+constexpr std::int32_t kNesting = 12'000;
+
+/// x = [0, 1, 2, [0, 1, 2, ... [0, 1, 2, 0]]], with 0, 1, 2 in each level `wide` times.
+Program nestedLiterals(std::int32_t depth, std::int32_t wide) {
+    std::vector<internal::Instruction> code;
+    for (std::int32_t i = 0; i < depth * wide * 3; ++i) {
+        code.push_back(op(OpCode::PushConst, i % 3));
     }
-    const std::string wide = "[" + list(300) + ", ";
-    EXPECT_TRUE(sourceRunsOnTheEngine("x = " + repeated(wide, 200) + "1" + repeated("]", 200)));
+    code.push_back(op(OpCode::PushConst, 0));
+    code.insert(code.end(), static_cast<std::size_t>(depth), op(OpCode::MakeArray, wide * 3 + 1));
+    code.push_back(op(OpCode::StoreName, 3));
+    code.push_back(op(OpCode::Pop));
+    code.push_back(op(OpCode::Return));
+    return makeProgram({0, 1, 2, "x"}, code);
+}
+
+/// return add(0, 1, 2, add(0, 1, 2, ... 0))
+Program nestedCalls(std::int32_t depth) {
+    std::vector<internal::Instruction> code;
+    for (std::int32_t i = 0; i < depth; ++i) {
+        code.push_back(op(OpCode::LoadName, 3));
+        for (std::int32_t argument = 0; argument < 3; ++argument) {
+            code.push_back(op(OpCode::PushConst, argument));
+        }
+    }
+    code.push_back(op(OpCode::PushConst, 0));
+    code.insert(code.end(), static_cast<std::size_t>(depth), op(OpCode::Call, 4));
+    code.push_back(op(OpCode::Return));
+    return makeProgram({0, 1, 2, "add"}, code);
+}
+
+TEST(LongLists, NestedDeeplyAreTranslated) {
+    EXPECT_TRUE(runsOnTheEngine(nestedLiterals(kNesting, 1)));
+    EXPECT_TRUE(runsOnTheEngine(nestedLiterals(200, 100)));
+    EXPECT_TRUE(runsOnTheEngine(nestedCalls(kNesting)));
 }
 
 TEST(LongLists, NestedDeeplyHaveTheirValues) {
-    constexpr int kDepth = 9000;
-    const std::string count = "d = 0 s = 0 while len(x) == 4 do d = d + 1 s = s + x[0] + x[1] + x[2] x = x[3] end ";
-    expectScriptValue("[9000, 54000, \"inner\"]", "v = 1 x = " + repeated("[v, 2, v + 2, ", kDepth) + "['inner']" +
-                                                      repeated("]", kDepth) + " " + count + "return [d, s, x[0]]");
-    expectScriptValue("81001", "def add(a, b, c, d) return a + b + c + d end return " +
-                                   repeated("add(1, 3, 5, ", kDepth) + "1" + repeated(")", kDepth));
+    const Program literals = nestedLiterals(kNesting, 1);
+    const Program calls = nestedCalls(kNesting);
+    for (const bool plain : {false, true}) {
+        RubyVM vm;
+        if (plain) {
+            usePlainExecutor(vm);
+        }
+        ASSERT_TRUE(vm.runBytecode(internal::serializeProgram(literals)).ok);
+        const RubyResult counted = vm.runScriptString(
+            "d = 0 s = 0 while type_of(x) == 'array' do d = d + 1 s = s + x[0] + x[1] * 10 + x[2] * 100 x = x[3] end "
+            "return [d, s, x]",
+            "t");
+        EXPECT_EQ("[12000, 2520000, 0]", counted.ok ? counted.value.toString() : counted.error);
+        ASSERT_TRUE(vm.runScriptString("def add(a, b, c, d) return a + b * 10 + c * 100 + d end", "t").ok);
+        const RubyResult added = vm.runBytecode(internal::serializeProgram(calls));
+        EXPECT_EQ("2520000", added.ok ? added.value.toString() : added.error);
+    }
 }
 
 TEST(LongLists, HaveTheirElementsInOrder) {
