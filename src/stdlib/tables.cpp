@@ -1,6 +1,8 @@
 #include "stdlib/tables.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "stdlib/joining.h"
 #include "stdlib/sorting.h"
@@ -37,13 +39,8 @@ RubyValue mapDelete(const BuiltinCall& call) {
         failCall(call, "expects a map");
     }
     RubyMap& map = sharedMap(call[0]);
-    const RubyValue* found = findMapValue(map, call[1]);
-    if (found == nullptr) {
-        return defaultArgument(call);
-    }
-    RubyValue removed = *found;
-    map.erase(valueKeyString(call[1]));
-    return removed;
+    std::optional<RubyValue> removed = takeMapValue(map, call[1]);
+    return removed ? *std::move(removed) : defaultArgument(call);
 }
 
 RubyValue mapMerge(const BuiltinCall& call) {

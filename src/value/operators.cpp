@@ -54,17 +54,6 @@ bool arraysEqual(const RubyArray& left, const RubyArray& right) {
     return std::equal(left.begin(), left.end(), right.begin(), valuesEqual);
 }
 
-bool mapsEqual(const RubyMap& left, const RubyMap& right) {
-    if (left.size() != right.size()) {
-        return false;
-    }
-    checkNativeStack();
-    return std::all_of(left.begin(), left.end(), [&right](const auto& entry) {
-        const auto found = right.find(entry.first);
-        return found != right.end() && valuesEqual(entry.second, found->second);
-    });
-}
-
 template <typename Number>
 bool ordered(Number left, Number right, Ordering ordering) noexcept {
     switch (ordering) {
@@ -167,7 +156,7 @@ bool valuesEqual(const RubyValue& left, const RubyValue& right) {
         case RubyValue::Type::Array:
             return arraysEqual(left.asArray(), right.asArray());
         case RubyValue::Type::Map:
-            return mapsEqual(left.asMap(), right.asMap());
+            return left.asMap() == right.asMap();
         case RubyValue::Type::Function:
             break;
     }
@@ -209,7 +198,32 @@ const RubyValue* findMapValue(const RubyMap& map, const RubyValue& key) {
 }
 
 RubyValue& setMapValue(RubyMap& map, const RubyValue& key) {
-    return key.isString() || key.isInteger() ? map.findOrInsert(key) : map[valueKeyString(key)];
+    if (key.isString() || key.isInteger()) {
+        return map.findOrInsert(key);
+    }
+    return map.findOrInsert(valueKeyString(key));
+}
+
+std::optional<RubyValue> takeMapValue(RubyMap& map, const RubyValue& key) {
+    if (key.isString() || key.isInteger()) {
+        return map.take(key);
+    }
+    return map.take(valueKeyString(key));
 }
 
 }  // namespace morvel::ruby::internal
+
+namespace morvel::ruby {
+
+bool operator==(const RubyMap& left, const RubyMap& right) {
+    if (left.size() != right.size()) {
+        return false;
+    }
+    internal::checkNativeStack();
+    return std::all_of(left.begin(), left.end(), [&right](const auto& entry) {
+        const auto found = right.find(entry.first);
+        return found != right.end() && internal::valuesEqual(entry.second, found->second);
+    });
+}
+
+}  // namespace morvel::ruby

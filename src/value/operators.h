@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "morvel/ruby/map.h"
@@ -81,5 +82,8 @@ enum class Ordering : std::uint8_t { Less, LessEqual, Greater, GreaterEqual };
 
 /// The value stored under `key`, after storing nil when there is none. Fails as valueKeyString.
 [[nodiscard]] RubyValue& setMapValue(RubyMap& map, const RubyValue& key);
+
+/// Removes the entry of `key`; its value, or nothing when there is none. Fails as valueKeyString.
+[[nodiscard]] std::optional<RubyValue> takeMapValue(RubyMap& map, const RubyValue& key);
 
 }  // namespace morvel::ruby::internal

@@ -40,9 +40,14 @@ RubyValue::RubyValue(const RubyArray& elements) : RubyValue(RubyArray(elements))
 
 RubyValue::RubyValue(RubyArray&& elements) : RubyValue(makeArray()) { asArray() = std::move(elements); }
 
-RubyValue::RubyValue(const RubyMap& entries) : RubyValue(RubyMap(entries)) {}
+RubyValue RubyValue::mapOf(const RubyMap& entries) { return mapOf(RubyMap(entries)); }
 
-RubyValue::RubyValue(RubyMap&& entries) : type(Type::Map), data(boxed(new internal::MapBox(std::move(entries)))) {}
+RubyValue RubyValue::mapOf(RubyMap&& entries) {
+    RubyValue map;
+    map.data = boxed(new internal::MapBox(std::move(entries)));
+    map.type = Type::Map;
+    return map;
+}
 
 RubyValue::RubyValue(const std::unordered_map<std::string, RubyValue>& entries) : RubyValue(RubyMap(entries)) {}
 
@@ -62,7 +67,12 @@ RubyValue RubyValue::makeArray() {
     return array;
 }
 
-RubyValue RubyValue::makeMap() { return RubyMap(); }
+RubyValue RubyValue::makeMap() {
+    RubyValue map;
+    map.data = boxed(new internal::MapBox);
+    map.type = Type::Map;
+    return map;
+}
 
 std::int64_t RubyValue::asInteger() const {
     switch (type) {

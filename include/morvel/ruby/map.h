@@ -1,15 +1,22 @@
 // RubyMap: the hash map behind map values. Keeps insertion order.
 #pragma once
 
+#include <array>
+#include <bit>
+#include <compare>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <iterator>
 #include <memory>
+#include <new>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 #include "morvel/ruby/value.h"
 
@@ -17,74 +24,130 @@ namespace morvel::ruby {
 
 /// A hash map from byte strings to values that keeps insertion order.
 ///
-/// Overwriting an entry keeps its place; erasing it and storing it again moves it to the end. The interface follows
-/// std::unordered_map, except that iteration gives pairs by value of the key text and a reference to the stored value.
-/// Look-ups take a std::string_view and allocate nothing. Hashing is seeded at random once per process (SipHash-1-3,
-/// Aumasson and Bernstein), so that chosen keys cannot make it slow. Insertion and look-up take constant expected
-/// time; erasing keeps the order and is constant amortised.
+/// Overwriting an entry keeps its place; erasing it and storing it again moves it to the end. Look-ups take a
+/// std::string_view and allocate nothing. Hashing is seeded at random once per process (SipHash-1-3, Aumasson and
+/// Bernstein), so that chosen keys cannot make it slow. Look-up, insertion and erasing take constant expected time,
+/// insertion amortised, in whatever pattern they follow each other; so does a step of an iterator.
+///
+/// The interface is that of std::unordered_map<std::string, RubyValue>, with these differences: iteration is in
+/// insertion order; iterators are input iterators, which hold the pair that they give (see Pair); keys are given as
+/// std::string_view; insert_or_assign gives a pair that also converts to bool; and there are no buckets, hash policy,
+/// node handles or equal_range.
+///
+/// A reference to a stored value stays valid until its entry is erased or the map is cleared, assigned to or destroyed.
+/// Storing other keys, moving the map and swapping it leave it valid: `m["b"] = m["a"]` is safe. Two things move the
+/// values: shrink_to_fit(), and a script that stores a new key in a map of which more than seven eighths are erased,
+/// which gives the memory back. The same goes for iterators, but moving or swapping the map invalidates them. An
+/// iterator whose entry is erased may still be advanced until a key is stored. Entries that are stored during an
+/// iteration come last in it.
 ///
 /// A key that is the decimal text of an integer is kept as that integer; this is invisible except in speed.
 class RubyMap {
 public:
-    /// What iteration yields: the key text and the stored value.
+    using key_type = std::string;
+    using mapped_type = RubyValue;
+    using value_type = std::pair<const std::string, RubyValue>;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+
+    /// What iteration yields: a copy of the key text and the stored value itself. It lives in the iterator, until that
+    /// is advanced, assigned to or destroyed. A copy of it has a text of its own.
     template <typename Value>
     struct Pair {
         std::string first;
         Value& second;
+
+        template <std::constructible_from<const std::string&> First, std::constructible_from<Value&> Second>
+        operator std::pair<First, Second>() const {
+            return std::pair<First, Second>(first, second);
+        }
     };
 
-    /// Forward iterator over the entries in insertion order. Storing a new key invalidates it.
+    /// Input iterator over the entries in insertion order.
     template <typename Map, typename Value>
     class BasicIterator {
     public:
-        using iterator_category = std::forward_iterator_tag;
+        using iterator_category = std::input_iterator_tag;
         using value_type = Pair<Value>;
         using difference_type = std::ptrdiff_t;
-        using reference = Pair<Value>;
-
-        /// Lets `it->second` work although the pair is made on the fly.
-        struct Arrow {
-            Pair<Value> pair;
-            Pair<Value>* operator->() { return &pair; }
-        };
-        using pointer = Arrow;
+        using reference = Pair<Value>&;
+        using pointer = Pair<Value>*;
 
         BasicIterator() = default;
-        BasicIterator(Map* map, std::size_t index) : m_map(map), m_index(index) { skipErased(); }
-
-        reference operator*() const {
-            return {RubyMap::keyText(m_map->m_entries[m_index].key), m_map->m_entries[m_index].value};
-        }
-        pointer operator->() const { return {**this}; }
-        BasicIterator& operator++() {
-            ++m_index;
-            skipErased();
+        BasicIterator(const BasicIterator& other) noexcept : m_map(other.m_map), m_position(other.m_position) {}
+        /// A read-only iterator from one that allows changes.
+        template <typename OtherMap, typename OtherValue>
+        requires(std::same_as<const OtherMap, Map>) BasicIterator(const BasicIterator<OtherMap, OtherValue>& other)
+        noexcept : m_map(other.m_map), m_position(other.m_position) {}
+        BasicIterator& operator=(const BasicIterator& other) noexcept {
+            m_map = other.m_map;
+            m_position = other.m_position;
+            m_isCurrent = false;
             return *this;
         }
-        BasicIterator operator++(int) {
+        ~BasicIterator() = default;
+
+        reference operator*() const {
+            if (!m_isCurrent) {
+                // The text of the entry before lends its memory.
+                std::string text = m_pair ? std::move(m_pair->first) : std::string();
+                Entry& entry = m_map->entryAt(m_position);
+                assignKeyText(text, entry.key);
+                m_pair.emplace(Pair<Value>{std::move(text), entry.value});
+                m_isCurrent = true;
+            }
+            return *m_pair;
+        }
+        pointer operator->() const { return &**this; }
+        BasicIterator& operator++() noexcept {
+            m_position = m_map->positionAfter(m_position);
+            m_isCurrent = false;
+            return *this;
+        }
+        BasicIterator operator++(int) noexcept {
             BasicIterator before = *this;
             ++*this;
             return before;
         }
-        bool operator==(const BasicIterator& other) const noexcept { return m_index == other.m_index; }
+        friend bool operator==(const BasicIterator& left, const BasicIterator& right) noexcept {
+            return left.m_position == right.m_position;
+        }
 
     private:
         friend class RubyMap;
+        template <typename OtherMap, typename OtherValue>
+        friend class BasicIterator;
 
-        void skipErased() {
-            while (m_index < m_map->m_entries.size() && m_map->m_entries[m_index].key == kErased) {
-                ++m_index;
-            }
-        }
+        BasicIterator(Map* map, std::uint32_t position) noexcept : m_map(map), m_position(position) {}
 
         Map* m_map = nullptr;
-        std::size_t m_index = 0;
+        std::uint32_t m_position = 0;
+        /// True when the pair is that of the current position.
+        mutable bool m_isCurrent = false;
+        mutable std::optional<Pair<Value>> m_pair;
     };
 
     using iterator = BasicIterator<RubyMap, RubyValue>;
     using const_iterator = BasicIterator<const RubyMap, const RubyValue>;
+    using reference = iterator::reference;
+    using const_reference = const_iterator::reference;
+
+    /// The entry and whether it is new; as a bool, whether it is new.
+    struct Assignment : std::pair<iterator, bool> {
+        using std::pair<iterator, bool>::pair;
+        operator bool() const noexcept { return second; }
+    };
 
     RubyMap() noexcept = default;
+    /// Holds the entries in the order given; of those with equal keys the first.
+    RubyMap(std::initializer_list<value_type> entries) : RubyMap() { insert(entries); }
+    /// Holds the pairs of a range in its order; of those with equal keys the first.
+    template <std::input_iterator Iterator>
+    requires(std::constructible_from<value_type, std::iter_reference_t<Iterator>>)
+        RubyMap(Iterator first, Iterator last)
+        : RubyMap() {
+        insert(std::move(first), std::move(last));
+    }
     /// Holds copies of the entries, in the iteration order of the argument.
     explicit RubyMap(const std::unordered_map<std::string, RubyValue>& entries);
     RubyMap(const RubyMap& other);
@@ -98,41 +161,111 @@ public:
 
     [[nodiscard]] std::size_t size() const noexcept { return m_size; }
     [[nodiscard]] bool empty() const noexcept { return m_size == 0; }
+    [[nodiscard]] static std::size_t max_size() noexcept { return kMostEntries; }
+    /// Erases all entries and gives their memory back.
     void clear() noexcept;
+    void swap(RubyMap& other) noexcept;
+    friend void swap(RubyMap& left, RubyMap& right) noexcept { left.swap(right); }
+    /// Makes room for `count` entries in all. Throws std::bad_alloc when there is no memory for them.
+    void reserve(std::size_t count);
+    /// Gives back the memory of erased entries, moving the others. Throws std::bad_alloc, with the map as it was, when
+    /// there is no memory to move them to.
+    void shrink_to_fit();
 
-    [[nodiscard]] iterator begin() { return {this, 0}; }
-    [[nodiscard]] iterator end() { return {this, m_entries.size()}; }
-    [[nodiscard]] const_iterator begin() const { return {this, 0}; }
-    [[nodiscard]] const_iterator end() const { return {this, m_entries.size()}; }
+    [[nodiscard]] iterator begin() noexcept { return {this, m_head}; }
+    [[nodiscard]] iterator end() noexcept { return {this, kNone}; }
+    [[nodiscard]] const_iterator begin() const noexcept { return {this, m_head}; }
+    [[nodiscard]] const_iterator end() const noexcept { return {this, kNone}; }
+    [[nodiscard]] const_iterator cbegin() const noexcept { return begin(); }
+    [[nodiscard]] const_iterator cend() const noexcept { return end(); }
 
     /// The entry stored under `key`, or end().
     [[nodiscard]] iterator find(std::string_view key);
     [[nodiscard]] const_iterator find(std::string_view key) const;
     [[nodiscard]] bool contains(std::string_view key) const;
+    /// The number of entries stored under `key`, 0 or 1.
+    [[nodiscard]] std::size_t count(std::string_view key) const { return contains(key) ? 1 : 0; }
     /// The value stored under `key`. Throws std::out_of_range when there is none.
     [[nodiscard]] RubyValue& at(std::string_view key);
     [[nodiscard]] const RubyValue& at(std::string_view key) const;
     /// The value stored under `key`; stores nil first when there is none.
     RubyValue& operator[](std::string_view key);
-    /// Stores `value` under `key`; true when the key is new.
-    bool insert_or_assign(std::string_view key, RubyValue value);
+
+    /// Stores a pair of key and value unless the key is there; gives its entry and whether it is new.
+    template <typename Entry>
+    requires(std::constructible_from<value_type, Entry&&>) std::pair<iterator, bool> insert(Entry&& entry) {
+        return emplace(std::forward<Entry>(entry));
+    }
+    std::pair<iterator, bool> insert(value_type&& entry) { return try_emplace(entry.first, std::move(entry.second)); }
+    /// The same; the hint is not needed.
+    template <typename Entry>
+    requires(std::constructible_from<value_type, Entry&&>) iterator insert(const_iterator, Entry&& entry) {
+        return emplace(std::forward<Entry>(entry)).first;
+    }
+    /// Stores the pairs of a range whose keys are not there.
+    template <std::input_iterator Iterator>
+    requires(std::constructible_from<value_type, std::iter_reference_t<Iterator>>) void insert(Iterator first,
+                                                                                               Iterator last) {
+        for (; first != last; ++first) {
+            emplace(*first);
+        }
+    }
+    void insert(std::initializer_list<value_type> entries) { insert(entries.begin(), entries.end()); }
+    /// Stores a pair made from the arguments unless its key is there.
+    template <typename... Arguments>
+    std::pair<iterator, bool> emplace(Arguments&&... arguments) {
+        return insert(value_type(std::forward<Arguments>(arguments)...));
+    }
+    template <typename... Arguments>
+    iterator emplace_hint(const_iterator, Arguments&&... arguments) {
+        return emplace(std::forward<Arguments>(arguments)...).first;
+    }
+    /// Stores a value made from the arguments under `key`; makes none and leaves the arguments alone when it is there.
+    template <typename... Arguments>
+    std::pair<iterator, bool> try_emplace(std::string_view key, Arguments&&... arguments) {
+        if (const iterator found = find(key); found != end()) {
+            return {found, false};
+        }
+        return insert_or_assign(key, RubyValue(std::forward<Arguments>(arguments)...));
+    }
+    /// Stores `value` under `key`; gives its entry and whether the key is new.
+    Assignment insert_or_assign(std::string_view key, RubyValue value);
+
     /// Removes the entry of `key`; the number of entries removed, 0 or 1.
     std::size_t erase(std::string_view key);
+    /// Removes the entry that an iterator stands at; gives the entry behind it.
+    iterator erase(const_iterator position);
+    iterator erase(const_iterator first, const_iterator last);
+    /// Removes the entries for whose pairs `predicate` is true; the number of entries removed.
+    template <typename Predicate>
+    friend std::size_t erase_if(RubyMap& map, Predicate predicate) {
+        const std::size_t before = map.size();
+        for (iterator entry = map.begin(); entry != map.end();) {
+            entry = predicate(*entry) ? map.erase(entry) : std::next(entry);
+        }
+        return before - map.size();
+    }
+
+    /// True when both have the same keys with values that are equal in the language, in any order. Throws RubyError
+    /// "stack overflow" for nests too deep for the native stack.
+    friend bool operator==(const RubyMap& left, const RubyMap& right);
 
     /// Pointer to the value stored under a key given as a value of kind string or integer, or null. A string value's
     /// hash is computed once and kept with it.
     [[nodiscard]] RubyValue* findValue(const RubyValue& key);
     /// The value stored under a key given as a value of kind string or integer; stores nil first when there is none.
-    /// The string is shared, not copied.
+    /// The string is shared, not copied. This is how scripts store: when more than seven eighths of a large map are
+    /// erased, a new key makes it give their memory back, and the other values move.
     RubyValue& findOrInsert(const RubyValue& key);
-    /// The same for a key that is a string. Mostly a key is looked up through the very string it was stored with: in a
-    /// small map comparing addresses answers that without looking at a byte.
+    /// Removes the entry of a key given as a value of kind string or integer; its value, or nothing.
+    std::optional<RubyValue> take(const RubyValue& key);
+    /// The same as findValue for a key that is a string. Mostly a key is looked up through the very string it was
+    /// stored with: in a small map comparing addresses answers that without looking at a byte.
     [[nodiscard]] RubyValue* findText(internal::StringBox* box) noexcept {
-        if (m_slots.empty()) {
-            for (Entry& entry : m_entries) {
-                if (entry.key == reinterpret_cast<std::uintptr_t>(box)) {
-                    return &entry.value;
-                }
+        if (m_slots == nullptr) {
+            const auto word = reinterpret_cast<std::uintptr_t>(box);
+            if (Entry* const entry = scan([word](Key key) { return key == word; })) {
+                return &entry->value;
             }
         }
         return findEqualText(box);
@@ -150,48 +283,149 @@ private:
     using Key = std::uint64_t;
     static constexpr Key kErased = 0;
 
+    /// Where an entry is, for as long as it lives. The first positions are not used: so the highest bit of a position
+    /// numbers the segment that it is in.
+    using Position = std::uint32_t;
+    static constexpr Position kNone = 0;
+    static constexpr Position kFirst = 4;
+    /// Positions must leave slots some bits for the hash.
+    static constexpr std::size_t kMostEntries = std::size_t{1} << 30;
+
     struct Entry {
-        Key key;
+        Key key = kErased;
         RubyValue value;
+        /// In insertion order. An erased entry keeps what came after it, for iterators that are still there; in place
+        /// of what came before it is the position that was erased before it.
+        Position next = kNone;
+        Position previous = kNone;
+    };
+    struct FreeSegment {
+        void operator()(Entry* entries) const noexcept { ::operator delete(entries); }
+    };
+    /// Memory for entries. The segments double in size and never move.
+    using Segment = std::unique_ptr<Entry, FreeSegment>;
+    struct NumberedSegment {
+        Segment entries;
+        /// Where position 0 would be.
+        std::uintptr_t origin = 0;
+
+        void hold(Segment segment, Position first) noexcept {
+            entries = std::move(segment);
+            origin = reinterpret_cast<std::uintptr_t>(entries.get()) - std::uintptr_t{first} * sizeof(Entry);
+        }
+        [[nodiscard]] Entry& entryAt(Position position) const noexcept {
+            return *reinterpret_cast<Entry*>(origin + std::uintptr_t{position} * sizeof(Entry));
+        }
     };
     struct Probe;
 
-    static std::string keyText(Key key);
+    /// The number of the highest bit of a position.
+    [[nodiscard]] static std::size_t highestBit(Position position) noexcept {
+        return 31U ^ static_cast<unsigned>(std::countl_zero(position));
+    }
+    /// The number of the segment that a position is in.
+    [[nodiscard]] static std::size_t segmentOf(Position position) noexcept { return highestBit(position) - 2; }
+    [[nodiscard]] Entry& indexedEntry(Position position) const noexcept {
+        return m_table[segmentOf(position)].entryAt(position);
+    }
+    [[nodiscard]] Entry& entryAt(Position position) const noexcept {
+        if (m_table != nullptr) {
+            return indexedEntry(position);
+        }
+        const Position second = 2 * kFirst;
+        return position < second ? m_few[0].get()[position - kFirst] : m_few[1].get()[position - second];
+    }
+    [[nodiscard]] Position positionOf(const Entry& entry) const noexcept {
+        return entry.previous == kNone ? m_head : entryAt(entry.previous).next;
+    }
+    /// The next position in insertion order, also from one that was erased since the last key was stored.
+    [[nodiscard]] Position positionAfter(Position position) const noexcept {
+        if (m_size == 0) {
+            return kNone;
+        }
+        do {
+            position = entryAt(position).next;
+        } while (position != kNone && entryAt(position).key == kErased);
+        return position;
+    }
+    /// The entry of a map without an index whose key word `matches`, or null.
+    template <typename Matches>
+    [[nodiscard]] Entry* scan(Matches matches) const noexcept {
+        for (const Segment& segment : m_few) {
+            Entry* const entries = segment.get();
+            if (entries == nullptr) {
+                break;
+            }
+            // All four of them are there, used or erased; a map with more than eight has an index.
+            if (matches(entries[0].key)) {
+                return entries;
+            }
+            if (matches(entries[1].key)) {
+                return entries + 1;
+            }
+            if (matches(entries[2].key)) {
+                return entries + 2;
+            }
+            if (matches(entries[3].key)) {
+                return entries + 3;
+            }
+        }
+        return nullptr;
+    }
+
+    static void assignKeyText(std::string& text, Key key);
+    static void retainKey(Key key) noexcept;
     static void releaseKey(Key key) noexcept;
     static bool matches(Key stored, const Probe& probe) noexcept;
-    [[nodiscard]] RubyValue* findEqualText(internal::StringBox* box) noexcept;
-    [[nodiscard]] RubyValue* findProbe(const Probe& probe) noexcept;
-    [[nodiscard]] RubyValue* findLargeInteger(std::int64_t number) noexcept;
-    /// The index of the entry whose key word has this hash and `matches`, looked up through the index; the number of
-    /// entries when there is none.
-    template <typename Matches>
-    [[nodiscard]] std::size_t findIndexed(std::uint64_t hash, Matches matches) const noexcept;
     static std::uint64_t hashOf(Key key) noexcept;
+
+    [[nodiscard]] RubyValue* findEqualText(internal::StringBox* box) noexcept;
+    [[nodiscard]] RubyValue* findLargeInteger(std::int64_t number) noexcept;
+    [[nodiscard]] RubyValue* findHashedInteger(std::int64_t number) noexcept;
+    [[nodiscard]] Entry* findEntry(const Probe& probe) const noexcept;
+    /// The entry whose key word has this hash and `matches`, looked up through the index, or null.
+    template <typename Matches>
+    [[nodiscard]] Entry* findIndexed(std::uint64_t hash, Matches matches) const noexcept;
+    /// The entry with this key in a map whose slots are numbered by keys, or null.
+    [[nodiscard]] Entry* findNumbered(Key key) const noexcept;
     /// True for the integers that number a slot.
     [[nodiscard]] bool numbersSlot(Key key) const noexcept;
-    /// The index of the entry with this key in a map whose slots are numbered by keys; the number of entries when there
-    /// is none.
-    [[nodiscard]] std::size_t findNumbered(Key key) const noexcept;
-    void enterSlot(Key key, std::size_t index) noexcept;
-    void enterSlots() noexcept;
 
-    [[nodiscard]] std::size_t findIndex(const Probe& probe) const noexcept;
-    RubyValue& findOrAppend(const Probe& probe);
-    RubyValue& append(const Probe& probe);
-    std::size_t eraseProbe(const Probe& probe) noexcept;
-    void prepareAppend(const Probe& probe);
-    void makeRoom();
+    [[nodiscard]] std::size_t slotCount() const noexcept { return m_slots == nullptr ? 0 : std::size_t{m_mask} + 1; }
+    void enterSlot(Key key, Position position) noexcept;
+    void leaveSlot(Key key, Position position) noexcept;
+    void enterAllSlots() noexcept;
     void rebuildIndex(std::size_t slots);
-    void compact() noexcept;
-    void releaseKeys() noexcept;
 
-    std::vector<Entry> m_entries;
-    /// Open addressing in groups of slots: entry index + 1 in the low bits, as many as the size of the table needs, and
-    /// in the bits above them those of the key's hash, so that most other keys are told apart without a look at their
-    /// entries. 0 for a free slot. Empty while the map is small enough to scan. When every key is the number of a slot,
-    /// each entry's index + 1 is in just that slot, and `m_isNumbered` is set.
-    std::vector<std::uint32_t> m_slots;
+    Entry& append(const Probe& probe);
+    /// Appends an entry under a key that is not there and takes over the key's reference. There must be room.
+    Entry& link(Key key) noexcept;
+    void makeRoom();
+    void addSegment(std::size_t segment);
+    [[nodiscard]] RubyValue unlink(Entry& entry) noexcept;
+    void copyPositions(const RubyMap& other);
+
+    /// The segments of a map without an index.
+    std::array<Segment, 2> m_few;
+    /// The segments of a map with an index: as many as its slots can point into.
+    std::unique_ptr<NumberedSegment[]> m_table;
+    /// The index, null while the map is small enough to scan. Open addressing in groups of slots: the position in the
+    /// low bits, as many as the size of the table needs, and in the bits above them those of the key's hash, so that
+    /// most other keys are told apart without a look at their entries. A group is filled from its first slot on; 0 is a
+    /// free slot, 1 a slot of a full group that was given up: the search for a key goes on past full groups, so they
+    /// stay full until all slots are entered anew. When every key is the number of a slot, each entry's position is in
+    /// just that slot, and `m_isNumbered` is set.
+    std::unique_ptr<std::uint32_t[]> m_slots;
+    /// The number of slots less 1.
+    std::uint32_t m_mask = 0;
     std::uint32_t m_size = 0;
+    /// The highest position that was ever used.
+    Position m_last = kFirst - 1;
+    Position m_head = kNone;
+    Position m_tail = kNone;
+    /// The position that was erased last and is not in use again.
+    Position m_free = kNone;
+    std::uint32_t m_givenUpSlots = 0;
     bool m_isNumbered = false;
 };
 

@@ -110,10 +110,12 @@ public:
     RubyValue(const RubyArray& elements);
     /// A new array holding the elements, moved.
     RubyValue(RubyArray&& elements);
-    /// A new map holding copies of the entries.
-    RubyValue(const RubyMap& entries);
+    /// A new map holding copies of the entries. Takes no braces in place of a map: those mean a std::unordered_map.
+    template <std::derived_from<RubyMap> Map>
+    RubyValue(const Map& entries) : RubyValue(mapOf(entries)) {}
     /// A new map holding the entries, moved.
-    RubyValue(RubyMap&& entries);
+    template <std::derived_from<RubyMap> Map>
+    RubyValue(Map&& entries) : RubyValue(mapOf(std::move(entries))) {}
     /// A new map holding copies of the entries, in the iteration order of the argument.
     RubyValue(const std::unordered_map<std::string, RubyValue>& entries);
     /// A new map holding the entries, moved, in the iteration order of the argument.
@@ -211,6 +213,9 @@ public:
 
 private:
     static constexpr std::uint8_t kBoxedBit = 4;
+
+    static RubyValue mapOf(const RubyMap& entries);
+    static RubyValue mapOf(RubyMap&& entries);
 
     void requireType(Type wanted, const char* message) const {
         if (type != wanted) [[unlikely]] {

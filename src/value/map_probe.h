@@ -1,0 +1,121 @@
+// The words that a map keeps keys in, and keys on their way into it.
+#pragma once
+
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "morvel/ruby/map.h"
+#include "value/hash.h"
+
+namespace morvel::ruby {
+
+namespace internal {
+
+/// True for the integers that fit into a key word beside its tag: their two highest bits are equal.
+inline bool fitsKey(std::int64_t number) noexcept {
+    const auto bits = static_cast<std::uint64_t>(number);
+    return static_cast<std::int64_t>(bits ^ (bits << 1)) >= 0;
+}
+
+inline bool isIntegerKey(std::uint64_t key) noexcept { return (key & 1) != 0; }
+
+inline std::uint64_t integerKey(std::int64_t number) noexcept { return (static_cast<std::uint64_t>(number) << 1) | 1; }
+
+inline std::int64_t integerOf(std::uint64_t key) noexcept { return static_cast<std::int64_t>(key) >> 1; }
+
+inline StringBox* boxOf(std::uint64_t key) noexcept {
+    return reinterpret_cast<StringBox*>(static_cast<std::uintptr_t>(key));
+}
+
+inline std::uint64_t keyOf(StringBox* box) noexcept { return reinterpret_cast<std::uintptr_t>(box); }
+
+/// The integer whose decimal text is exactly `text`, so that the text and the integer stand for each other.
+inline std::optional<std::int64_t> canonicalInteger(std::string_view text) noexcept {
+    constexpr std::size_t kMostCharacters = 20;
+    if (text.empty() || text.size() > kMostCharacters || (text[0] != '-' && (text[0] < '0' || text[0] > '9'))) {
+        return std::nullopt;
+    }
+    const bool negative = text[0] == '-';
+    const std::string_view digits = text.substr(negative ? 1 : 0);
+    if (digits.empty() || (digits[0] == '0' && (negative || digits.size() > 1))) {
+        return std::nullopt;
+    }
+    std::int64_t number = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (result.ec != std::errc() || result.ptr != text.data() + text.size() || !fitsKey(number)) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+/// The hash of a text, computed once and kept with it.
+inline std::uint64_t hashOfBox(const StringBox& box) noexcept {
+    if (box.hash == 0) {
+        box.hash = hashText(box.text);
+    }
+    return box.hash;
+}
+
+}  // namespace internal
+
+/// A key on its way into the map: an integer key word, or a text that may have a box to share.
+struct RubyMap::Probe {
+    explicit Probe(std::string_view keyText) noexcept : text(keyText) { recognizeInteger(); }
+
+    explicit Probe(internal::StringBox* keyBox) noexcept : box(keyBox), text(keyBox->text) { recognizeInteger(); }
+
+    explicit Probe(const RubyValue& keyValue) noexcept {
+        if (!keyValue.isInteger()) {
+            box = static_cast<internal::StringBox*>(keyValue.data.box);
+            text = box->text;
+            recognizeInteger();
+        } else if (internal::fitsKey(keyValue.data.integer)) {
+            integer = internal::integerKey(keyValue.data.integer);
+        } else {
+            const char* const end =
+                std::to_chars(digits.data(), digits.data() + digits.size(), keyValue.data.integer).ptr;
+            text = {digits.data(), static_cast<std::size_t>(end - digits.data())};
+        }
+    }
+    Probe(const Probe&) = delete;
+    Probe& operator=(const Probe&) = delete;
+
+    void recognizeInteger() noexcept {
+        if (const auto number = internal::canonicalInteger(text)) {
+            integer = internal::integerKey(*number);
+        }
+    }
+
+    [[nodiscard]] std::uint64_t hash() const noexcept {
+        if (integer != kErased) {
+            return internal::hashInteger(internal::integerOf(integer));
+        }
+        return box != nullptr ? internal::hashOfBox(*box) : internal::hashText(text);
+    }
+
+    /// The key word to store; owns one reference when it is a box.
+    [[nodiscard]] Key makeKey() const {
+        if (integer != kErased) {
+            return integer;
+        }
+        if (box != nullptr) {
+            ++box->references;
+            return internal::keyOf(box);
+        }
+        return internal::keyOf(new internal::StringBox(std::string(text)));
+    }
+
+    Key integer = kErased;
+    internal::StringBox* box = nullptr;
+    std::string_view text;
+    /// Holds the text of an integer that is too large for a key word.
+    std::array<char, 24> digits;
+};
+
+}  // namespace morvel::ruby
