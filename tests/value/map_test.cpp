@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <random>
 #include <stdexcept>
 
@@ -298,6 +299,81 @@ TEST(Map, ManyErasedEntriesDoNotPileUp) {
     EXPECT_EQ(1u, copy.size());
 }
 
+RubyMap makeIntegerMap(int count) {
+    RubyMap map;
+    for (int i = 0; i < count; ++i) {
+        map.findOrInsert(RubyValue(i)) = i;
+    }
+    return map;
+}
+
+/// The largest block that filling the map with many integers asks for: little when it still has the memory.
+std::size_t largestBlockForFilling(RubyMap& map, int count) {
+    const AllocationMeter meter;
+    for (int i = 0; i < count; ++i) {
+        map.findOrInsert(RubyValue(i)) = i;
+    }
+    return AllocationMeter::largest();
+}
+
+constexpr int kMany = 20000;
+constexpr std::size_t kLargeBlock = kMany * sizeof(RubyValue) / 4;
+
+TEST(Map, ReusesTheMemoryOfErasedEntries) {
+    RubyMap map = makeIntegerMap(kMany);
+    for (int i = 0; i < kMany / 2; ++i) {
+        map.erase(std::to_string(i));
+    }
+    EXPECT_EQ(0u, largestBlockForFilling(map, kMany));
+    EXPECT_EQ(static_cast<std::size_t>(kMany), map.size());
+}
+
+TEST(Map, GivesMemoryBackWhenItIsEmptied) {
+    RubyMap map = makeIntegerMap(kMany);
+    for (int i = 0; i < kMany; ++i) {
+        map.take(RubyValue(i));
+    }
+    EXPECT_GT(largestBlockForFilling(map, kMany), kLargeBlock);
+}
+
+TEST(Map, GivesMemoryBackWhenAScriptStoresInANearlyEmptyMap) {
+    RubyMap map = makeIntegerMap(kMany);
+    for (int i = 3; i < kMany; ++i) {
+        map.take(RubyValue(i));
+    }
+    {
+        const AllocationMeter meter;
+        map.findOrInsert(RubyValue("new")) = "value";
+        EXPECT_LT(AllocationMeter::largest(), 1000u);
+    }
+    EXPECT_EQ("{\"0\": 0, \"1\": 1, \"2\": 2, \"new\": \"value\"}", describe(map));
+    EXPECT_GT(largestBlockForFilling(map, kMany), kLargeBlock);
+}
+
+TEST(Map, ACopyHoldsOnlyWhatLives) {
+    RubyMap map = makeIntegerMap(kMany);
+    for (int i = 20; i < kMany; ++i) {
+        map.take(RubyValue(i));
+    }
+    const AllocationMeter meter;
+    const RubyMap copy = map;
+    EXPECT_LT(AllocationMeter::largest(), 4096u);
+    EXPECT_EQ(20u, copy.size());
+    EXPECT_EQ(describe(map), describe(copy));
+}
+
+// When the last key goes and comes back, that costs no memory each time.
+TEST(Map, ASmallMapKeepsItsMemory) {
+    RubyMap map;
+    map["a"] = 1;
+    const AllocationMeter meter;
+    for (int i = 0; i < 100; ++i) {
+        map.take(RubyValue(5));
+        map.findOrInsert(RubyValue(5)) = 1;
+    }
+    EXPECT_EQ(0u, AllocationMeter::count());
+}
+
 /// The same operations on a map and on a model made of standard containers.
 class ModelledMap {
 public:
@@ -329,6 +405,45 @@ public:
     void copy() {
         RubyMap copied = m_map;
         m_map = std::move(copied);
+    }
+
+    void shrink() { m_map.shrink_to_fit(); }
+
+    /// Takes the oldest key out, and stores it again: it is the last then.
+    void moveOldest() {
+        if (m_order.empty()) {
+            return;
+        }
+        const std::string key = m_map.begin()->first;
+        ASSERT_EQ(m_order.front(), key);
+        const std::optional<RubyValue> value = m_map.take(RubyValue(key));
+        ASSERT_TRUE(value);
+        m_map.findOrInsert(RubyValue(key)) = *value;
+        std::rotate(m_order.begin(), m_order.begin() + 1, m_order.end());
+    }
+
+    /// Erases entries on the way through the map, by key or by iterator.
+    template <typename IsWanted>
+    void eraseDuring(IsWanted isWanted) {
+        std::vector<std::string> visited;
+        for (auto it = m_map.begin(); it != m_map.end();) {
+            const std::string key = it->first;
+            visited.push_back(key);
+            const int choice = isWanted();
+            if (choice == 0) {
+                it = m_map.erase(it);
+            } else {
+                if (choice == 1) {
+                    m_map.erase(key);
+                }
+                ++it;
+            }
+            if (choice < 2) {
+                m_model.erase(key);
+            }
+        }
+        ASSERT_EQ(m_order, visited);
+        std::erase_if(m_order, [this](const std::string& key) { return m_model.find(key) == m_model.end(); });
     }
 
     void compare() const {
@@ -392,8 +507,17 @@ void runRandomOperations(MakeKey& makeKey, unsigned variety) {
         } else {
             map.lookUp(key);
         }
+        if (step % 3 == 0) {
+            map.moveOldest();
+        }
         if (step % 500 == 0) {
             map.copy();
+        }
+        if (step % 641 == 0) {
+            map.eraseDuring([&random] { return static_cast<int>(random() % 8); });
+        }
+        if (step % 1999 == 0) {
+            map.shrink();
         }
         if (step % 97 == 0) {
             map.compare();

@@ -1,0 +1,145 @@
+// Storing and deleting in any pattern costs a constant time for each operation, and looking up stays as fast.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ctime>
+#include <functional>
+#include <string>
+
+#include "morvel/ruby/map.h"
+#include "support.h"
+
+namespace morvel::ruby::tests {
+
+namespace {
+
+constexpr int kOperations = kAddressSanitizer || kThreadSanitizer ? 2'000 : 8'000;
+// Eight times the operations on eight times the entries: with a constant cost for each, about eight times the time, and
+// some more as less of the map is in the caches. With a cost that grows with the map, it is 64 times.
+constexpr int kFactor = 8;
+constexpr double kMostRatio = 32.0;
+
+using Work = std::function<void(int)>;
+
+double secondsFor(const Work& work, int count) {
+    double best = 1e9;
+    for (int i = 0; i < 3; ++i) {
+        // Time of the processor, so that other programs on the machine do not count.
+        const std::clock_t start = std::clock();
+        work(count);
+        best = std::min(best, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+    }
+    return best;
+}
+
+void expectConstantCost(const Work& work) {
+    // The clock may be coarse.
+    constexpr double kTick = 1e-4;
+    const double few = std::max(secondsFor(work, kOperations), kTick);
+    EXPECT_LT(secondsFor(work, kFactor * kOperations), kMostRatio * few);
+}
+
+RubyValue textKey(std::int64_t number) { return "key " + std::to_string(number); }
+RubyValue integerKey(std::int64_t number) { return number; }
+RubyValue scatteredKey(std::int64_t number) { return number * 1'000'003; }
+
+using MakeKey = RubyValue(std::int64_t);
+
+class MapPatterns : public testing::TestWithParam<MakeKey*> {
+protected:
+    static RubyValue key(std::int64_t number) { return GetParam()(number); }
+    static RubyMap filled(int count) {
+        RubyMap map;
+        for (int i = 0; i < count; ++i) {
+            map.findOrInsert(key(i)) = i;
+        }
+        return map;
+    }
+};
+
+TEST_P(MapPatterns, OneKeyComesAndGoes) {
+    expectConstantCost([](int count) {
+        RubyMap map = filled(count);
+        const RubyValue mark = key(count);
+        for (int i = 0; i < count; ++i) {
+            map.findOrInsert(mark) = i;
+            EXPECT_TRUE(map.take(mark));
+        }
+    });
+}
+
+TEST_P(MapPatterns, TheOldestGoesAndANewOneComes) {
+    expectConstantCost([](int count) {
+        RubyMap map = filled(count);
+        for (int i = 0; i < count * 2; ++i) {
+            EXPECT_EQ(i, map.begin()->second.asInteger());
+            map.erase(map.begin());
+            map.findOrInsert(key(count + i)) = count + i;
+        }
+    });
+}
+
+TEST_P(MapPatterns, TheOldestMovesToTheEnd) {
+    expectConstantCost([](int count) {
+        RubyMap map = filled(count);
+        for (int i = 0; i < count * 2; ++i) {
+            EXPECT_TRUE(map.take(key(i % count)));
+            map.findOrInsert(key(i % count)) = i;
+        }
+    });
+}
+
+TEST_P(MapPatterns, TheLastComesAndGoes) {
+    expectConstantCost([](int count) {
+        RubyMap map = filled(count);
+        for (int i = 0; i < count; ++i) {
+            EXPECT_TRUE(map.take(key(count - 1)));
+            map.findOrInsert(key(count - 1)) = i;
+        }
+    });
+}
+
+TEST_P(MapPatterns, MissingKeysAreLookedUpAfterManyDeletions) {
+    expectConstantCost([](int count) {
+        RubyMap map = filled(count);
+        for (int i = 0; i < count; ++i) {
+            EXPECT_TRUE(map.take(key(i)));
+            map.findOrInsert(key(count + i)) = i;
+            EXPECT_EQ(nullptr, map.findValue(key(i)));
+        }
+    });
+}
+
+TEST_P(MapPatterns, CopiesOfANearlyEmptyMap) {
+    expectConstantCost([](int count) {
+        RubyMap map = filled(count);
+        for (int i = 1; i < count; ++i) {
+            EXPECT_TRUE(map.take(key(i)));
+        }
+        for (int i = 0; i < count; ++i) {
+            const RubyMap copy = map;
+            EXPECT_EQ(1u, copy.entryValues().size());
+        }
+    });
+}
+
+TEST_P(MapPatterns, ShrinkingToOneAndGrowing) {
+    expectConstantCost([](int count) {
+        RubyMap map = filled(1);
+        for (int round = 0; round < 3; ++round) {
+            for (int i = 1; i < count; ++i) {
+                map.findOrInsert(key(i)) = i;
+            }
+            for (int i = count; --i > 0;) {
+                EXPECT_TRUE(map.take(key(i)));
+                EXPECT_EQ(0, map.begin()->second.asInteger());
+            }
+        }
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Keys, MapPatterns, testing::Values(textKey, integerKey, scatteredKey));
+
+}  // namespace
+
+}  // namespace morvel::ruby::tests
