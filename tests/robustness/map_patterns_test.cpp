@@ -43,11 +43,14 @@ RubyValue textKey(std::int64_t number) { return "key " + std::to_string(number);
 RubyValue integerKey(std::int64_t number) { return number; }
 RubyValue scatteredKey(std::int64_t number) { return number * 1'000'003; }
 
-using MakeKey = RubyValue(std::int64_t);
+struct Keys {
+    const char* name;
+    RubyValue (*make)(std::int64_t);
+};
 
-class MapPatterns : public testing::TestWithParam<MakeKey*> {
+class MapPatterns : public testing::TestWithParam<Keys> {
 protected:
-    static RubyValue key(std::int64_t number) { return GetParam()(number); }
+    static RubyValue key(std::int64_t number) { return GetParam().make(number); }
     static RubyMap filled(int count) {
         RubyMap map;
         for (int i = 0; i < count; ++i) {
@@ -138,7 +141,10 @@ TEST_P(MapPatterns, ShrinkingToOneAndGrowing) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Keys, MapPatterns, testing::Values(textKey, integerKey, scatteredKey));
+INSTANTIATE_TEST_SUITE_P(All, MapPatterns,
+                         testing::Values(Keys{"Texts", textKey}, Keys{"Integers", integerKey},
+                                         Keys{"ScatteredIntegers", scatteredKey}),
+                         [](const auto& keys) { return keys.param.name; });
 
 }  // namespace
 

@@ -129,14 +129,9 @@ public:
 
     using iterator = BasicIterator<RubyMap, RubyValue>;
     using const_iterator = BasicIterator<const RubyMap, const RubyValue>;
-    using reference = iterator::reference;
-    using const_reference = const_iterator::reference;
-
-    /// The entry and whether it is new; as a bool, whether it is new.
-    struct Assignment : std::pair<iterator, bool> {
-        using std::pair<iterator, bool>::pair;
-        operator bool() const noexcept { return second; }
-    };
+    using reference = Pair<RubyValue>&;
+    using const_reference = Pair<const RubyValue>&;
+    struct Assignment;
 
     RubyMap() noexcept = default;
     /// Holds the entries in the order given; of those with equal keys the first.
@@ -222,12 +217,7 @@ public:
     }
     /// Stores a value made from the arguments under `key`; makes none and leaves the arguments alone when it is there.
     template <typename... Arguments>
-    std::pair<iterator, bool> try_emplace(std::string_view key, Arguments&&... arguments) {
-        if (const iterator found = find(key); found != end()) {
-            return {found, false};
-        }
-        return insert_or_assign(key, RubyValue(std::forward<Arguments>(arguments)...));
-    }
+    std::pair<iterator, bool> try_emplace(std::string_view key, Arguments&&... arguments);
     /// Stores `value` under `key`; gives its entry and whether the key is new.
     Assignment insert_or_assign(std::string_view key, RubyValue value);
 
@@ -428,6 +418,20 @@ private:
     std::uint32_t m_givenUpSlots = 0;
     bool m_isNumbered = false;
 };
+
+/// What insert_or_assign gives: the entry and whether it is new; as a bool, whether it is new.
+struct RubyMap::Assignment : std::pair<iterator, bool> {
+    using std::pair<iterator, bool>::pair;
+    operator bool() const noexcept { return second; }
+};
+
+template <typename... Arguments>
+std::pair<RubyMap::iterator, bool> RubyMap::try_emplace(std::string_view key, Arguments&&... arguments) {
+    if (const iterator found = find(key); found != end()) {
+        return {found, false};
+    }
+    return insert_or_assign(key, RubyValue(std::forward<Arguments>(arguments)...));
+}
 
 namespace internal {
 
