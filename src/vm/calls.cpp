@@ -49,7 +49,7 @@ RubyValue withExhaustionCaught(const Form& form) {
     }
 }
 
-RubyValue protectedGuardedCall(RubyVM::Impl& vm, const RubyFunctionHandle& handle, const RubyValue* arguments,
+RubyValue protectedGuardedCall(const RubyVM::Impl& vm, const RubyFunctionHandle& handle, const RubyValue* arguments,
                                std::size_t argumentCount) {
     const internal::Program& program = *handle.program;
     const auto& function = program.functions[static_cast<std::size_t>(handle.functionIndex)];

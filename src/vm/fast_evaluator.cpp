@@ -1,5 +1,6 @@
 // Runs the functions that have a fast form: a walk over the nodes of the expression tree, without frames and
 // instructions.
+#include <array>
 #include <cstddef>
 #include <iterator>
 #include <utility>
@@ -71,8 +72,30 @@ RubyValue leafValue(const internal::GlobalTable& globals, const FastNode& leaf, 
     return globals.value(slot);
 }
 
-/// The values of the nodes that wait for the one that uses them.
-using Operands = std::vector<RubyValue>;
+/// The values that wait for the operators that use them. Few of them, as most expressions have, take no memory.
+class Operands {
+public:
+    explicit Operands(std::size_t most) : m_many(most > kFew ? most : 0) {}
+    Operands(const Operands&) = delete;
+    Operands& operator=(const Operands&) = delete;
+
+    void push(RubyValue value) noexcept { *m_end++ = std::move(value); }
+    /// The value pushed last.
+    [[nodiscard]] RubyValue& last() noexcept { return m_end[-1]; }
+    [[nodiscard]] RubyValue takeLast() noexcept { return std::move(*--m_end); }
+    [[nodiscard]] RubyArray takeLast(std::size_t count) {
+        RubyArray values(std::make_move_iterator(m_end - count), std::make_move_iterator(m_end));
+        m_end -= count;
+        return values;
+    }
+
+private:
+    static constexpr std::size_t kFew = 8;
+
+    std::array<RubyValue, kFew> m_few;
+    std::vector<RubyValue> m_many;
+    RubyValue* m_end = m_many.empty() ? m_few.data() : m_many.data();
+};
 
 // The leftmost leaf: the nodes of an expression lie in the order of evaluation, so that it is the first to evaluate,
 // and a long chain of operators needs no recursion.
@@ -87,31 +110,21 @@ std::size_t firstNode(const std::vector<FastNode>& nodes, std::size_t root) {
     }
 }
 
-RubyValue takeLast(Operands& operands) {
-    RubyValue last = std::move(operands.back());
-    operands.pop_back();
-    return last;
-}
-
 /// Replaces the operands of the node by its value.
 void applyNode(const FastNode& node, Operands& operands, const internal::Program& program) {
     switch (node.kind) {
         case FastNodeKind::Negate:
-            operands.back() = internal::negateValue(operands.back(), program, node.line);
+            operands.last() = internal::negateValue(operands.last(), program, node.line);
             break;
         case FastNodeKind::Not:
-            operands.back() = !operands.back().isTruthy();
+            operands.last() = !operands.last().isTruthy();
             break;
-        case FastNodeKind::MakeArray: {
-            const auto first = operands.end() - static_cast<std::ptrdiff_t>(node.children.size());
-            RubyArray elements(std::make_move_iterator(first), std::make_move_iterator(operands.end()));
-            operands.erase(first, operands.end());
-            operands.emplace_back(std::move(elements));
+        case FastNodeKind::MakeArray:
+            operands.push(operands.takeLast(node.children.size()));
             break;
-        }
         default: {
-            const RubyValue right = takeLast(operands);
-            operands.back() = binaryResult(node, operands.back(), right, program);
+            const RubyValue right = operands.takeLast();
+            operands.last() = binaryResult(node, operands.last(), right, program);
             break;
         }
     }
@@ -138,21 +151,22 @@ RubyValue RubyVM::Impl::executeFastFunction(const std::shared_ptr<Program>& prog
 
 RubyValue RubyVM::Impl::evaluateFastNode(const Program& program, const CompiledFunction& function,
                                          std::int32_t nodeIndex, const RubyValue* arguments,
-                                         std::size_t argumentCount) {
+                                         std::size_t argumentCount) const {
     if (nodeIndex < 0 || static_cast<std::size_t>(nodeIndex) >= function.fastNodes.size()) {
         internal::runtimeError(program, 0, "fast callable node is out of range");
     }
     const auto root = static_cast<std::size_t>(nodeIndex);
-    Operands operands;
-    for (std::size_t i = firstNode(function.fastNodes, root); i <= root; ++i) {
+    const std::size_t first = firstNode(function.fastNodes, root);
+    Operands operands(root - first + 1);
+    for (std::size_t i = first; i <= root; ++i) {
         const FastNode& node = function.fastNodes[i];
         if (node.kind == FastNodeKind::Leaf) {
-            operands.push_back(leafValue(globals, node, program, arguments, argumentCount));
+            operands.push(leafValue(globals, node, program, arguments, argumentCount));
         } else {
             applyNode(node, operands, program);
         }
     }
-    return std::move(operands.back());
+    return operands.takeLast();
 }
 
 }  // namespace morvel::ruby

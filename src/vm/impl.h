@@ -93,7 +93,7 @@ public:
     RubyValue executeFastFunction(const std::shared_ptr<Program>& program, const CompiledFunction& function,
                                   const RubyValue* arguments, std::size_t argumentCount);
     RubyValue evaluateFastNode(const Program& program, const CompiledFunction& function, std::int32_t nodeIndex,
-                               const RubyValue* arguments, std::size_t argumentCount);
+                               const RubyValue* arguments, std::size_t argumentCount) const;
 
     /// Calls arguments[0] with the other arguments in protected mode; the result array of `pcall`.
     RubyValue protectedCall(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
