@@ -1,14 +1,20 @@
-// Refuses sizes that no machine could serve before any memory is touched.
+// Refuses sizes that the process cannot have before any memory is touched.
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 namespace morvel::ruby::internal {
 
 /// Bytes that are not worth a look at the machine: small requests are the rule.
 inline constexpr std::size_t kSurelyThere = 1 << 20;
 
-/// Throws std::bad_alloc when `count` elements of `size` bytes each exceed the machine's memory. Either may be 0.
+/// Throws std::bad_alloc when `count` elements of `size` bytes each exceed the machine's memory, the limits of the
+/// process (RLIMIT_AS, RLIMIT_DATA) or, for requests that are large, those of its control group. Either may be 0.
 void requireMemory(std::size_t count, std::size_t size);
+
+/// The memory that control groups of version 1 or 2 leave to a process; a huge number when they set no limit.
+/// `groupsOfProcess` is the file that names its groups, `root` the folder of all groups.
+[[nodiscard]] std::size_t controlGroupLimit(const std::string& groupsOfProcess, const std::string& root);
 
 }  // namespace morvel::ruby::internal

@@ -115,19 +115,21 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
     }
     prepareRegisters(code, m_current->base);
     while (true) {
+        std::string message;
+        bool isMemoryOut = false;
         try {
             interpret(entry, self);
             return result;
         } catch (const std::exception& exception) {
             m_runs.requireInnermost(self);
-            std::string message = textOf(exception);
-            if (!recover(entry, message)) {
+            if (protectedFrame(entry) == entry) {
                 throw;
             }
-            if (isOutOfMemory(exception)) {
-                giveBackMemory();
-            }
+            message = textOf(exception);
+            isMemoryOut = isOutOfMemory(exception);
         }
+        // By now the exception is gone, which may lie above much of what can be given back.
+        static_cast<void>(recover(entry, message, isMemoryOut));
     }
 }
 
@@ -250,13 +252,18 @@ bool Engine::leaveFrame(RubyValue* value) {
 
 void Engine::throwMessage() { throw RubyError(std::exchange(m_message, {})); }
 
-bool Engine::recover(std::size_t entry, std::string& message) {
+std::size_t Engine::protectedFrame(std::size_t entry) const noexcept {
+    std::size_t index = depth();
+    while (index > entry && (m_frames[index].marks & kProtectedFrame) == 0) {
+        --index;
+    }
+    return index;
+}
+
+bool Engine::recover(std::size_t entry, std::string& message, bool isMemoryOut) {
     bool isMessageLost = false;
     while (true) {
-        std::size_t index = depth();
-        while (index > entry && (m_frames[index].marks & kProtectedFrame) == 0) {
-            --index;
-        }
+        const std::size_t index = protectedFrame(entry);
         if (index == entry && isMessageLost) {
             throw std::bad_alloc();
         }
@@ -265,7 +272,12 @@ bool Engine::recover(std::size_t entry, std::string& message) {
         }
         RubyValue* result = m_frames[index].result;
         unwindTo(index - 1);
-        giveBackStack();
+        if (isMemoryOut) {
+            // Before the outcome is made, which would keep what lies below it from the system.
+            giveBackMemory();
+        } else {
+            giveBackStack();
+        }
         try {
             assignRegister(result, pcallFailure(isMessageLost ? std::string(kOutOfMemory) : std::move(message)));
             return true;

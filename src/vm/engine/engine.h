@@ -104,10 +104,12 @@ private:
     void abandonFrames(Runs::Id run, std::size_t entry) noexcept;
     /// Ends the top frame, which is not a plain one, with the value at `value`; true when the run is over.
     [[nodiscard]] bool leaveFrame(RubyValue* value);
+    /// The frame of the innermost pcall above `entry`, or `entry`.
+    [[nodiscard]] std::size_t protectedFrame(std::size_t entry) const noexcept;
     /// Delivers a failure to the innermost pcall above `entry`; false when there is none. Throws std::bad_alloc when
     /// there is one, but neither it nor those around it find the memory for their outcome. The message is used up when
     /// it is delivered.
-    [[nodiscard]] bool recover(std::size_t entry, std::string& message);
+    [[nodiscard]] bool recover(std::size_t entry, std::string& message, bool isMemoryOut = false);
     /// Throws the failure that no pcall of this run was there for.
     [[noreturn]] void throwMessage();
 
