@@ -339,6 +339,26 @@ TEST(ManyVms, DoNotGrowMemory) {
     EXPECT_EQ(round(), first);
 }
 
+TEST(ManyVms, LeaveLittleBehindForReuse) {
+    const auto work = [] {
+        RubyVM vm;
+        EXPECT_EQ(outcome(vm,
+                          "a = [] i = 0 while i < 30000 do m = map_new() m['a key of more than sixteen bytes'] = [i]\n"
+                          "array_push(a, m) array_push(a, 'text ' + i) i = i + 1 end a = nil"),
+                  "nil");
+    };
+    std::thread([&work] {
+        { const RubyVM warmUp; }
+        const std::size_t before = allocationCounts().liveBytes;
+        work();
+        const std::size_t after = allocationCounts().liveBytes;
+        constexpr std::size_t kLittle = 100'000;
+        EXPECT_LT(after, before + kLittle);
+        work();
+        EXPECT_LE(allocationCounts().liveBytes, after);
+    }).join();
+}
+
 }  // namespace
 
 }  // namespace morvel::ruby::tests

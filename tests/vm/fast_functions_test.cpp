@@ -298,6 +298,15 @@ TEST(Errors, Texts) {
     EXPECT_EQ("t", internal::errorText(RubyError("t")));
     EXPECT_EQ(std::string("a\0b", 3), internal::errorText(RubyError(std::string("a\0b", 3))));
     EXPECT_EQ("out of memory", internal::errorText(std::bad_alloc()));
+    EXPECT_EQ("out of memory", internal::errorText(std::bad_array_new_length()));
+    struct FullPool : std::bad_alloc {
+        [[nodiscard]] const char* what() const noexcept override { return "the host's pool is full"; }
+    };
+    EXPECT_EQ("the host's pool is full", internal::errorText(FullPool()));
+    struct Silent : std::bad_alloc {
+        [[nodiscard]] const char* what() const noexcept override { return nullptr; }
+    };
+    EXPECT_EQ("out of memory", internal::errorText(Silent()));
     EXPECT_EQ("plain", internal::errorText(std::runtime_error("plain")));
 }
 
