@@ -180,7 +180,7 @@ TEST(SmallAddressSpace, EndsImagesThatFillItWithAnError) {
     compiling.arguments = {"--compile", script, image};
     ASSERT_EQ(runProgram(compiling).status, 0);
     constexpr rlim_t kKilobyte = 1024;
-    for (rlim_t size = 8'000; size <= 200'000; size += size / 4 + 7) {
+    for (rlim_t size = 8'000; size <= 200'000; size += size / 2 + 7) {
         ChildSetup setup;
         setup.arguments = {"--run-bytecode", image};
         setup.prepare = limited(RLIMIT_AS, size * kKilobyte);
