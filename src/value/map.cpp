@@ -166,13 +166,13 @@ std::size_t RubyMap::erase(std::string_view key) {
     return 1;
 }
 
-RubyMap::iterator RubyMap::erase(const_iterator position) {
+RubyMap::iterator RubyMap::erase(const const_iterator& position) {
     const iterator next(this, positionAfter(position.m_position));
     const RubyValue dying = unlink(entryAt(position.m_position));
     return next;
 }
 
-RubyMap::iterator RubyMap::erase(const_iterator first, const_iterator last) {
+RubyMap::iterator RubyMap::erase(const_iterator first, const const_iterator& last) {
     while (first != last) {
         first = erase(first);
     }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <ctime>
 #include <functional>
+#include <ostream>
 #include <string>
 
 #include "morvel/ruby/map.h"
@@ -47,6 +48,9 @@ struct Keys {
     const char* name;
     RubyValue (*make)(std::int64_t);
 };
+
+// NOLINTNEXTLINE(readability-identifier-naming): the name that the test library looks for
+void PrintTo(const Keys& keys, std::ostream* out) { *out << keys.name; }
 
 class MapPatterns : public testing::TestWithParam<Keys> {
 protected:

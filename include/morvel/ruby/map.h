@@ -80,9 +80,11 @@ public:
         requires(std::same_as<const OtherMap, Map>) BasicIterator(const BasicIterator<OtherMap, OtherValue>& other)
         noexcept : m_map(other.m_map), m_position(other.m_position) {}
         BasicIterator& operator=(const BasicIterator& other) noexcept {
-            m_map = other.m_map;
-            m_position = other.m_position;
-            m_isCurrent = false;
+            if (this != &other) {
+                m_map = other.m_map;
+                m_position = other.m_position;
+                m_isCurrent = false;
+            }
             return *this;
         }
         ~BasicIterator() = default;
@@ -194,7 +196,7 @@ public:
     std::pair<iterator, bool> insert(value_type&& entry) { return try_emplace(entry.first, std::move(entry.second)); }
     /// The same; the hint is not needed.
     template <typename Entry>
-    requires(std::constructible_from<value_type, Entry&&>) iterator insert(const_iterator, Entry&& entry) {
+    requires(std::constructible_from<value_type, Entry&&>) iterator insert(const const_iterator&, Entry&& entry) {
         return emplace(std::forward<Entry>(entry)).first;
     }
     /// Stores the pairs of a range whose keys are not there.
@@ -212,7 +214,7 @@ public:
         return insert(value_type(std::forward<Arguments>(arguments)...));
     }
     template <typename... Arguments>
-    iterator emplace_hint(const_iterator, Arguments&&... arguments) {
+    iterator emplace_hint(const const_iterator&, Arguments&&... arguments) {
         return emplace(std::forward<Arguments>(arguments)...).first;
     }
     /// Stores a value made from the arguments under `key`; makes none and leaves the arguments alone when it is there.
@@ -224,8 +226,8 @@ public:
     /// Removes the entry of `key`; the number of entries removed, 0 or 1.
     std::size_t erase(std::string_view key);
     /// Removes the entry that an iterator stands at; gives the entry behind it.
-    iterator erase(const_iterator position);
-    iterator erase(const_iterator first, const_iterator last);
+    iterator erase(const const_iterator& position);
+    iterator erase(const_iterator first, const const_iterator& last);
     /// Removes the entries for whose pairs `predicate` is true; the number of entries removed.
     template <typename Predicate>
     friend std::size_t erase_if(RubyMap& map, Predicate predicate) {

@@ -110,12 +110,13 @@ public:
     RubyValue(const RubyArray& elements);
     /// A new array holding the elements, moved.
     RubyValue(RubyArray&& elements);
-    /// A new map holding copies of the entries. Takes no braces in place of a map: those mean a std::unordered_map.
-    template <std::derived_from<RubyMap> Map>
-    RubyValue(const Map& entries) : RubyValue(mapOf(entries)) {}
-    /// A new map holding the entries, moved.
-    template <std::derived_from<RubyMap> Map>
-    RubyValue(Map&& entries) : RubyValue(mapOf(std::move(entries))) {}
+    /// A new map holding the entries, copied or moved as they are given. Takes no braces in place of a map: those mean
+    /// a std::unordered_map.
+    template <typename Map>
+    requires(std::derived_from<std::remove_cvref_t<Map>, RubyMap>)
+        // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): only maps are taken
+        RubyValue(Map&& entries)
+        : RubyValue(mapOf(std::forward<Map>(entries))) {}
     /// A new map holding copies of the entries, in the iteration order of the argument.
     RubyValue(const std::unordered_map<std::string, RubyValue>& entries);
     /// A new map holding the entries, moved, in the iteration order of the argument.
