@@ -60,11 +60,7 @@ RubyVM::Impl::Impl(RubyVM* vm)
     bindDefaults();
 }
 
-RubyVM::Impl::~Impl() {
-    m_engine.reset();
-    shortStrings.clear();
-    internal::trimSpareMemory();
-}
+RubyVM::Impl::~Impl() = default;
 
 void RubyVM::Impl::close() noexcept {
     const internal::ReleaseHostsAtOnce now(*binder);

@@ -11,6 +11,7 @@
 #include "morvel/ruby/vm.h"
 #include "value/function_internals.h"
 #include "value/short_strings.h"
+#include "value/spare_memory.h"
 #include "vm/globals.h"
 #include "vm/runs.h"
 
@@ -99,6 +100,13 @@ public:
     RubyValue protectedCall(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
                             unsigned line);
 
+    /// Comes first, to end last: by then everything else is spare.
+    struct TrimAtEnd {
+        TrimAtEnd() = default;
+        TrimAtEnd(const TrimAtEnd&) = delete;
+        TrimAtEnd& operator=(const TrimAtEnd&) = delete;
+        ~TrimAtEnd() { internal::trimSpareMemory(); }
+    } const trimAtEnd;
     struct ReleaseBinder {
         void operator()(const internal::Binder* binder) const noexcept { binder->release(); }
     };
