@@ -4,8 +4,6 @@
 
 #include <cstring>
 
-#include "value/spare_memory.h"
-
 namespace morvel::ruby::internal {
 
 namespace {
@@ -15,26 +13,22 @@ constexpr std::size_t kLargeBlock = std::size_t{256} * 1024;
 
 }  // namespace
 
-void* allocateZeroed(std::size_t bytes) {
-    if (bytes < kLargeBlock) {
-        return std::memset(::operator new(bytes), 0, bytes);
-    }
-    while (true) {
+ZeroedBlock allocateZeroed(std::size_t bytes) {
+    if (bytes >= kLargeBlock) {
         void* const block = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (block != MAP_FAILED) {
-            return block;
+            return {block, bytes};
         }
-        if (!SpareMemory::giveBackAll()) {
-            throw std::bad_alloc();
-        }
+        // The allocator may hold as much that it cannot give back to the system.
     }
+    return {std::memset(::operator new(bytes), 0, bytes), 0};
 }
 
-void releaseZeroed(void* block, std::size_t bytes) noexcept {
-    if (bytes < kLargeBlock) {
-        ::operator delete(block);
+void ZeroedArrayEnd::operator()(void* block) const noexcept {
+    if (mappedBytes != 0) {
+        munmap(block, mappedBytes);
     } else {
-        munmap(block, bytes);
+        ::operator delete(block);
     }
 }
 

@@ -8,17 +8,21 @@
 
 namespace morvel::ruby::internal {
 
-/// Zeroed memory, which takes room in the machine only as it is touched. Large blocks come from the system itself: the
-/// allocator could keep them, or have to. Throws std::bad_alloc.
-[[nodiscard]] void* allocateZeroed(std::size_t bytes);
+struct ZeroedBlock {
+    void* start;
+    /// Its size, if it comes from the system itself; otherwise 0.
+    std::size_t mappedBytes;
+};
 
-/// Gives back what allocateZeroed gave for this number of bytes.
-void releaseZeroed(void* block, std::size_t bytes) noexcept;
+/// Zeroed memory, which takes room in the machine only as it is touched. Large blocks come from the system itself, when
+/// it has them: the allocator could keep them, or have to. Throws std::bad_alloc.
+[[nodiscard]] ZeroedBlock allocateZeroed(std::size_t bytes);
 
+/// Gives back what allocateZeroed gave.
 struct ZeroedArrayEnd {
-    std::size_t bytes = 0;
+    std::size_t mappedBytes = 0;
 
-    void operator()(void* block) const noexcept { releaseZeroed(block, bytes); }
+    void operator()(void* block) const noexcept;
 };
 
 /// An array whose elements are neither constructed nor destroyed: zeros must be a value of the type, and one that
@@ -32,8 +36,8 @@ template <typename Element>
     if (count > std::numeric_limits<std::size_t>::max() / sizeof(Element)) {
         throw std::bad_alloc();
     }
-    const std::size_t bytes = count * sizeof(Element);
-    return ZeroedArray<Element>(static_cast<Element*>(allocateZeroed(bytes)), ZeroedArrayEnd{bytes});
+    const ZeroedBlock block = allocateZeroed(count * sizeof(Element));
+    return ZeroedArray<Element>(static_cast<Element*>(block.start), ZeroedArrayEnd{block.mappedBytes});
 }
 
 }  // namespace morvel::ruby::internal
