@@ -90,6 +90,15 @@ RubyValue pcallSuccess(RubyValue value) {
     return outcome;
 }
 
+RubyValue pcallError(std::string message) {
+    RubyArray outcome;
+    outcome.reserve(3);
+    outcome.emplace_back(true);
+    outcome.emplace_back(false);
+    outcome.emplace_back(std::move(message));
+    return outcome;
+}
+
 std::string errorCallMessage(const RubyValue* arguments, std::size_t argumentCount) {
     requireArgumentCount("error", argumentCount, 0, 1);
     return argumentCount == 0 ? "error" : arguments[0].toString();
@@ -185,9 +194,33 @@ RubyValue RubyVM::Impl::callValue(const Program& program, const RubyValue& calle
     return callHost(handle, arguments, argumentCount);
 }
 
+void RubyVM::Impl::makeSpareOutcome() noexcept {
+    try {
+        m_spareOutcome = internal::pcallError("out of memory");
+    } catch (const std::bad_alloc&) {
+        // The next pcall tries it again.
+        return;
+    }
+}
+
 RubyValue RubyVM::Impl::protectedCall(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
                                       unsigned line) {
     internal::requireArgumentCount("pcall", argumentCount, 1, internal::kNoMaximum);
+    prepareSpareOutcome();
+    const internal::Runs::Id run = runs.innermost();
+    try {
+        return protectedOutcome(program, arguments, argumentCount, line);
+    } catch (const std::bad_alloc&) {
+        runs.requireInnermost(run);
+        if (m_spareOutcome.isNil()) {
+            throw;
+        }
+        return takeSpareOutcome();
+    }
+}
+
+RubyValue RubyVM::Impl::protectedOutcome(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
+                                         unsigned line) {
     const RubyValue& protectedFunction = arguments[0];
     const RubyValue* rest = arguments + 1;
     const std::size_t restCount = argumentCount - 1;
@@ -205,22 +238,16 @@ RubyValue RubyVM::Impl::protectedCall(const Program& program, const RubyValue* a
     if (isGuardedFunction(handle)) {
         return withExhaustionCaught([&] { return protectedGuardedCall(*this, handle, rest, restCount); });
     }
-    // The success marker comes first, so a failure gives three elements.
     const internal::Runs::Id run = runs.innermost();
-    RubyArray outcome;
-    outcome.reserve(2);
-    outcome.emplace_back(true);
     try {
-        outcome.push_back(callValue(program, protectedFunction, rest, restCount, line));
+        return pcallSuccess(callValue(program, protectedFunction, rest, restCount, line));
     } catch (const std::exception& exception) {
         runs.requireInnermost(run);
         if (internal::isOutOfMemory(exception)) {
             m_engine->giveBackMemory();
         }
-        outcome.emplace_back(false);
-        outcome.emplace_back(internal::errorText(exception));
+        return internal::pcallError(internal::errorText(exception));
     }
-    return outcome;
 }
 
 }  // namespace morvel::ruby

@@ -96,6 +96,16 @@ public:
     RubyValue evaluateFastNode(const Program& program, const CompiledFunction& function, std::int32_t nodeIndex,
                                const RubyValue* arguments, std::size_t argumentCount) const;
 
+    /// Makes the outcome of a pcall that has no memory for its outcome, unless it is there: to be called before the
+    /// protected call. When that fails there is none.
+    void prepareSpareOutcome() noexcept {
+        if (m_spareOutcome.isNil()) [[unlikely]] {
+            makeSpareOutcome();
+        }
+    }
+    /// That outcome; nil when there is none.
+    [[nodiscard]] RubyValue takeSpareOutcome() noexcept { return std::move(m_spareOutcome); }
+
     /// Calls arguments[0] with the other arguments in protected mode; the result array of `pcall`.
     RubyValue protectedCall(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
                             unsigned line);
@@ -121,6 +131,12 @@ public:
     RubyVM* owner;
 
 private:
+    void makeSpareOutcome() noexcept;
+    /// protectedCall, but that it throws std::bad_alloc when there is no memory for the outcome.
+    RubyValue protectedOutcome(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
+                               unsigned line);
+
+    RubyValue m_spareOutcome;
     std::unique_ptr<internal::Engine> m_engine;
 };
 
@@ -137,6 +153,9 @@ namespace internal {
 
 /// What `pcall` gives when the protected call returned `value`: the pair of true and the value.
 [[nodiscard]] RubyValue pcallSuccess(RubyValue value);
+/// What `pcall` gives when the protected call raised an error: the success marker, which comes first, then false and the
+/// message.
+[[nodiscard]] RubyValue pcallError(std::string message);
 
 /// Carries out `error(...)`: checks the argument count and gives the message to raise.
 [[nodiscard]] std::string errorCallMessage(const RubyValue* arguments, std::size_t argumentCount);

@@ -25,16 +25,6 @@ constexpr std::size_t kKeptFrames = std::size_t{1} << 14;
 // Calls may nest this deep. Small functions reach it before the value stack is full.
 constexpr std::size_t kMostFrames = std::size_t{1} << 21;
 
-// A failure caught by pcall leaves the success marker in front.
-RubyValue pcallFailure(std::string&& message) {
-    RubyArray outcome;
-    outcome.reserve(3);
-    outcome.emplace_back(true);
-    outcome.emplace_back(false);
-    outcome.emplace_back(std::move(message));
-    return outcome;
-}
-
 std::string textOf(const std::exception& exception) noexcept {
     try {
         return errorText(exception);
@@ -279,9 +269,14 @@ bool Engine::recover(std::size_t entry, std::string& message, bool isMemoryOut) 
             giveBackStack();
         }
         try {
-            assignRegister(result, pcallFailure(isMessageLost ? std::string(kOutOfMemory) : std::move(message)));
+            assignRegister(result, pcallError(isMessageLost ? kOutOfMemory : std::move(message)));
             return true;
         } catch (const std::bad_alloc&) {
+            RubyValue outcome = m_vm.takeSpareOutcome();
+            if (!outcome.isNil()) {
+                assignRegister(result, std::move(outcome));
+                return true;
+            }
             // The call of pcall fails in its turn, and the next one further out sees that.
             isMessageLost = true;
         }

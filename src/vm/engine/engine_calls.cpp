@@ -162,6 +162,7 @@ void Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyVal
     if (argumentCount == 0) {
         requireArgumentCount("pcall", argumentCount, 1, kNoMaximum);
     }
+    m_vm.prepareSpareOutcome();
     RubyValue* callee = window + 1;
     if (callee->isFunction()) {
         auto& handle = *static_cast<RubyFunctionHandle*>(callee->data.box);
