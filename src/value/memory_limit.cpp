@@ -8,7 +8,6 @@
 #include <array>
 #include <charconv>
 #include <limits>
-#include <new>
 #include <string>
 
 namespace morvel::ruby::internal {
@@ -117,7 +116,7 @@ void requireMemory(std::size_t count, std::size_t size) {
         most = std::min(most, controlGroupLimit("/proc/self/cgroup", "/sys/fs/cgroup"));
     }
     if (count > most / size) {
-        throw std::bad_alloc();
+        throw SizeRefused();
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <new>
 #include <string>
 
 namespace morvel::ruby::internal {
@@ -9,7 +10,10 @@ namespace morvel::ruby::internal {
 /// Bytes that are not worth a look at the machine: small requests are the rule.
 inline constexpr std::size_t kSurelyThere = 1 << 20;
 
-/// Throws std::bad_alloc when `count` elements of `size` bytes each exceed the machine's memory, the limits of the
+/// A size that was refused before any memory was touched: no sign that memory has run short.
+class SizeRefused : public std::bad_alloc {};
+
+/// Throws SizeRefused when `count` elements of `size` bytes each exceed the machine's memory, the limits of the
 /// process (RLIMIT_AS, RLIMIT_DATA) or, for requests that are large, those of its control group. Either may be 0.
 void requireMemory(std::size_t count, std::size_t size);
 

@@ -243,7 +243,7 @@ RubyValue RubyVM::Impl::protectedOutcome(const Program& program, const RubyValue
         return pcallSuccess(callValue(program, protectedFunction, rest, restCount, line));
     } catch (const std::exception& exception) {
         runs.requireInnermost(run);
-        if (internal::isOutOfMemory(exception)) {
+        if (internal::isMemoryShort(exception)) {
             m_engine->giveBackMemory();
         }
         return internal::pcallError(internal::errorText(exception));

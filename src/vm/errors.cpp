@@ -4,6 +4,7 @@
 #include <new>
 
 #include "morvel/ruby/error.h"
+#include "value/memory_limit.h"
 
 namespace morvel::ruby::internal {
 
@@ -11,6 +12,10 @@ namespace {
 
 std::string locationOf(const Program& program, unsigned line) {
     return program.name + ":" + std::to_string(line) + ": ";
+}
+
+bool isFailedAllocation(const std::exception& exception) noexcept {
+    return dynamic_cast<const std::bad_alloc*>(&exception) != nullptr;
 }
 
 /// Whether a failed allocation says more than the exceptions of the standard library do, which is the name of their
@@ -37,15 +42,15 @@ const std::string& requireStringConstant(const Program& program, std::int32_t in
     runtimeError(program, line, exists ? "constant is not a string" : "constant index is out of range");
 }
 
-bool isOutOfMemory(const std::exception& exception) noexcept {
-    return dynamic_cast<const std::bad_alloc*>(&exception) != nullptr;
+bool isMemoryShort(const std::exception& exception) noexcept {
+    return isFailedAllocation(exception) && dynamic_cast<const SizeRefused*>(&exception) == nullptr;
 }
 
 std::string errorText(const std::exception& exception) {
     if (const auto* error = dynamic_cast<const RubyError*>(&exception)) {
         return error->message();
     }
-    if (isOutOfMemory(exception) && !hasTextOfItsOwn(exception)) {
+    if (isFailedAllocation(exception) && !hasTextOfItsOwn(exception)) {
         return "out of memory";
     }
     // A host's exception may have no text.

@@ -14,8 +14,9 @@ namespace morvel::ruby::internal {
 /// The string held by constant `index`; fails with "constant index is out of range" or "constant is not a string".
 [[nodiscard]] const std::string& requireStringConstant(const Program& program, std::int32_t index, unsigned line);
 
-/// True when an allocation has failed.
-[[nodiscard]] bool isOutOfMemory(const std::exception& exception) noexcept;
+/// True when memory has run short: an allocation was tried and has failed. To give memory back then takes time in
+/// proportion to all that there is, which a mere size beyond all limits is no reason for.
+[[nodiscard]] bool isMemoryShort(const std::exception& exception) noexcept;
 
 /// The text of a caught exception as scripts and results see it: a script error's whole message, "out of memory" for a
 /// failed allocation that the host gave no text of its own, else what().

@@ -162,7 +162,7 @@ RubyResult RubyVM::Impl::runBytecode(const RubyBytecode& bytecode) {
         result.ok = true;
         return result;
     } catch (const std::exception& exception) {
-        if (internal::isOutOfMemory(exception)) {
+        if (internal::isMemoryShort(exception)) {
             m_engine->giveBackMemory();
         }
         return failure(exception);

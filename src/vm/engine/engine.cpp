@@ -106,7 +106,7 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
     prepareRegisters(code, m_current->base);
     while (true) {
         std::string message;
-        bool isMemoryOut = false;
+        bool isMemoryShort = false;
         try {
             interpret(entry, self);
             return result;
@@ -116,10 +116,10 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
                 throw;
             }
             message = textOf(exception);
-            isMemoryOut = isOutOfMemory(exception);
+            isMemoryShort = internal::isMemoryShort(exception);
         }
         // By now the exception is gone, which may lie above much of what can be given back.
-        static_cast<void>(recover(entry, message, isMemoryOut));
+        static_cast<void>(recover(entry, message, isMemoryShort));
     }
 }
 
@@ -250,7 +250,7 @@ std::size_t Engine::protectedFrame(std::size_t entry) const noexcept {
     return index;
 }
 
-bool Engine::recover(std::size_t entry, std::string& message, bool isMemoryOut) {
+bool Engine::recover(std::size_t entry, std::string& message, bool isMemoryShort) {
     bool isMessageLost = false;
     while (true) {
         const std::size_t index = protectedFrame(entry);
@@ -262,7 +262,7 @@ bool Engine::recover(std::size_t entry, std::string& message, bool isMemoryOut) 
         }
         RubyValue* result = m_frames[index].result;
         unwindTo(index - 1);
-        if (isMemoryOut) {
+        if (isMemoryShort) {
             // Before the outcome is made, which would keep what lies below it from the system.
             giveBackMemory();
         } else {

@@ -109,7 +109,7 @@ private:
     /// Delivers a failure to the innermost pcall above `entry`; false when there is none. Throws std::bad_alloc when
     /// there is one, but neither it nor those around it find the memory for their outcome. The message is used up when
     /// it is delivered.
-    [[nodiscard]] bool recover(std::size_t entry, std::string& message, bool isMemoryOut = false);
+    [[nodiscard]] bool recover(std::size_t entry, std::string& message, bool isMemoryShort = false);
     /// Throws the failure that no pcall of this run was there for.
     [[noreturn]] void throwMessage();
 

@@ -1,0 +1,55 @@
+// What a failed allocation costs: memory is only gathered for the system when it has run short.
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <cstddef>
+#include <new>
+
+#include "morvel/ruby/vm.h"
+#include "support.h"
+
+namespace {
+
+std::size_t walks = 0;
+
+}  // namespace
+
+/// Takes the place of the allocator's, which walks through all free memory of the process.
+extern "C" int malloc_trim(std::size_t /*pad*/) {
+    ++walks;
+    return 0;
+}
+
+namespace morvel::ruby::tests {
+
+namespace {
+
+constexpr const char* kSizes =
+    "def text() return string_rep('x', 9000000000000000000) end "
+    "def list() return array_new(9000000000000000000) end "
+    "def store() a = [] a[9000000000000000000] = 1 end ";
+
+TEST(RefusedSizes, LeaveFreeMemoryAlone) {
+    RubyVM vm;
+    ASSERT_TRUE(vm.runScriptString(kSizes, "t").ok);
+    walks = 0;
+    for (const char* const script :
+         {"r = pcall(text) return r[2]", "r = pcall(list) return r[2]", "r = pcall(store) return r[2]",
+          "r = pcall(pcall, text) return r[1][2]", "r = pcall(string_rep, 'x', 9000000000000000000) return r[2]"}) {
+        EXPECT_EQ(outcome(vm, script), "out of memory") << script;
+    }
+    EXPECT_EQ(vm.runScriptString("text()", "t").error, "out of memory");
+    EXPECT_EQ(walks, 0u);
+}
+
+TEST(FailedAllocations, GatherFreeMemory) {
+    RubyVM vm;
+    vm.bindFunction("fail", [](RubyVM&, RubyArguments) -> RubyValue { throw std::bad_alloc(); });
+    walks = 0;
+    EXPECT_EQ(outcome(vm, "def f() fail() end r = pcall(f) return r[2]"), "out of memory");
+    EXPECT_GT(walks, 0u);
+}
+
+}  // namespace
+
+}  // namespace morvel::ruby::tests
