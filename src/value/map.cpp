@@ -186,9 +186,18 @@ RubyValue& RubyMap::findOrInsert(const RubyValue& key) {
         return entry->value;
     }
     if (m_last > kWorthShrinking && m_last / 8 > m_size) {
-        shrink_to_fit();
+        giveBackRoom();
     }
     return append(probe).value;
+}
+
+void RubyMap::giveBackRoom() noexcept {
+    try {
+        shrink_to_fit();
+    } catch (const std::bad_alloc&) {
+        // Then there is room enough as it is.
+        return;
+    }
 }
 
 std::optional<RubyValue> RubyMap::take(const RubyValue& key) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "counting_allocator.h"
+#include "morvel/ruby/map.h"
 #include "morvel/ruby/vm.h"
 #include "support.h"
 #include "vm/impl.h"
@@ -387,6 +388,23 @@ TEST(AllocationFailureInHostCalls, LeavesTheVmAsItWas) {
             EXPECT_TRUE(isUsable(vm));
         }
     }
+}
+
+TEST(AllocationFailureInMaps, KeepsNoKeyFromTheRoomOfErasedOnes) {
+    RubyMap map;
+    for (std::int64_t key = 0; key < 1000; ++key) {
+        map.findOrInsert(RubyValue(key)) = RubyValue(key);
+    }
+    for (std::int64_t key = 0; key < 900; ++key) {
+        map.take(RubyValue(key));
+    }
+    FailingAllocations failures(1, FailureMode::FromThereOn);
+    EXPECT_NO_THROW(map.findOrInsert(RubyValue(5000)) = RubyValue(5000));
+    EXPECT_TRUE(failures.stop());
+    EXPECT_EQ(map.size(), 101u);
+    EXPECT_EQ(map.at("999").asInteger(), 999);
+    EXPECT_EQ(map.at("5000").asInteger(), 5000);
+    EXPECT_FALSE(map.contains("7"));
 }
 
 }  // namespace

@@ -393,6 +393,8 @@ private:
     /// Appends an entry under a key that is not there and takes over the key's reference. There must be room.
     Entry& link(Key key) noexcept;
     void makeRoom();
+    /// Gives back the memory of erased entries where there is memory to move the others to.
+    void giveBackRoom() noexcept;
     void addSegment(std::size_t segment);
     [[nodiscard]] RubyValue unlink(Entry& entry) noexcept;
     void copyPositions(const RubyMap& other);
