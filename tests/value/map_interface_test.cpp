@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <string>
 #include <type_traits>
@@ -117,6 +118,41 @@ TEST(MapInterface, IteratorsConvertAndCompare) {
     EXPECT_EQ(2, std::distance(map.begin(), map.end()));
     static_assert(!std::is_convertible_v<RubyMap::const_iterator, RubyMap::iterator>);
     static_assert(std::input_iterator<RubyMap::iterator> && std::input_iterator<RubyMap::const_iterator>);
+}
+
+// As with a std::unordered_map, whose iterators give references to its entries.
+TEST(MapInterface, PairsOutliveTemporaryIterators) {
+    static_assert(std::is_same_v<decltype(*std::declval<RubyMap::iterator&>()), RubyMap::reference>);
+    static_assert(std::is_same_v<decltype(*std::declval<const RubyMap::iterator&>()), RubyMap::reference>);
+    static_assert(!std::is_reference_v<decltype(*std::declval<RubyMap&>().begin())>);
+    static_assert(!std::is_reference_v<decltype(*std::declval<const RubyMap&>().begin())>);
+    static_assert(!std::is_reference_v<decltype(*std::declval<RubyMap::iterator&>()++)>);
+    RubyMap map{{"a key of more than fifteen bytes", 1}, {"b", 2}};
+    const auto& [key, value] = *map.find("a key of more than fifteen bytes");
+    const auto& first = *std::as_const(map).begin();
+    auto position = map.begin();
+    const auto& passed = *position++;
+    const auto&& behind = *std::next(map.begin());
+    EXPECT_EQ("a key of more than fifteen bytes", key);
+    value = 3;
+    EXPECT_EQ(3, first.second.asInteger());
+    EXPECT_EQ(key, first.first);
+    EXPECT_EQ(key, passed.first);
+    EXPECT_EQ("b", behind.first);
+    // An iterator that is used again gives its pair again.
+    EXPECT_EQ("b", (*std::move(position)).first);
+    EXPECT_EQ("b", position->first);  // NOLINT(bugprone-use-after-move)
+}
+
+TEST(MapInterface, HintsAreTakenAndNotNeeded) {
+    RubyMap map{{"a", 1}};
+    EXPECT_EQ("b", map.insert(map.end(), {"b", 2})->first);
+    EXPECT_EQ(1, map.insert(map.cbegin(), {"a", 5})->second.asInteger());
+    EXPECT_EQ(3, map.try_emplace(map.begin(), "c", 3)->second.asInteger());
+    EXPECT_EQ(3, map.try_emplace(map.begin(), "c", "other")->second.asInteger());
+    EXPECT_EQ(6, map.insert_or_assign(map.begin(), "a", 6)->second.asInteger());
+    EXPECT_EQ("d", map.emplace_hint(map.begin(), "d", "text")->first);
+    EXPECT_EQ("{\"a\": 6, \"b\": 2, \"c\": 3, \"d\": \"text\"}", describe(map));
 }
 
 TEST(MapInterface, StoringReportsWhatItDid) {

@@ -31,8 +31,8 @@ namespace morvel::ruby {
 ///
 /// The interface is that of std::unordered_map<std::string, RubyValue>, with these differences: iteration is in
 /// insertion order; iterators are input iterators, which hold the pair that they give (see Pair); keys are given as
-/// std::string_view; insert_or_assign gives a pair that also converts to bool; and there are no buckets, hash policy,
-/// node handles or equal_range.
+/// std::string_view; insert_or_assign gives a pair that also converts to bool; erase_if is found by argument-dependent
+/// lookup only, without std::; and there are no buckets, hash policy, allocators, node handles, merge or equal_range.
 ///
 /// A reference to a stored value stays valid until its entry is erased or the map is cleared, assigned to or destroyed.
 /// Storing other keys, moving the map and swapping it leave it valid: `m["b"] = m["a"]` is safe. Two things move the
@@ -51,7 +51,8 @@ public:
     using difference_type = std::ptrdiff_t;
 
     /// What iteration yields: a copy of the key text and the stored value itself. It lives in the iterator, until that
-    /// is advanced, assigned to or destroyed. A copy of it has a text of its own.
+    /// is advanced, assigned to or destroyed. A copy of it has a text of its own, and so has what an iterator without a
+    /// name gives: `const auto& [key, value] = *map.find("x")`.
     template <typename Value>
     struct Pair {
         std::string first;
@@ -89,7 +90,7 @@ public:
         }
         ~BasicIterator() = default;
 
-        reference operator*() const {
+        reference operator*() const& {
             if (!m_isCurrent) {
                 // The text of the entry before lends its memory.
                 std::string text = m_pair ? std::move(m_pair->first) : std::string();
@@ -99,6 +100,13 @@ public:
                 m_isCurrent = true;
             }
             return *m_pair;
+        }
+        /// A temporary iterator is gone before its pair is used.
+        value_type operator*() const&& {
+            const BasicIterator& self = *this;
+            reference pair = *self;
+            m_isCurrent = false;
+            return std::move(pair);
         }
         pointer operator->() const { return &**this; }
         BasicIterator& operator++() noexcept {
@@ -199,6 +207,7 @@ public:
     requires(std::constructible_from<value_type, Entry&&>) iterator insert(const const_iterator&, Entry&& entry) {
         return emplace(std::forward<Entry>(entry)).first;
     }
+    iterator insert(const_iterator, value_type&& entry) { return insert(std::move(entry)).first; }
     /// Stores the pairs of a range whose keys are not there.
     template <std::input_iterator Iterator>
     requires(std::constructible_from<value_type, std::iter_reference_t<Iterator>>) void insert(Iterator first,
@@ -220,8 +229,13 @@ public:
     /// Stores a value made from the arguments under `key`; makes none and leaves the arguments alone when it is there.
     template <typename... Arguments>
     std::pair<iterator, bool> try_emplace(std::string_view key, Arguments&&... arguments);
+    template <typename... Arguments>
+    iterator try_emplace(const_iterator, std::string_view key, Arguments&&... arguments) {
+        return try_emplace(key, std::forward<Arguments>(arguments)...).first;
+    }
     /// Stores `value` under `key`; gives its entry and whether the key is new.
     Assignment insert_or_assign(std::string_view key, RubyValue value);
+    iterator insert_or_assign(const_iterator, std::string_view key, RubyValue value);
 
     /// Removes the entry of `key`; the number of entries removed, 0 or 1.
     std::size_t erase(std::string_view key);
@@ -428,6 +442,10 @@ struct RubyMap::Assignment : std::pair<iterator, bool> {
     using std::pair<iterator, bool>::pair;
     operator bool() const noexcept { return second; }
 };
+
+inline RubyMap::iterator RubyMap::insert_or_assign(const_iterator, std::string_view key, RubyValue value) {
+    return insert_or_assign(key, std::move(value)).first;
+}
 
 template <typename... Arguments>
 std::pair<RubyMap::iterator, bool> RubyMap::try_emplace(std::string_view key, Arguments&&... arguments) {
