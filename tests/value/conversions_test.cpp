@@ -105,6 +105,7 @@ static_assert(kConverts<RubyValue> && kConverts<RubyValue&> && kConverts<const R
 static_assert(kConverts<RubyArray> && kConverts<RubyArray&> && kConverts<const RubyArray&> && kConverts<Rows&>);
 static_assert(kConverts<RubyMap> && kConverts<RubyMap&> && kConverts<const RubyMap&>);
 static_assert(kConverts<std::unordered_map<std::string, RubyValue>&>);
+static_assert(kConverts<To<RubyArray>> && kConverts<To<RubyMap>&> && kConverts<std::reference_wrapper<RubyMap>>);
 #ifdef __SIZEOF_INT128__
 __extension__ using Wide = __int128;
 static_assert(kConverts<Wide>);
@@ -136,6 +137,8 @@ static_assert(!std::is_convertible_v<std::unique_ptr<RubyFunctionHandle>, RubyVa
 // Several kinds at once: which is meant is for the host to say.
 static_assert(kIsNoValue<To<int, double>> && kIsNoValue<To<bool, int>> && kIsNoValue<To<bool, double>>);
 static_assert(kIsNoValue<To<int, std::string>> && kIsNoValue<To<bool, const char*>>);
+static_assert(kIsNoValue<To<RubyArray, RubyMap>> && kIsNoValue<To<std::string, RubyArray>>);
+static_assert(kIsNoValue<To<std::string, RubyMap>> && kIsNoValue<To<const char*, RubyMap>>);
 static_assert(kIsNoValue<To<double, RubyArray>> && kIsNoValue<To<std::string, std::string_view>>);
 
 // Host functions may return anything that converts.
@@ -266,9 +269,18 @@ TEST(Conversions, WhatConvertsToATextIsAString) {
 TEST(Conversions, ContainersStayContainers) {
     EXPECT_EQ("[1, 2]", describe(RubyValue(Rows{1, 2})));
     EXPECT_EQ("[1, 2]", describe(RubyValue(To<RubyArray>{{1, 2}})));
+    EXPECT_EQ("[1, 2]", copied(To<RubyArray>{{1, 2}}));
+    EXPECT_EQ("{\"a\": 1}", copied(To<RubyMap>{{{"a", 1}}}));
+    EXPECT_EQ("{\"a\": 1}", describe(RubyValue(To<RubyMap>{{{"a", 1}}})));
+    EXPECT_EQ("{\"a\": 1}", copied(To<std::unordered_map<std::string, RubyValue>>{{{"a", 1}}}));
     CountedRows counted;
     counted.push_back(3);
     EXPECT_EQ("[3]", describe(RubyValue(counted)));
+    RubyMap held{{"b", 2}};
+    RubyValue made = std::ref(held);
+    made.asMap()["c"] = 3;
+    EXPECT_EQ("{\"b\": 2}", copied(std::cref(held)));
+    EXPECT_EQ("[1, \"x\"]", copied(RubyArguments(RubyArray{1, "x"})));
     EXPECT_EQ("[[1], 2.5, true, nil]", describe(RubyValue({RubyArray{1}, 2.5, true, nullptr})));
 }
 

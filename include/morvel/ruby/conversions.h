@@ -1,4 +1,4 @@
-// What the types become that are neither a plain number nor a text themselves: enumerations, and classes that convert
+// What the types become that are no plain number, text or container themselves: enumerations, and classes that convert
 // to one.
 #pragma once
 
@@ -38,15 +38,15 @@ struct Conversions : Conversion<T>... {
     using Conversion<T>::pick...;
 };
 
-template <template <typename...> typename Receiver, typename... More>
-using WithNumbers =
-    Receiver<bool, char, signed char, unsigned char, wchar_t, char8_t, char16_t, char32_t, short, unsigned short, int,
-             unsigned, long, unsigned long, long long, unsigned long long, float, double, long double, More...>;
-
 /// Everything that a value is made of; containers are taken by reference.
-using ValueConversions =
-    WithNumbers<Conversions, const char*, std::string, std::string_view, const std::vector<RubyValue>&, const RubyMap&,
-                const std::unordered_map<std::string, RubyValue>&>;
+template <template <typename...> typename Receiver>
+using WithValueTypes =
+    Receiver<bool, char, signed char, unsigned char, wchar_t, char8_t, char16_t, char32_t, short, unsigned short, int,
+             unsigned, long, unsigned long, long long, unsigned long long, float, double, long double, const char*,
+             std::string, std::string_view, const std::vector<RubyValue>&, const RubyMap&,
+             const std::unordered_map<std::string, RubyValue>&>;
+
+using ValueConversions = WithValueTypes<Conversions>;
 
 /// What an object converts to, if that is one thing.
 template <typename T>
@@ -75,8 +75,8 @@ concept ConvertsToOne = requires {
 
 template <typename T>
 struct ConvertsToAny {
-    template <typename... Number>
-    struct Of : std::bool_constant<(std::is_convertible_v<T, Number> || ...)> {};
+    template <typename... Type>
+    struct Of : std::bool_constant<(std::is_convertible_v<T, Type> || ...)> {};
 };
 
 /// Objects that convert to one kind of number or text.
@@ -84,9 +84,14 @@ template <typename T>
 concept NumberOrTextObject = Object<T> && ConvertsToOne<T> && !std::is_reference_v<Converted<T>> &&
                              (!std::same_as<Converted<T>, bool> || Flag<T>);
 
-/// Objects that convert to a number and to something else, so that it is open which of them is meant.
+/// Objects that convert to one kind of container, other than those that are one themselves.
 template <typename T>
-concept AmbiguousObject = Object<T> && !ConvertsToOne<T> && WithNumbers<ConvertsToAny<T>::template Of>::value;
+concept ContainerObject = Object<T> && ConvertsToOne<T> && std::is_reference_v<Converted<T>> &&
+    !std::is_base_of_v<std::remove_cvref_t<Converted<T>>, std::remove_cvref_t<T>>;
+
+/// Objects that convert to several of these, so that it is open which of them is meant.
+template <typename T>
+concept AmbiguousObject = Object<T> && !ConvertsToOne<T> && WithValueTypes<ConvertsToAny<T>::template Of>::value;
 
 }  // namespace internal
 

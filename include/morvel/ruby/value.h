@@ -125,6 +125,10 @@ public:
     /// std::vector<bool> a boolean, a std::atomic<int> an integer, a std::filesystem::path a string.
     template <internal::NumberOrTextObject T>
     RubyValue(T&& object) : RubyValue(internal::ValueConversions::pick(std::forward<T>(object))) {}
+    /// An object of a class that converts to a container becomes a new array or map with what it converts to.
+    template <internal::ContainerObject T>
+    RubyValue(T&& object)
+        : RubyValue(static_cast<std::remove_cvref_t<internal::Converted<T>>>(std::forward<T>(object))) {}
     /// An object that converts to several of these has to be converted by the caller, who knows which is meant.
     template <internal::AmbiguousObject T>
     RubyValue(T&& object) = delete;
