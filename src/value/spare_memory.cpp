@@ -25,6 +25,7 @@ void findMemory() {
 }
 
 struct Handler {
+    // cppcheck-suppress throwInNoexceptFunction; the handler is installed, not called
     Handler() noexcept { earlierHandler = std::set_new_handler(findMemory); }
     ~Handler() {
         if (std::get_new_handler() == findMemory) {

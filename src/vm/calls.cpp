@@ -146,7 +146,7 @@ RubyValue RubyVM::Impl::runFunction(const std::shared_ptr<Program>& program, std
 }
 
 RubyValue RubyVM::Impl::callHost(const RubyFunctionHandle& handle, const RubyValue* arguments,
-                                 std::size_t argumentCount) {
+                                 std::size_t argumentCount) const {
     const internal::Runs::Id run = runs.innermost();
     const RubyArguments view(arguments, argumentCount);
     try {

@@ -78,7 +78,7 @@ public:
                           const RubyValue* arguments, std::size_t argumentCount);
 
     /// Calls a host function for the innermost run, which fails when it is not the innermost any more afterwards.
-    RubyValue callHost(const RubyFunctionHandle& handle, const RubyValue* arguments, std::size_t argumentCount);
+    RubyValue callHost(const RubyFunctionHandle& handle, const RubyValue* arguments, std::size_t argumentCount) const;
 
     /// Calls any value. `program` and `line` are the caller's: they locate errors raised before the callee starts.
     /// Fails with "attempted to call a non-function value", "function handle is empty",
@@ -118,7 +118,7 @@ public:
         ~TrimAtEnd() { internal::trimSpareMemory(); }
     } const trimAtEnd;
     struct ReleaseBinder {
-        void operator()(const internal::Binder* binder) const noexcept { binder->release(); }
+        void operator()(const internal::Binder* released) const noexcept { released->release(); }
     };
     const std::unique_ptr<const internal::Binder, ReleaseBinder> binder{new internal::Binder};
     internal::GlobalTable globals;
@@ -153,8 +153,8 @@ namespace internal {
 
 /// What `pcall` gives when the protected call returned `value`: the pair of true and the value.
 [[nodiscard]] RubyValue pcallSuccess(RubyValue value);
-/// What `pcall` gives when the protected call raised an error: the success marker, which comes first, then false and the
-/// message.
+/// What `pcall` gives when the protected call raised an error: the success marker, which comes first, then false and
+/// the message.
 [[nodiscard]] RubyValue pcallError(std::string message);
 
 /// Carries out `error(...)`: checks the argument count and gives the message to raise.

@@ -4,12 +4,16 @@
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <iterator>
 #include <sstream>
@@ -17,6 +21,7 @@
 #include <vector>
 
 #include "support.h"
+#include "value/zeroed_array.h"
 
 namespace morvel::ruby::tests {
 
@@ -218,6 +223,59 @@ TEST(SmallAddressSpace, HasAboutTheSameRoomInEveryRound) {
         for (std::size_t i = kKinds; i < rooms.size(); ++i) {
             EXPECT_GT(rooms[i], rooms[i % kKinds] * kLeastRoom[i % kKinds]) << size << ": " << child.output;
         }
+    }
+}
+
+/// Fills the address space with blocks of the general allocator and frees all but the last, which keeps the others from
+/// the system.
+void leaveAllToTheAllocator() {
+    constexpr std::size_t kRoom = std::size_t{64} << 20;
+    constexpr std::size_t kBlock = 100'000;
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    const rlim_t most = pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) + kRoom;
+    const rlimit limit{most, most};
+    setrlimit(RLIMIT_AS, &limit);
+    static std::array<void*, kRoom / kBlock + 1> blocks;
+    std::size_t count = 0;
+    while (count < blocks.size() && (blocks[count] = std::malloc(kBlock)) != nullptr) {
+        ++count;
+    }
+    for (std::size_t i = 0; i + 1 < count; ++i) {
+        std::free(blocks[i]);
+    }
+}
+
+TEST(ZeroedArray, TakesWhatTheAllocatorKeepsWhereTheAddressSpaceIsFull) {
+    constexpr std::size_t kSize = std::size_t{2} << 20;
+    const auto makeArray = [] {
+        leaveAllToTheAllocator();
+        const auto array = internal::makeZeroedArray<char>(kSize);
+        _exit(array[0] == 0 && array[kSize - 1] == 0 ? 0 : 1);
+    };
+    EXPECT_EXIT(makeArray(), testing::ExitedWithCode(0), "");
+}
+
+// The memory is still in use when the failure is caught: there is none for what pcall gives.
+TEST(SmallAddressSpace, DeliversTheFailureThatAGlobalCaused) {
+    const TemporaryDirectory directory;
+    const std::string script = directory.path("script.rb");
+    writeFile(script,
+              "def fill(m, n) while true do m['key ' + n[0]] = n[0] n[0] = n[0] + 1 end end\n"
+              "round = 0\nwhile round < 3 do\nn = [0]\nm = map_new()\np = pcall(fill, m, n)\nm = nil\n"
+              "if p[2] != 'out of memory' then error(p) end\nprint(n[0], ' ')\nround = round + 1\nend\n");
+    constexpr rlim_t kKilobyte = 1024;
+    for (const rlim_t size : {30'000U, 50'000U, 80'000U, 100'000U}) {
+        ChildSetup setup;
+        setup.arguments = {script};
+        setup.prepare = limited(RLIMIT_AS, size * kKilobyte);
+        const ChildOutcome child = runProgram(setup);
+        EXPECT_EQ(child.status, 0) << size << child.error;
+        std::istringstream output(child.output);
+        const std::vector<double> rooms{std::istream_iterator<double>(output), {}};
+        ASSERT_EQ(rooms.size(), 3U) << size << ": " << child.output;
+        EXPECT_GT(rooms[1], rooms[0] * 0.9) << size << ": " << child.output;
+        EXPECT_GT(rooms[2], rooms[0] * 0.9) << size << ": " << child.output;
     }
 }
 

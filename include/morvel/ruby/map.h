@@ -270,6 +270,7 @@ public:
     [[nodiscard]] RubyValue* findText(internal::StringBox* box) noexcept {
         if (m_slots == nullptr) {
             const auto word = reinterpret_cast<std::uintptr_t>(box);
+            // cppcheck-suppress CastIntegerToAddressAtReturn; the comparison gives a bool
             if (Entry* const entry = scan([word](Key key) { return key == word; })) {
                 return &entry->value;
             }

@@ -124,13 +124,16 @@ public:
     /// An object of a class that converts to a number, a bool or a text becomes what it converts to: an element of
     /// std::vector<bool> a boolean, a std::atomic<int> an integer, a std::filesystem::path a string.
     template <internal::NumberOrTextObject T>
+    // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): takes no values
     RubyValue(T&& object) : RubyValue(internal::ValueConversions::pick(std::forward<T>(object))) {}
     /// An object of a class that converts to a container becomes a new array or map with what it converts to.
     template <internal::ContainerObject T>
+    // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): takes no values
     RubyValue(T&& object)
         : RubyValue(static_cast<std::remove_cvref_t<internal::Converted<T>>>(std::forward<T>(object))) {}
     /// An object that converts to several of these has to be converted by the caller, who knows which is meant.
     template <internal::AmbiguousObject T>
+    // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): takes no values
     RubyValue(T&& object) = delete;
     /// A function value over a new handle; an empty pointer gives a function value whose handle is empty, which
     /// fails with "function handle is empty" when it is called.

@@ -83,6 +83,7 @@ private:
     [[noreturn]] void failOverflow() const;
     /// Does what the current instruction has to do; a "stack overflow" gets its location, looked up only then.
     template <typename Work>
+    // NOLINTNEXTLINE(modernize-use-nodiscard): the work may give nothing
     auto withOverflowLocated(const Work& work) const {
         try {
             return work();
