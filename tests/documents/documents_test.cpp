@@ -8,6 +8,7 @@
 
 #include "documents/attacks.h"
 #include "morvel/ruby/vm.h"
+#include "support/leaks_allowed.h"
 #include "support/process.h"
 #include "support/temporary_directory.h"
 
@@ -65,6 +66,7 @@ TEST_P(AttackedProgram, OutlivesHostileGuests) {
 
 // An attack that fails by itself would test nothing.
 TEST(Attacks, DoWhatTheySay) {
+    const LeaksAllowed ringsAreMade;
     for (const Attack& attack : kAttacks) {
         RubyVM vm;
         int calls = 0;

@@ -8,6 +8,17 @@
 #include <utility>
 #include <vector>
 
+#if defined(__SANITIZE_ADDRESS__)
+#define MORVEL_TELLS_STACKS
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define MORVEL_TELLS_STACKS
+#endif
+#endif
+#if defined(MORVEL_TELLS_STACKS)
+#include <sanitizer/common_interface_defs.h>
+#endif
+
 namespace morvel::ruby::tests {
 
 /// Something that runs on a stack of its own and may stop in between.
@@ -25,14 +36,38 @@ public:
 
     void resume() {
         current = this;
+        leaveStack(&m_callerFrames, m_stack.data(), m_stack.size());
         swapcontext(&m_caller, &m_own);
+        enterStack(m_callerFrames, nullptr, nullptr);
     }
-    void pause() { swapcontext(&m_own, &m_caller); }
+    void pause() {
+        leaveStack(&m_ownFrames, m_callerStack, m_callerSize);
+        swapcontext(&m_own, &m_caller);
+        enterStack(m_ownFrames, &m_callerStack, &m_callerSize);
+    }
 
 private:
     static constexpr std::size_t kStack = std::size_t{1} << 20;
 
-    static void begin() { current->m_body(*current); }
+    static void begin() {
+        Fiber& self = *current;
+        enterStack(nullptr, &self.m_callerStack, &self.m_callerSize);
+        self.m_body(self);
+        leaveStack(nullptr, self.m_callerStack, self.m_callerSize);
+    }
+
+    // AddressSanitizer has to be told which stack is in use.
+#if defined(MORVEL_TELLS_STACKS)
+    static void leaveStack(void** frames, const void* next, std::size_t size) {
+        __sanitizer_start_switch_fiber(frames, next, size);
+    }
+    static void enterStack(void* frames, const void** previous, std::size_t* size) {
+        __sanitizer_finish_switch_fiber(frames, previous, size);
+    }
+#else
+    static void leaveStack(void** /*frames*/, const void* /*next*/, std::size_t /*size*/) {}
+    static void enterStack(void* /*frames*/, const void** /*previous*/, std::size_t* /*size*/) {}
+#endif
 
     static inline thread_local Fiber* current = nullptr;
 
@@ -40,6 +75,10 @@ private:
     std::vector<std::byte> m_stack;
     ucontext_t m_own{};
     ucontext_t m_caller{};
+    void* m_ownFrames = nullptr;
+    void* m_callerFrames = nullptr;
+    const void* m_callerStack = nullptr;
+    std::size_t m_callerSize = 0;
 };
 
 }  // namespace morvel::ruby::tests

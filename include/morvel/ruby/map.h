@@ -207,7 +207,7 @@ public:
     requires(std::constructible_from<value_type, Entry&&>) iterator insert(const const_iterator&, Entry&& entry) {
         return emplace(std::forward<Entry>(entry)).first;
     }
-    iterator insert(const_iterator, value_type&& entry) { return insert(std::move(entry)).first; }
+    iterator insert(const const_iterator&, value_type&& entry) { return insert(std::move(entry)).first; }
     /// Stores the pairs of a range whose keys are not there.
     template <std::input_iterator Iterator>
     requires(std::constructible_from<value_type, std::iter_reference_t<Iterator>>) void insert(Iterator first,
@@ -230,12 +230,12 @@ public:
     template <typename... Arguments>
     std::pair<iterator, bool> try_emplace(std::string_view key, Arguments&&... arguments);
     template <typename... Arguments>
-    iterator try_emplace(const_iterator, std::string_view key, Arguments&&... arguments) {
+    iterator try_emplace(const const_iterator&, std::string_view key, Arguments&&... arguments) {
         return try_emplace(key, std::forward<Arguments>(arguments)...).first;
     }
     /// Stores `value` under `key`; gives its entry and whether the key is new.
     Assignment insert_or_assign(std::string_view key, RubyValue value);
-    iterator insert_or_assign(const_iterator, std::string_view key, RubyValue value);
+    iterator insert_or_assign(const const_iterator&, std::string_view key, RubyValue value);
 
     /// Removes the entry of `key`; the number of entries removed, 0 or 1.
     std::size_t erase(std::string_view key);
@@ -444,7 +444,7 @@ struct RubyMap::Assignment : std::pair<iterator, bool> {
     operator bool() const noexcept { return second; }
 };
 
-inline RubyMap::iterator RubyMap::insert_or_assign(const_iterator, std::string_view key, RubyValue value) {
+inline RubyMap::iterator RubyMap::insert_or_assign(const const_iterator&, std::string_view key, RubyValue value) {
     return insert_or_assign(key, std::move(value)).first;
 }
 

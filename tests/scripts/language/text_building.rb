@@ -139,3 +139,4 @@ key[0] = "x"
 m[key] = 2
 key = key + "y"
 puts(m[key], m)
+table_clear(ring)
