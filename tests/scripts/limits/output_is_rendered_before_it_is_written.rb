@@ -12,3 +12,4 @@ end
 puts(pcall(say), pcall(say_more), pcall(write))
 puts(pcall(puts, "first", ring), pcall(print, "first", ring))
 puts(file_exists?("output_is_rendered_before_it_is_written.txt"))
+table_clear(ring)

@@ -29,4 +29,12 @@ end
 puts(pcall(join), pcall(append), pcall(store))
 puts(pcall(same), pcall(loop), pcall(guarded, ring))
 puts(pcall(error, ring), pcall(pcall, error, ring))
-"list: " + ring
+table_clear(ring)
+table_clear(other)
+deep = []
+n = 0
+while n < 1000000 do
+  deep = [deep]
+  n = n + 1
+end
+"list: " + deep
