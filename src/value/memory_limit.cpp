@@ -105,9 +105,9 @@ std::size_t controlGroupLimit(const std::string& groupsOfProcess, const std::str
     return smallest;
 }
 
-void requireMemory(std::size_t count, std::size_t size) {
+bool canHaveMemory(std::size_t count, std::size_t size) {
     if (size == 0 || count <= kSurelyThere / size) {
-        return;
+        return true;
     }
     static const std::size_t memory = machineMemory();
     // Limits may be set at any time, so they are asked for each time.
@@ -115,7 +115,11 @@ void requireMemory(std::size_t count, std::size_t size) {
     if (count <= most / size && count > kWorthReading / size) {
         most = std::min(most, controlGroupLimit("/proc/self/cgroup", "/sys/fs/cgroup"));
     }
-    if (count > most / size) {
+    return count <= most / size;
+}
+
+void requireMemory(std::size_t count, std::size_t size) {
+    if (!canHaveMemory(count, size)) {
         throw SizeRefused();
     }
 }

@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
-#include <new>
 
 #include "support/temporary_directory.h"
 
@@ -72,13 +71,12 @@ TEST(ControlGroupLimit, TakesNothingFromFilesOfAnotherForm) {
     EXPECT_EQ(controlGroupLimit(groups, root), kNone);
 }
 
-bool isRefused(std::size_t bytes) {
-    try {
-        internal::requireMemory(bytes, 1);
-        return false;
-    } catch (const std::bad_alloc&) {
-        return true;
-    }
+TEST(RequiredMemory, IsRefusedWhereTheProcessCannotHaveIt) {
+    EXPECT_NO_THROW(internal::requireMemory(1, 1));
+    EXPECT_NO_THROW(internal::requireMemory(0, kNone));
+    EXPECT_NO_THROW(internal::requireMemory(kNone, 0));
+    EXPECT_THROW(internal::requireMemory(kNone / 2, 1), internal::SizeRefused);
+    EXPECT_THROW(internal::requireMemory(kNone, kNone), internal::SizeRefused);
 }
 
 class ProcessLimit : public ::testing::TestWithParam<int> {};
@@ -88,10 +86,11 @@ TEST_P(ProcessLimit, CountsFromWhenItIsSet) {
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        const bool before = isRefused(12 * kMegabyte);
+        const bool before = internal::canHaveMemory(12 * kMegabyte, 1);
         const rlimit limit{8 * kMegabyte, RLIM_INFINITY};
         const bool isSet = setrlimit(static_cast<decltype(RLIMIT_AS)>(GetParam()), &limit) == 0;
-        _exit(isSet && !before && isRefused(12 * kMegabyte) && !isRefused(4 * kMegabyte) ? 0 : 1);
+        const bool after = internal::canHaveMemory(12 * kMegabyte, 1);
+        _exit(isSet && before && !after && internal::canHaveMemory(4 * kMegabyte, 1) ? 0 : 1);
     }
     int status = -1;
     ASSERT_EQ(waitpid(child, &status, 0), child);
