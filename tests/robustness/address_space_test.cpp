@@ -68,6 +68,14 @@ ChildOutcome runScript(const std::string& source, const std::function<void()>& p
     return runProgram(setup);
 }
 
+/// What a script prints under a limit of its address space: the numbers, once it has ended in order.
+std::vector<double> numbersWithin(const std::string& source, rlim_t addressSpace) {
+    const ChildOutcome child = runScript(source, limited(RLIMIT_AS, addressSpace));
+    EXPECT_EQ(child.status, 0) << addressSpace << child.error;
+    std::istringstream output(child.output);
+    return {std::istream_iterator<double>(output), {}};
+}
+
 std::string parentheses(std::size_t count) { return "x = " + repeated("(", count) + "1" + repeated(")", count); }
 
 // Two lists nested 60,000 deep; all memory; then the text of the one and the comparison of both, with and without that.
@@ -184,11 +192,10 @@ TEST(SmallAddressSpace, EndsImagesThatFillItWithAnError) {
     ChildSetup compiling;
     compiling.arguments = {"--compile", script, image};
     ASSERT_EQ(runProgram(compiling).status, 0);
-    constexpr rlim_t kKilobyte = 1024;
     for (rlim_t size = 8'000; size <= 200'000; size += size / 2 + 7) {
         ChildSetup setup;
         setup.arguments = {"--run-bytecode", image};
-        setup.prepare = limited(RLIMIT_AS, size * kKilobyte);
+        setup.prepare = limited(RLIMIT_AS, size * kKiB);
         const ChildOutcome child = runProgram(setup);
         EXPECT_EQ(child.status, 1) << size;
         EXPECT_EQ(child.error, "morveltesk: out of memory\n") << size;
@@ -197,31 +204,22 @@ TEST(SmallAddressSpace, EndsImagesThatFillItWithAnError) {
 
 // What one round leaves behind for reuse, or scattered over the heap, must not be missing in the next.
 TEST(SmallAddressSpace, HasAboutTheSameRoomInEveryRound) {
-    const TemporaryDirectory directory;
-    const std::string script = directory.path("script.rb");
-    writeFile(script,
-              "def maps(n) m = map_new() while true do m['key ' + n[0]] = n[0] n[0] = n[0] + 1 end end\n"
-              "def calls(n) n[0] = n[0] + 1 return calls(n) + 1 end\n"
-              "def lists(n) a = nil while true do a = [a, n[0]] n[0] = n[0] + 1 end end\n"
-              "kinds = [maps, calls, lists]\nn = [0]\nround = 0\n"
-              "while round < 4 do\nkind = 0\nwhile kind < len(kinds) do\nn[0] = 0\np = pcall(kinds[kind], n)\n"
-              "if p[2] != 'out of memory' then error(p) end\nprint(n[0], ' ')\nkind = kind + 1\nend\n"
-              "round = round + 1\nend\n");
-    constexpr rlim_t kKilobyte = 1024;
+    const std::string source =
+        "def maps(n) m = map_new() while true do m['key ' + n[0]] = n[0] n[0] = n[0] + 1 end end\n"
+        "def calls(n) n[0] = n[0] + 1 return calls(n) + 1 end\n"
+        "def lists(n) a = nil while true do a = [a, n[0]] n[0] = n[0] + 1 end end\n"
+        "kinds = [maps, calls, lists]\nn = [0]\nround = 0\n"
+        "while round < 4 do\nkind = 0\nwhile kind < len(kinds) do\nn[0] = 0\np = pcall(kinds[kind], n)\n"
+        "if p[2] != 'out of memory' then error(p) end\nprint(n[0], ' ')\nkind = kind + 1\nend\n"
+        "round = round + 1\nend\n";
     constexpr std::size_t kKinds = 3;
     // What grows by doubling may find the room for that or just not. The last kind grows by pairs.
     constexpr std::array<double, kKinds> kLeastRoom{0.45, 0.45, 0.9};
     for (const rlim_t size : {30'000U, 60'000U}) {
-        ChildSetup setup;
-        setup.arguments = {script};
-        setup.prepare = limited(RLIMIT_AS, size * kKilobyte);
-        const ChildOutcome child = runProgram(setup);
-        EXPECT_EQ(child.status, 0) << size << child.error;
-        std::istringstream output(child.output);
-        const std::vector<double> rooms{std::istream_iterator<double>(output), {}};
-        ASSERT_EQ(rooms.size(), kKinds * 4) << size << ": " << child.output;
+        const std::vector<double> rooms = numbersWithin(source, size * kKiB);
+        ASSERT_EQ(rooms.size(), kKinds * 4) << size;
         for (std::size_t i = kKinds; i < rooms.size(); ++i) {
-            EXPECT_GT(rooms[i], rooms[i % kKinds] * kLeastRoom[i % kKinds]) << size << ": " << child.output;
+            EXPECT_GT(rooms[i], rooms[i % kKinds] * kLeastRoom[i % kKinds]) << size << ", turn " << i;
         }
     }
 }
@@ -258,24 +256,15 @@ TEST(ZeroedArray, TakesWhatTheAllocatorKeepsWhereTheAddressSpaceIsFull) {
 
 // The memory is still in use when the failure is caught: there is none for what pcall gives.
 TEST(SmallAddressSpace, DeliversTheFailureThatAGlobalCaused) {
-    const TemporaryDirectory directory;
-    const std::string script = directory.path("script.rb");
-    writeFile(script,
-              "def fill(m, n) while true do m['key ' + n[0]] = n[0] n[0] = n[0] + 1 end end\n"
-              "round = 0\nwhile round < 3 do\nn = [0]\nm = map_new()\np = pcall(fill, m, n)\nm = nil\n"
-              "if p[2] != 'out of memory' then error(p) end\nprint(n[0], ' ')\nround = round + 1\nend\n");
-    constexpr rlim_t kKilobyte = 1024;
+    const std::string source =
+        "def fill(m, n) while true do m['key ' + n[0]] = n[0] n[0] = n[0] + 1 end end\n"
+        "round = 0\nwhile round < 3 do\nn = [0]\nm = map_new()\np = pcall(fill, m, n)\nm = nil\n"
+        "if p[2] != 'out of memory' then error(p) end\nprint(n[0], ' ')\nround = round + 1\nend\n";
     for (const rlim_t size : {30'000U, 50'000U, 80'000U, 100'000U}) {
-        ChildSetup setup;
-        setup.arguments = {script};
-        setup.prepare = limited(RLIMIT_AS, size * kKilobyte);
-        const ChildOutcome child = runProgram(setup);
-        EXPECT_EQ(child.status, 0) << size << child.error;
-        std::istringstream output(child.output);
-        const std::vector<double> rooms{std::istream_iterator<double>(output), {}};
-        ASSERT_EQ(rooms.size(), 3U) << size << ": " << child.output;
-        EXPECT_GT(rooms[1], rooms[0] * 0.9) << size << ": " << child.output;
-        EXPECT_GT(rooms[2], rooms[0] * 0.9) << size << ": " << child.output;
+        const std::vector<double> rooms = numbersWithin(source, size * kKiB);
+        ASSERT_EQ(rooms.size(), 3U) << size;
+        EXPECT_GT(rooms[1], rooms[0] * 0.9) << size;
+        EXPECT_GT(rooms[2], rooms[0] * 0.9) << size;
     }
 }
 
