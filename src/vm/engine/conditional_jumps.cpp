@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "vm/engine/instruction_families.h"
+#include "vm/engine/instruction_table.h"
 
 namespace morvel::ruby::internal {
 
@@ -23,23 +23,23 @@ void ConditionalJumps::conditionalJump(std::size_t target, bool whenTrue) {
     m_stack.makeRegister(m_stack.size() - 1);
     const Entry inRegister = m_stack.pop();
     m_stack.materializeAll();
-    m_code.emitJump(whenTrue ? EngineOp::JumpIfTrue : EngineOp::JumpIfFalse, mark(inRegister, kTemporaryA),
+    m_code.emitJump(whenTrue ? EngineOp::JumpIfTrue : EngineOp::JumpIfFalse, flagFor(inRegister, kFirstDies),
                     reg(inRegister.index), target);
 }
 
 bool ConditionalJumps::fuseJump(const Entry& condition, std::size_t target, bool whenTrue) {
     const EngineInstruction* last = m_code.lastInBlock();
     if (condition.place != Place::Temporary || last == nullptr || last->a != reg(condition.index) ||
-        !writesA(last->op)) {
+        !infoOf(last->op).writesRegister()) {
         return false;
     }
     const EngineInstruction test = *last;
     if (test.op == EngineOp::Not) {
         m_code.dropLast();
-        const bool isTemporary = (test.n & kTemporaryB) != 0;
+        const bool isTemporary = (test.n & kFirstDies) != 0;
         if (!isTemporary || !fuseTest(test.b, target, !whenTrue)) {
             m_code.emitJump(whenTrue ? EngineOp::JumpIfFalse : EngineOp::JumpIfTrue,
-                            isTemporary ? kTemporaryA : std::uint8_t{0}, test.b, target);
+                            isTemporary ? kFirstDies : std::uint8_t{0}, test.b, target);
         }
         return true;
     }
@@ -57,8 +57,7 @@ bool ConditionalJumps::fuseTest(std::uint16_t result, std::size_t target, bool w
         return false;
     }
     m_code.dropLast();
-    // The operands move from b and c to a and b, and so do their marks.
-    m_code.emitShortJump(*jump, static_cast<std::uint8_t>(test.n >> 1), test.b, test.c, target);
+    m_code.emitShortJump(*jump, test.n, test.b, test.c, target);
     return true;
 }
 

@@ -72,6 +72,8 @@ public:
 private:
     enum class CallOutcome : std::uint8_t { Done, Raised };
 
+    struct Loop;
+
     /// The instruction loop of `run`; returns when the frame above `entry` has returned.
     void interpret(std::size_t entry, Runs::Id run);
 

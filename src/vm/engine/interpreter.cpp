@@ -2,7 +2,7 @@
 //
 // Rules that hold in it:
 //  1. The frame's `next` is saved before anything that may fail or leave the frame, and the state is loaded again after
-//     anything that may enter, leave or run other frames (LOAD_FRAME) or create globals.
+//     anything that may enter, leave or run other frames (load) or create globals.
 //  2. A dead register never holds a boxed value. Instructions that use up a temporary release it, unless it held a
 //     scalar, which may be left behind.
 //  3. Registers never move while a frame is active; frames and globals may.
@@ -109,6 +109,16 @@ using Type = RubyValue::Type;
     moveRegister(to, from);
 }
 
+/// Stores `value` in an element or entry when there is nothing to release and no reference to count; false otherwise.
+[[gnu::always_inline]] inline bool storePlain(RubyValue* element, const RubyValue* value) {
+    if (areUnboxed(element, value)) [[likely]] {
+        element->type = value->type;
+        element->data = value->data;
+        return true;
+    }
+    return false;
+}
+
 constinit const RubyValue kNil;
 
 /// Copies a value that lives in a container to a register. The container goes first when it is a dying temporary, which
@@ -203,577 +213,638 @@ template <OpCode Operation>
 
 }  // namespace
 
-void Engine::interpret(std::size_t entry, Runs::Id run) {
-    const EngineInstruction* pc;
-    RubyValue* base;
-    const RubyValue* constants;
-    RubyValue* globals;
-    RubyValue* returned;
+/// What the loop carries from instruction to instruction. One body for each operation, made for each of its
+/// instructions; all are inlined into the loop, so that the members live in the processor's registers.
+struct Engine::Loop {
+    /// What follows a body: the next instruction, or the end of the run.
+    enum class Step : std::uint8_t { Next, Leave };
 
-// Operands are stored doubled and scaled by a machine word, half a value.
-#define OPERAND(area, number) \
-    (reinterpret_cast<RubyValue*>(reinterpret_cast<std::uint64_t*>(const_cast<RubyValue*>(area)) + (number)))
-#define OPERAND_R(number) OPERAND(base, number)
-#define OPERAND_K(number) OPERAND(constants, number)
-#define OPERAND_G(number) OPERAND(globals, number)
+    Engine& engine;
+    const std::size_t entry;
+    const Runs::Id run;
+    /// The next instruction.
+    const EngineInstruction* pc = nullptr;
+    RubyValue* base = nullptr;
+    const RubyValue* constants = nullptr;
+    RubyValue* globals = nullptr;
 
-// The instruction being carried out; `pc` is already past it.
-#define INSTRUCTION (pc[-1])
-#define SAVE() (m_current->next = pc)
-// Frames share the loop's variables, so the globals have to be looked up again only after other code has run.
-#define LOAD_FRAME(top)                            \
-    do {                                           \
-        base = (top)->base;                        \
-        constants = (top)->code->constants.data(); \
-        pc = (top)->next;                          \
-    } while (false)
-#define LOAD_STATE()                                 \
-    do {                                             \
-        if (deferredHosts != nullptr) [[unlikely]] { \
-            releaseDeferredHosts();                  \
-        }                                            \
-        m_runs.requireInnermost(run);                \
-        LOAD_FRAME(m_current);                       \
-        globals = m_globals.values();                \
-    } while (false)
+    /// The instruction being carried out; `pc` is already past it.
+    [[gnu::always_inline]] const EngineInstruction& instruction() const { return pc[-1]; }
 
-#if MORVEL_THREADED
-    static const void* const kLabels[] = {
-#define MORVEL_LABEL(name, ...) &&label##name,
-        MORVEL_ENGINE_OPERATIONS(MORVEL_LABEL, MORVEL_LABEL, MORVEL_LABEL)
-#undef MORVEL_LABEL
-    };
-#define OP(name) label##name:
-#define NEXT()                                                   \
-    do {                                                         \
-        ++pc;                                                    \
-        goto* kLabels[static_cast<std::size_t>(INSTRUCTION.op)]; \
-    } while (false)
-    LOAD_STATE();
-    NEXT();
-#else
-#define OP(name) case EngineOp::name:
-#define NEXT() continue
-    LOAD_STATE();
-    while (true) {
-        ++pc;
-        switch (INSTRUCTION.op) {
-#endif
+    [[gnu::always_inline]] void save() const { engine.m_current->next = pc; }
 
-// Releases the operands l and r that are dying temporaries. They are booleans mostly, which need nothing.
-#define RELEASE_BOTH(leftMark, rightMark)                 \
-    if (l->isBoxed() || r->isBoxed()) [[unlikely]] {      \
-        releaseIf((INSTRUCTION.n & (leftMark)) != 0, l);  \
-        releaseIf((INSTRUCTION.n & (rightMark)) != 0, r); \
+    /// Frames share the loop's members, so the globals have to be looked up again only after other code has run.
+    [[gnu::always_inline]] void loadFrame(const Frame* top) {
+        base = top->base;
+        constants = top->code->constants.data();
+        pc = top->next;
     }
 
-#define ARITHMETIC(operation, target, left, right)                         \
-    {                                                                      \
-        RubyValue* const to = target;                                      \
-        RubyValue* const l = left;                                         \
-        RubyValue* const r = right;                                        \
-        if (!calculateNumbers<OpCode::operation>(to, l, r)) [[unlikely]] { \
-            SAVE();                                                        \
-            arithmeticSlow<OpCode::operation>(to, l, r, INSTRUCTION.n);    \
-        }                                                                  \
-        NEXT();                                                            \
-    }
-
-#define ADD_ROW(name, L, R_) \
-    OP(name) ARITHMETIC(Add, OPERAND_R(INSTRUCTION.a), OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c))
-#define SUBTRACT_ROW(name, L, R_) \
-    OP(name) ARITHMETIC(Subtract, OPERAND_R(INSTRUCTION.a), OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c))
-#define MULTIPLY_ROW(name, L, R_) \
-    OP(name) ARITHMETIC(Multiply, OPERAND_R(INSTRUCTION.a), OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c))
-#define DIVIDE_ROW(name, L, R_) \
-    OP(name) ARITHMETIC(Divide, OPERAND_R(INSTRUCTION.a), OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c))
-#define MODULO_ROW(name, L, R_) \
-    OP(name) ARITHMETIC(Modulo, OPERAND_R(INSTRUCTION.a), OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c))
-    MORVEL_ENGINE_PAIRS(ADD_ROW, Add)
-    MORVEL_ENGINE_PAIRS(SUBTRACT_ROW, Subtract)
-    MORVEL_ENGINE_PAIRS(MULTIPLY_ROW, Multiply)
-    MORVEL_ENGINE_PAIRS(DIVIDE_ROW, Divide)
-    MORVEL_ENGINE_PAIRS(MODULO_ROW, Modulo)
-
-#define ADD_G_ROW(name, L, R_) \
-    OP(name) ARITHMETIC(Add, OPERAND_G(INSTRUCTION.a), OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c))
-#define SUBTRACT_G_ROW(name, L, R_) \
-    OP(name) ARITHMETIC(Subtract, OPERAND_G(INSTRUCTION.a), OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c))
-#define MULTIPLY_G_ROW(name, L, R_) \
-    OP(name) ARITHMETIC(Multiply, OPERAND_G(INSTRUCTION.a), OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c))
-#define DIVIDE_G_ROW(name, L, R_) \
-    OP(name) ARITHMETIC(Divide, OPERAND_G(INSTRUCTION.a), OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c))
-#define MODULO_G_ROW(name, L, R_) \
-    OP(name) ARITHMETIC(Modulo, OPERAND_G(INSTRUCTION.a), OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c))
-    MORVEL_ENGINE_PAIRS(ADD_G_ROW, AddToG)
-    MORVEL_ENGINE_PAIRS(SUBTRACT_G_ROW, SubtractToG)
-    MORVEL_ENGINE_PAIRS(MULTIPLY_G_ROW, MultiplyToG)
-    MORVEL_ENGINE_PAIRS(DIVIDE_G_ROW, DivideToG)
-    MORVEL_ENGINE_PAIRS(MODULO_G_ROW, ModuloToG)
-
-// The comparisons of l and r, whose marks are `marks`: of integers, which compare through their doubles, as the
-// language has it, and of everything else into `answer`.
-#define LESS_INTEGERS(op, ...) (static_cast<double>(l->data.integer) op static_cast<double>(r->data.integer))
-#define LESS_OTHERS(op, slow, marks)                   \
-    if (areFloats(l, r)) {                             \
-        answer = l->data.floating op r->data.floating; \
-    } else {                                           \
-        SAVE();                                        \
-        answer = slow(l, r, marks);                    \
-    }
-#define EQUAL_INTEGERS(op, ...) (l->data.integer op r->data.integer)
-#define EQUAL_OTHERS(op, negated, marks)                                         \
-    if (l->type == Type::String && r->type == Type::String && (marks) == 0) {    \
-        answer = areSameTexts(l, r) != (negated);                                \
-    } else if ((l->type == Type::Nil || r->type == Type::Nil) && (marks) == 0) { \
-        answer = (l->type == r->type) != (negated);                              \
-    } else {                                                                     \
-        SAVE();                                                                  \
-        answer = equalSlow(l, r, marks) != (negated);                            \
-    }
-
-#define VALUE_ROW(name, left, right, kind, ...)       \
-    OP(name) {                                        \
-        RubyValue* const l = left;                    \
-        RubyValue* const r = right;                   \
-        bool answer;                                  \
-        if (areIntegers(l, r)) [[likely]] {           \
-            answer = kind##_INTEGERS(__VA_ARGS__);    \
-        } else {                                      \
-            kind##_OTHERS(__VA_ARGS__, INSTRUCTION.n) \
-        }                                             \
-        setBoolean(OPERAND_R(INSTRUCTION.a), answer); \
-        NEXT();                                       \
-    }
-#define JUMP_WHEN(condition)                                \
-    {                                                       \
-        if (condition) {                                    \
-            pc += static_cast<std::int16_t>(INSTRUCTION.c); \
-        }                                                   \
-        NEXT();                                             \
-    }
-// In the fused jumps the operands, and with them the marks, stand one place further to the front.
-#define JUMP_ROW(...) JUMP_ROW_EXPANDED(__VA_ARGS__)
-#define JUMP_ROW_EXPANDED(name, left, right, jumps, kind, ...)                                                  \
-    OP(name) {                                                                                                  \
-        RubyValue* const l = left;                                                                              \
-        RubyValue* const r = right;                                                                             \
-        if (areIntegers(l, r)) {                                                                                \
-            JUMP_WHEN(kind##_INTEGERS(__VA_ARGS__) == (jumps));                                                 \
-        }                                                                                                       \
-        bool answer;                                                                                            \
-        kind##_OTHERS(__VA_ARGS__, static_cast<std::uint8_t>(INSTRUCTION.n << 1)) JUMP_WHEN(answer == (jumps)); \
-    }
-#define EQUAL_ROW(name, L, R_) \
-    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), EQUAL, ==, false)
-#define NOT_EQUAL_ROW(name, L, R_) \
-    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), EQUAL, !=, true)
-#define LESS_ROW(name, L, R_) \
-    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), LESS, <, lessSlow<false>)
-#define LESS_EQUAL_ROW(name, L, R_) \
-    VALUE_ROW(name, OPERAND_##L(INSTRUCTION.b), OPERAND_##R_(INSTRUCTION.c), LESS, <=, lessSlow<true>)
-    MORVEL_ENGINE_PAIRS(EQUAL_ROW, Equal)
-    MORVEL_ENGINE_PAIRS(NOT_EQUAL_ROW, NotEqual)
-    MORVEL_ENGINE_PAIRS(LESS_ROW, Less)
-    MORVEL_ENGINE_PAIRS(LESS_EQUAL_ROW, LessEqual)
-
-#define OPERANDS_AB(L, R_) OPERAND_##L(INSTRUCTION.a), OPERAND_##R_(INSTRUCTION.b)
-#define UNLESS_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, EQUAL, ==, false)
-#define UNLESS_NOT_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, EQUAL, !=, true)
-#define UNLESS_LESS_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, LESS, <, lessSlow<false>)
-#define UNLESS_LESS_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), false, LESS, <=, lessSlow<true>)
-    MORVEL_ENGINE_PAIRS(UNLESS_EQUAL_ROW, JumpUnlessEqual)
-    MORVEL_ENGINE_PAIRS(UNLESS_NOT_EQUAL_ROW, JumpUnlessNotEqual)
-    MORVEL_ENGINE_PAIRS(UNLESS_LESS_ROW, JumpUnlessLess)
-    MORVEL_ENGINE_PAIRS(UNLESS_LESS_EQUAL_ROW, JumpUnlessLessEqual)
-
-#define IF_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, EQUAL, ==, false)
-#define IF_NOT_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, EQUAL, !=, true)
-#define IF_LESS_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, LESS, <, lessSlow<false>)
-#define IF_LESS_EQUAL_ROW(name, L, R_) JUMP_ROW(name, OPERANDS_AB(L, R_), true, LESS, <=, lessSlow<true>)
-    MORVEL_ENGINE_PAIRS(IF_EQUAL_ROW, JumpIfEqual)
-    MORVEL_ENGINE_PAIRS(IF_NOT_EQUAL_ROW, JumpIfNotEqual)
-    MORVEL_ENGINE_PAIRS(IF_LESS_ROW, JumpIfLess)
-    MORVEL_ENGINE_PAIRS(IF_LESS_EQUAL_ROW, JumpIfLessEqual)
-
-// Copies a value that lives in a container to a register.
-#define COPY_OUT(to, from, container)                                        \
-    if ((INSTRUCTION.n & kTemporaryB) == 0 && !(to)->isBoxed()) [[likely]] { \
-        copyToDead(to, from);                                                \
-    } else {                                                                 \
-        copyOut(to, from, container, (INSTRUCTION.n & kTemporaryB) != 0);    \
-    }
-
-#define GET_INDEX_ROW(name, C, I)                                                                         \
-    OP(name) {                                                                                            \
-        RubyValue* const container = OPERAND_##C(INSTRUCTION.b);                                          \
-        RubyValue* const index = OPERAND_##I(INSTRUCTION.c);                                              \
-        RubyValue* const to = OPERAND_R(INSTRUCTION.a);                                                   \
-        if (container->type == Type::Array && index->type == Type::Integer) [[likely]] {                  \
-            const RubyArray& elements = static_cast<ArrayBox*>(container->data.box)->elements;            \
-            const auto position = static_cast<std::size_t>(index->data.integer);                          \
-            if (position < elements.size()) [[likely]] {                                                  \
-                const RubyValue* const element = elements.data() + position;                              \
-                COPY_OUT(to, element, container);                                                         \
-                NEXT();                                                                                   \
-            }                                                                                             \
-        } else if (container->type == Type::Map && isPlainKey(index, INSTRUCTION.n & kTemporaryC)) {      \
-            const RubyValue* found = findEntry(container, index);                                         \
-            if (found == nullptr) {                                                                       \
-                found = &kNil;                                                                            \
-            }                                                                                             \
-            COPY_OUT(to, found, container);                                                               \
-            NEXT();                                                                                       \
-        } else if (container->type == Type::String && index->type == Type::Integer) {                     \
-            const std::string& text = static_cast<StringBox*>(container->data.box)->text;                 \
-            const auto position = static_cast<std::size_t>(index->data.integer);                          \
-            if (position < text.size()) {                                                                 \
-                const RubyValue* const byte = &m_byteStrings[static_cast<unsigned char>(text[position])]; \
-                if (byte->isBoxed()) [[likely]] {                                                         \
-                    COPY_OUT(to, byte, container);                                                        \
-                    NEXT();                                                                               \
-                }                                                                                         \
-            }                                                                                             \
-        }                                                                                                 \
-        SAVE();                                                                                           \
-        getIndexSlow(to, container, index, INSTRUCTION.n);                                                \
-        NEXT();                                                                                           \
-    }
-    MORVEL_ENGINE_INDEX(GET_INDEX_ROW, GetIndex)
-
-#define TEST_INDEX_ROW(name, C, I, jumps)                                                                          \
-    OP(name) {                                                                                                     \
-        RubyValue* const container = OPERAND_##C(INSTRUCTION.a);                                                   \
-        RubyValue* const index = OPERAND_##I(INSTRUCTION.b);                                                       \
-        bool answer;                                                                                               \
-        if (container->type == Type::Array && index->type == Type::Integer &&                                      \
-            static_cast<std::size_t>(index->data.integer) <                                                        \
-                static_cast<ArrayBox*>(container->data.box)->elements.size()) [[likely]] {                         \
-            answer = static_cast<ArrayBox*>(container->data.box)->elements.data()[index->data.integer].isTruthy(); \
-            releaseIf((INSTRUCTION.n & kTemporaryA) != 0, container);                                              \
-        } else {                                                                                                   \
-            SAVE();                                                                                                \
-            answer = testIndexSlow(container, index, static_cast<std::uint8_t>(INSTRUCTION.n << 1));               \
-        }                                                                                                          \
-        if (answer == (jumps)) {                                                                                   \
-            pc += static_cast<std::int16_t>(INSTRUCTION.c);                                                        \
-        }                                                                                                          \
-        NEXT();                                                                                                    \
-    }
-#define UNLESS_INDEX_ROW(name, C, I) TEST_INDEX_ROW(name, C, I, false)
-#define IF_INDEX_ROW(name, C, I) TEST_INDEX_ROW(name, C, I, true)
-    MORVEL_ENGINE_INDEX(UNLESS_INDEX_ROW, JumpUnlessIndex)
-    MORVEL_ENGINE_INDEX(IF_INDEX_ROW, JumpIfIndex)
-
-// Stores `value` in an element or entry when there is nothing to release and no reference to count.
-#define STORE_PLAIN(element)                     \
-    if (areUnboxed(element, value)) [[likely]] { \
-        (element)->type = value->type;           \
-        (element)->data = value->data;           \
-        NEXT();                                  \
-    }
-#define SET_INDEX_ROW(name, C, I, V)                                                                 \
-    OP(name) {                                                                                       \
-        RubyValue* const container = OPERAND_##C(INSTRUCTION.a);                                     \
-        RubyValue* const index = OPERAND_##I(INSTRUCTION.b);                                         \
-        RubyValue* const value = OPERAND_##V(INSTRUCTION.c);                                         \
-        if (container->type == Type::Array && index->type == Type::Integer) [[likely]] {             \
-            RubyArray& elements = static_cast<ArrayBox*>(container->data.box)->elements;             \
-            const auto position = static_cast<std::size_t>(index->data.integer);                     \
-            if (position < elements.size()) [[likely]] {                                             \
-                RubyValue* const element = elements.data() + position;                               \
-                STORE_PLAIN(element)                                                                 \
-            }                                                                                        \
-        } else if (container->type == Type::Map && isPlainKey(index, INSTRUCTION.n & kTemporaryB)) { \
-            RubyValue* const found = findEntry(container, index);                                    \
-            if (found != nullptr) {                                                                  \
-                STORE_PLAIN(found)                                                                   \
-            }                                                                                        \
-        }                                                                                            \
-        SAVE();                                                                                      \
-        setIndexSlow(container, index, value, INSTRUCTION.n);                                        \
-        NEXT();                                                                                      \
-    }
-    MORVEL_ENGINE_SET_INDEX(SET_INDEX_ROW)
-
-// What is added to is its own target: a number there stays one, so that only its payload changes.
-#define INCREASE(amount)                                                                                  \
-    {                                                                                                     \
-        RubyValue* const sum = OPERAND_R(INSTRUCTION.a);                                                  \
-        RubyValue* const r = amount;                                                                      \
-        if (areIntegers(sum, r)) {                                                                        \
-            sum->data.integer = static_cast<std::int64_t>(static_cast<std::uint64_t>(sum->data.integer) + \
-                                                          static_cast<std::uint64_t>(r->data.integer));   \
-            NEXT();                                                                                       \
-        }                                                                                                 \
-        if (areFloats(sum, r)) {                                                                          \
-            sum->data.floating += r->data.floating;                                                       \
-            NEXT();                                                                                       \
-        }                                                                                                 \
-        SAVE();                                                                                           \
-        arithmeticSlow<OpCode::Add>(sum, sum, r, INSTRUCTION.n);                                          \
-        NEXT();                                                                                           \
-    }
-    OP(IncreaseR)
-    INCREASE(OPERAND_R(INSTRUCTION.b))
-    OP(IncreaseK)
-    INCREASE(OPERAND_K(INSTRUCTION.b))
-
-    OP(CopyLocal) {
-        copyOver(OPERAND_R(INSTRUCTION.a), OPERAND_R(INSTRUCTION.b));
-        NEXT();
-    }
-    OP(MoveTemporary) {
-        moveOver(OPERAND_R(INSTRUCTION.a), OPERAND_R(INSTRUCTION.b));
-        NEXT();
-    }
-    OP(LoadConstant) {
-        copyOver(OPERAND_R(INSTRUCTION.a), OPERAND_K(INSTRUCTION.wide()));
-        NEXT();
-    }
-    OP(LoadGlobal) {
-        copyOver(OPERAND_R(INSTRUCTION.a), OPERAND_G(INSTRUCTION.wide()));
-        NEXT();
-    }
-    OP(PassLocal) {
-        copyToDead(OPERAND_R(INSTRUCTION.a), OPERAND_R(INSTRUCTION.b));
-        NEXT();
-    }
-    OP(PassConstant) {
-        copyToDead(OPERAND_R(INSTRUCTION.a), OPERAND_K(INSTRUCTION.wide()));
-        NEXT();
-    }
-    OP(PassGlobal) {
-        copyToDead(OPERAND_R(INSTRUCTION.a), OPERAND_G(INSTRUCTION.wide()));
-        NEXT();
-    }
-    OP(CheckGlobal) {
-        if (OPERAND_G(INSTRUCTION.wide())->type == kUndefinedType) [[unlikely]] {
-            SAVE();
-            failUndefined(static_cast<std::size_t>(INSTRUCTION.wide()) / 2);
+    [[gnu::always_inline]] void load() {
+        if (deferredHosts != nullptr) [[unlikely]] {
+            releaseDeferredHosts();
         }
-        NEXT();
+        engine.m_runs.requireInnermost(run);
+        loadFrame(engine.m_current);
+        globals = engine.m_globals.values();
     }
-    OP(LoadLocalOrGlobal) {
-        const LocalFallback& fallback = m_current->code->fallbacks[static_cast<std::size_t>(INSTRUCTION.wide())];
-        const RubyValue* const local = OPERAND_R(fallback.local);
-        SAVE();
-        if (local->type == kUndefinedType) {
-            loadFallback(OPERAND_R(INSTRUCTION.a), fallback);
+
+    /// Operands are stored doubled and scaled by a machine word, half a value.
+    [[gnu::always_inline]] static RubyValue* at(const RubyValue* area, std::size_t number) {
+        return reinterpret_cast<RubyValue*>(reinterpret_cast<std::uint64_t*>(const_cast<RubyValue*>(area)) + number);
+    }
+
+    /// Where operand `kIndex` of the current instruction is, which is one of `kOp`.
+    template <EngineOp kOp, std::size_t kIndex>
+    [[gnu::always_inline]] RubyValue* operand() const {
+        constexpr EngineOperand kKind = infoOf(kOp).operands[kIndex];
+        const EngineInstruction& now = instruction();
+        if constexpr (kKind == EngineOperand::WideConstant) {
+            return at(constants, static_cast<std::size_t>(now.wide()));
+        } else if constexpr (kKind == EngineOperand::WideGlobal) {
+            return at(globals, static_cast<std::size_t>(now.wide()));
         } else {
-            assignRegister(OPERAND_R(INSTRUCTION.a), RubyValue(*local));
+            const std::uint16_t number = kIndex == 0 ? now.a : kIndex == 1 ? now.b : now.c;
+            return at(kKind == EngineOperand::Register   ? base
+                      : kKind == EngineOperand::Constant ? constants
+                                                         : globals,
+                      number);
         }
-        NEXT();
     }
-    OP(StoreGlobalMove) {
-        moveOver(OPERAND_G(INSTRUCTION.wide()), OPERAND_R(INSTRUCTION.a));
-        NEXT();
+
+    [[gnu::always_inline]] void jumpShort() { pc += static_cast<std::int16_t>(instruction().c); }
+    [[gnu::always_inline]] void jump() { pc += instruction().wide(); }
+
+    /// Releases operands that are dying temporaries. They are booleans mostly, which need nothing.
+    [[gnu::always_inline]] static void releaseBoth(RubyValue* left, RubyValue* right, std::uint8_t flags) {
+        if (left->isBoxed() || right->isBoxed()) [[unlikely]] {
+            releaseIf((flags & kFirstDies) != 0, left);
+            releaseIf((flags & kSecondDies) != 0, right);
+        }
     }
-    OP(StoreGlobalCopy) {
-        copyOver(OPERAND_G(INSTRUCTION.wide()), OPERAND_R(INSTRUCTION.a));
-        NEXT();
+
+    template <EngineOp kOp, OpCode kOperation>
+    [[gnu::always_inline]] Step arithmetic() {
+        RubyValue* const to = operand<kOp, 0>();
+        RubyValue* const left = operand<kOp, 1>();
+        RubyValue* const right = operand<kOp, 2>();
+        if (!calculateNumbers<kOperation>(to, left, right)) [[unlikely]] {
+            save();
+            engine.arithmeticSlow<kOperation>(to, left, right, instruction().n);
+        }
+        return Step::Next;
     }
-    OP(Drop) {
-        releaseRegister(OPERAND_R(INSTRUCTION.a));
-        NEXT();
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doAdd() {
+        return arithmetic<kOp, OpCode::Add>();
     }
-    OP(Negate) {
-        RubyValue* const to = OPERAND_R(INSTRUCTION.a);
-        RubyValue* const value = OPERAND_R(INSTRUCTION.b);
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doSubtract() {
+        return arithmetic<kOp, OpCode::Subtract>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doMultiply() {
+        return arithmetic<kOp, OpCode::Multiply>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doDivide() {
+        return arithmetic<kOp, OpCode::Divide>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doModulo() {
+        return arithmetic<kOp, OpCode::Modulo>();
+    }
+
+    /// Integers compare through their doubles in an order, as the language has it.
+    template <OpCode kTest>
+    [[gnu::always_inline]] static bool compareIntegers(const RubyValue* left, const RubyValue* right) {
+        switch (kTest) {
+            case OpCode::Equal:
+                return left->data.integer == right->data.integer;
+            case OpCode::NotEqual:
+                return left->data.integer != right->data.integer;
+            case OpCode::Less:
+                return static_cast<double>(left->data.integer) < static_cast<double>(right->data.integer);
+            default:
+                return static_cast<double>(left->data.integer) <= static_cast<double>(right->data.integer);
+        }
+    }
+    /// The comparison of what is not two integers.
+    template <OpCode kTest>
+    [[gnu::always_inline]] bool compareOthers(RubyValue* left, RubyValue* right) {
+        const std::uint8_t flags = instruction().n;
+        if constexpr (kTest == OpCode::Equal || kTest == OpCode::NotEqual) {
+            constexpr bool kNegated = kTest == OpCode::NotEqual;
+            if (left->type == Type::String && right->type == Type::String && flags == 0) {
+                return areSameTexts(left, right) != kNegated;
+            }
+            if ((left->type == Type::Nil || right->type == Type::Nil) && flags == 0) {
+                return (left->type == right->type) != kNegated;
+            }
+            save();
+            return engine.equalSlow(left, right, flags) != kNegated;
+        } else {
+            constexpr bool kOrEqual = kTest == OpCode::LessEqual;
+            if (areFloats(left, right)) {
+                return kOrEqual ? left->data.floating <= right->data.floating
+                                : left->data.floating < right->data.floating;
+            }
+            save();
+            return engine.lessSlow<kOrEqual>(left, right, flags);
+        }
+    }
+    template <EngineOp kOp, OpCode kTest>
+    [[gnu::always_inline]] Step comparison() {
+        RubyValue* const left = operand<kOp, 1>();
+        RubyValue* const right = operand<kOp, 2>();
+        bool answer;
+        if (areIntegers(left, right)) [[likely]] {
+            answer = compareIntegers<kTest>(left, right);
+        } else {
+            answer = compareOthers<kTest>(left, right);
+        }
+        setBoolean(operand<kOp, 0>(), answer);
+        return Step::Next;
+    }
+    template <EngineOp kOp, OpCode kTest, bool kWhen>
+    [[gnu::always_inline]] Step comparingJump() {
+        RubyValue* const left = operand<kOp, 0>();
+        RubyValue* const right = operand<kOp, 1>();
+        if (areIntegers(left, right)) {
+            if (compareIntegers<kTest>(left, right) == kWhen) {
+                jumpShort();
+            }
+            return Step::Next;
+        }
+        if (compareOthers<kTest>(left, right) == kWhen) {
+            jumpShort();
+        }
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doEqual() {
+        return comparison<kOp, OpCode::Equal>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpIfEqual() {
+        return comparingJump<kOp, OpCode::Equal, true>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpUnlessEqual() {
+        return comparingJump<kOp, OpCode::Equal, false>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doNotEqual() {
+        return comparison<kOp, OpCode::NotEqual>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpIfNotEqual() {
+        return comparingJump<kOp, OpCode::NotEqual, true>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpUnlessNotEqual() {
+        return comparingJump<kOp, OpCode::NotEqual, false>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doLess() {
+        return comparison<kOp, OpCode::Less>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpIfLess() {
+        return comparingJump<kOp, OpCode::Less, true>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpUnlessLess() {
+        return comparingJump<kOp, OpCode::Less, false>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doLessEqual() {
+        return comparison<kOp, OpCode::LessEqual>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpIfLessEqual() {
+        return comparingJump<kOp, OpCode::LessEqual, true>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpUnlessLessEqual() {
+        return comparingJump<kOp, OpCode::LessEqual, false>();
+    }
+
+    /// Copies a value that lives in a container, which may be a dying temporary, to a register.
+    [[gnu::always_inline]] void copyElement(RubyValue* to, const RubyValue* from, RubyValue* container) {
+        const bool containerDies = (instruction().n & kFirstDies) != 0;
+        if (!containerDies && !to->isBoxed()) [[likely]] {
+            copyToDead(to, from);
+        } else {
+            copyOut(to, from, container, containerDies);
+        }
+    }
+
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doGetIndex() {
+        RubyValue* const container = operand<kOp, 1>();
+        RubyValue* const index = operand<kOp, 2>();
+        RubyValue* const to = operand<kOp, 0>();
+        if (container->type == Type::Array && index->type == Type::Integer) [[likely]] {
+            const RubyArray& elements = static_cast<ArrayBox*>(container->data.box)->elements;
+            const auto position = static_cast<std::size_t>(index->data.integer);
+            if (position < elements.size()) [[likely]] {
+                copyElement(to, elements.data() + position, container);
+                return Step::Next;
+            }
+        } else if (container->type == Type::Map && isPlainKey(index, instruction().n & kSecondDies)) {
+            const RubyValue* const found = findEntry(container, index);
+            copyElement(to, found == nullptr ? &kNil : found, container);
+            return Step::Next;
+        } else if (container->type == Type::String && index->type == Type::Integer) {
+            const std::string& text = static_cast<StringBox*>(container->data.box)->text;
+            const auto position = static_cast<std::size_t>(index->data.integer);
+            if (position < text.size()) {
+                const RubyValue* const byte = &engine.m_byteStrings[static_cast<unsigned char>(text[position])];
+                if (byte->isBoxed()) [[likely]] {
+                    copyElement(to, byte, container);
+                    return Step::Next;
+                }
+            }
+        }
+        save();
+        engine.getIndexSlow(to, container, index, instruction().n);
+        return Step::Next;
+    }
+
+    template <EngineOp kOp, bool kWhen>
+    [[gnu::always_inline]] Step testingIndex() {
+        RubyValue* const container = operand<kOp, 0>();
+        RubyValue* const index = operand<kOp, 1>();
+        bool answer;
+        if (container->type == Type::Array && index->type == Type::Integer &&
+            static_cast<std::size_t>(index->data.integer) <
+                static_cast<ArrayBox*>(container->data.box)->elements.size()) [[likely]] {
+            answer = static_cast<ArrayBox*>(container->data.box)->elements.data()[index->data.integer].isTruthy();
+            releaseIf((instruction().n & kFirstDies) != 0, container);
+        } else {
+            save();
+            answer = engine.testIndexSlow(container, index, instruction().n);
+        }
+        if (answer == kWhen) {
+            jumpShort();
+        }
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpIfIndex() {
+        return testingIndex<kOp, true>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpUnlessIndex() {
+        return testingIndex<kOp, false>();
+    }
+
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doSetIndex() {
+        RubyValue* const container = operand<kOp, 0>();
+        RubyValue* const index = operand<kOp, 1>();
+        RubyValue* const value = operand<kOp, 2>();
+        if (container->type == Type::Array && index->type == Type::Integer) [[likely]] {
+            RubyArray& elements = static_cast<ArrayBox*>(container->data.box)->elements;
+            const auto position = static_cast<std::size_t>(index->data.integer);
+            if (position < elements.size()) [[likely]] {
+                if (storePlain(elements.data() + position, value)) [[likely]] {
+                    return Step::Next;
+                }
+            }
+        } else if (container->type == Type::Map && isPlainKey(index, instruction().n & kFirstDies)) {
+            RubyValue* const found = findEntry(container, index);
+            if (found != nullptr && storePlain(found, value)) {
+                return Step::Next;
+            }
+        }
+        save();
+        engine.setIndexSlow(container, index, value, instruction().n);
+        return Step::Next;
+    }
+
+    /// What is added to is its own target: a number there stays one, so that only its payload changes.
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doIncrease() {
+        RubyValue* const sum = operand<kOp, 0>();
+        RubyValue* const amount = operand<kOp, 1>();
+        if (areIntegers(sum, amount)) {
+            sum->data.integer = static_cast<std::int64_t>(static_cast<std::uint64_t>(sum->data.integer) +
+                                                          static_cast<std::uint64_t>(amount->data.integer));
+            return Step::Next;
+        }
+        if (areFloats(sum, amount)) {
+            sum->data.floating += amount->data.floating;
+            return Step::Next;
+        }
+        save();
+        engine.arithmeticSlow<OpCode::Add>(sum, sum, amount, instruction().n);
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doCopyLocal() {
+        copyOver(operand<kOp, 0>(), operand<kOp, 1>());
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doLoadConstant() {
+        copyOver(operand<kOp, 0>(), operand<kOp, 1>());
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doLoadGlobal() {
+        copyOver(operand<kOp, 0>(), operand<kOp, 1>());
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doMoveTemporary() {
+        moveOver(operand<kOp, 0>(), operand<kOp, 1>());
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doPassLocal() {
+        copyToDead(operand<kOp, 0>(), operand<kOp, 1>());
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doPassConstant() {
+        copyToDead(operand<kOp, 0>(), operand<kOp, 1>());
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doPassGlobal() {
+        copyToDead(operand<kOp, 0>(), operand<kOp, 1>());
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doCheckGlobal() {
+        if (operand<kOp, 1>()->type == kUndefinedType) [[unlikely]] {
+            save();
+            engine.failUndefined(static_cast<std::size_t>(instruction().wide()) / 2);
+        }
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doLoadLocalOrGlobal() {
+        const auto number = static_cast<std::size_t>(instruction().wide());
+        const LocalFallback& fallback = engine.m_current->code->fallbacks[number];
+        const RubyValue* const local = at(base, fallback.local);
+        save();
+        if (local->type == kUndefinedType) {
+            engine.loadFallback(operand<kOp, 0>(), fallback);
+        } else {
+            assignRegister(operand<kOp, 0>(), RubyValue(*local));
+        }
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doStoreGlobalMove() {
+        moveOver(operand<kOp, 1>(), operand<kOp, 0>());
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doStoreGlobalCopy() {
+        copyOver(operand<kOp, 1>(), operand<kOp, 0>());
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doDrop() {
+        releaseRegister(operand<kOp, 0>());
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doNegate() {
+        RubyValue* const to = operand<kOp, 0>();
+        RubyValue* const value = operand<kOp, 1>();
         if (value->type == Type::Integer) [[likely]] {
             setInteger(to, 0 - static_cast<std::uint64_t>(value->data.integer));
         } else if (value->type == Type::Float) {
             setFloat(to, -value->data.floating);
         } else {
-            SAVE();
-            negateSlow(to, value, INSTRUCTION.n);
+            save();
+            engine.negateSlow(to, value, instruction().n);
         }
-        NEXT();
+        return Step::Next;
     }
-    OP(Not) {
-        RubyValue* const value = OPERAND_R(INSTRUCTION.b);
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doNot() {
+        RubyValue* const value = operand<kOp, 1>();
         const bool answer = !value->isTruthy();
-        releaseIf((INSTRUCTION.n & kTemporaryB) != 0, value);
-        setBoolean(OPERAND_R(INSTRUCTION.a), answer);
-        NEXT();
+        releaseIf((instruction().n & kFirstDies) != 0, value);
+        setBoolean(operand<kOp, 0>(), answer);
+        return Step::Next;
     }
-    OP(And) {
-        RubyValue* const l = OPERAND_R(INSTRUCTION.b);
-        RubyValue* const r = OPERAND_R(INSTRUCTION.c);
-        const bool answer = l->isTruthy() && r->isTruthy();
-        RELEASE_BOTH(kTemporaryB, kTemporaryC);
-        setBoolean(OPERAND_R(INSTRUCTION.a), answer);
-        NEXT();
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doAnd() {
+        RubyValue* const left = operand<kOp, 1>();
+        RubyValue* const right = operand<kOp, 2>();
+        const bool answer = left->isTruthy() && right->isTruthy();
+        releaseBoth(left, right, instruction().n);
+        setBoolean(operand<kOp, 0>(), answer);
+        return Step::Next;
     }
-    OP(Or) {
-        RubyValue* const l = OPERAND_R(INSTRUCTION.b);
-        RubyValue* const r = OPERAND_R(INSTRUCTION.c);
-        const bool answer = l->isTruthy() || r->isTruthy();
-        RELEASE_BOTH(kTemporaryB, kTemporaryC);
-        setBoolean(OPERAND_R(INSTRUCTION.a), answer);
-        NEXT();
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doOr() {
+        RubyValue* const left = operand<kOp, 1>();
+        RubyValue* const right = operand<kOp, 2>();
+        const bool answer = left->isTruthy() || right->isTruthy();
+        releaseBoth(left, right, instruction().n);
+        setBoolean(operand<kOp, 0>(), answer);
+        return Step::Next;
     }
-    OP(MakeArray) {
-        SAVE();
-        makeArray(OPERAND_R(INSTRUCTION.a), OPERAND_R(INSTRUCTION.b), INSTRUCTION.c);
-        NEXT();
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doMakeArray() {
+        save();
+        engine.makeArray(operand<kOp, 0>(), operand<kOp, 1>(), instruction().c);
+        return Step::Next;
     }
-    OP(ExtendArray) {
-        SAVE();
-        extendArray(OPERAND_R(INSTRUCTION.a), INSTRUCTION.n, static_cast<std::size_t>(INSTRUCTION.wide()));
-        NEXT();
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doExtendArray() {
+        save();
+        engine.extendArray(operand<kOp, 0>(), instruction().n, static_cast<std::size_t>(instruction().wide()));
+        return Step::Next;
     }
-    OP(Jump) {
-        pc += INSTRUCTION.wide();
-        NEXT();
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJump() {
+        jump();
+        return Step::Next;
     }
-    OP(JumpIfFalse) {
-        RubyValue* const condition = OPERAND_R(INSTRUCTION.a);
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpIfFalse() {
+        RubyValue* const condition = operand<kOp, 0>();
         if (!condition->isTruthy()) {
-            pc += INSTRUCTION.wide();
-        } else if ((INSTRUCTION.n & kTemporaryA) != 0) {
+            jump();
+        } else if ((instruction().n & kFirstDies) != 0) {
             releaseRegister(condition);
         }
-        NEXT();
+        return Step::Next;
     }
-    OP(JumpIfTrue) {
-        RubyValue* const condition = OPERAND_R(INSTRUCTION.a);
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpIfTrue() {
+        RubyValue* const condition = operand<kOp, 0>();
         if (condition->isTruthy()) {
-            releaseIf((INSTRUCTION.n & kTemporaryA) != 0, condition);
-            pc += INSTRUCTION.wide();
+            releaseIf((instruction().n & kFirstDies) != 0, condition);
+            jump();
         }
-        NEXT();
+        return Step::Next;
     }
-#define LOGICAL_JUMP(name, condition)                                             \
-    OP(name) {                                                                    \
-        RubyValue* const l = OPERAND_R(INSTRUCTION.a);                            \
-        RubyValue* const r = OPERAND_R(INSTRUCTION.b);                            \
-        const std::ptrdiff_t distance = static_cast<std::int16_t>(INSTRUCTION.c); \
-        const bool jumps = condition;                                             \
-        RELEASE_BOTH(kTemporaryA, kTemporaryB);                                   \
-        if (jumps) {                                                              \
-            pc += distance;                                                       \
-        }                                                                         \
-        NEXT();                                                                   \
+    template <EngineOp kOp, bool kBoth, bool kWhen>
+    [[gnu::always_inline]] Step logicalJump() {
+        RubyValue* const left = operand<kOp, 0>();
+        RubyValue* const right = operand<kOp, 1>();
+        const std::ptrdiff_t distance = static_cast<std::int16_t>(instruction().c);
+        const bool answer = kBoth ? left->isTruthy() && right->isTruthy() : left->isTruthy() || right->isTruthy();
+        releaseBoth(left, right, instruction().n);
+        if (answer == kWhen) {
+            pc += distance;
+        }
+        return Step::Next;
     }
-    LOGICAL_JUMP(JumpUnlessBoth, !(l->isTruthy() && r->isTruthy()))
-    LOGICAL_JUMP(JumpUnlessEither, !(l->isTruthy() || r->isTruthy()))
-    LOGICAL_JUMP(JumpIfBoth, l->isTruthy() && r->isTruthy())
-    LOGICAL_JUMP(JumpIfEither, l->isTruthy() || r->isTruthy())
-
-// Calls through the general path; a raised error goes to the innermost pcall of this run, or out of the run.
-#define FINISH_CALL(callee, window, argumentCount, result)                            \
-    if (callFunction(callee, window, argumentCount, result) == CallOutcome::Raised) { \
-        if (!recover(entry, m_message)) {                                             \
-            throwMessage();                                                           \
-        }                                                                             \
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpUnlessBoth() {
+        return logicalJump<kOp, true, false>();
     }
-
-// Enters a script function whose translation is known and whose frame needs no preparation; everything else goes
-// through callFunction.
-#define CALL(callee, keep_callee)                                                                                   \
-    {                                                                                                               \
-        RubyValue* const window = OPERAND_R(INSTRUCTION.a);                                                         \
-        const RubyValue* const function = callee;                                                                   \
-        SAVE();                                                                                                     \
-        if (function->type == Type::Function) [[likely]] {                                                          \
-            auto* const handle = static_cast<RubyFunctionHandle*>(function->data.box);                              \
-            const FunctionInternals& known = FunctionInternals::of(*handle);                                        \
-            const Code* const code = static_cast<const Code*>(&known);                                              \
-            if (known.engine == m_identity.get() && code->parameterCount == INSTRUCTION.n &&                        \
-                m_current != m_lastFrame && code->registerCount < static_cast<std::size_t>(m_stack.end() - window)) \
-                [[likely]] {                                                                                        \
-                RubyFunctionHandle* const kept = keep_callee;                                                       \
-                Frame* const frame = ++m_current;                                                                   \
-                frame->code = code;                                                                                 \
-                frame->base = window + 1;                                                                           \
-                frame->result = OPERAND_R(INSTRUCTION.b);                                                           \
-                frame->handle = kept;                                                                               \
-                frame->marks = kPlainFrame;                                                                         \
-                base = window + 1;                                                                                  \
-                constants = code->constants.data();                                                                 \
-                pc = code->instructions.data();                                                                     \
-                if (code->prologue == Prologue::ClearLastValue) {                                                   \
-                    base[code->localCount].type = Type::Nil;                                                        \
-                } else if (code->prologue != Prologue::None) {                                                      \
-                    prepareRegisters(*code, base);                                                                  \
-                }                                                                                                   \
-                NEXT();                                                                                             \
-            }                                                                                                       \
-            if (known.numberFunction != nullptr &&                                                                  \
-                known.numberFunction(window + 1, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b))) {                        \
-                releaseRegister(window);                                                                            \
-                NEXT();                                                                                             \
-            }                                                                                                       \
-            if (handle->nativeFunction != nullptr && handle->intrinsic == RubyFunctionHandle::Intrinsic::None) {    \
-                callNative(*handle, window, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b));                               \
-                LOAD_STATE();                                                                                       \
-                NEXT();                                                                                             \
-            }                                                                                                       \
-            if (handle->intrinsic == RubyFunctionHandle::Intrinsic::Pcall) {                                        \
-                callProtected(window, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b));                                     \
-                LOAD_STATE();                                                                                       \
-                NEXT();                                                                                             \
-            }                                                                                                       \
-        }                                                                                                           \
-        FINISH_CALL(*function, window, INSTRUCTION.n, OPERAND_R(INSTRUCTION.b));                                    \
-        LOAD_STATE();                                                                                               \
-        NEXT();                                                                                                     \
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpUnlessEither() {
+        return logicalJump<kOp, false, false>();
     }
-    OP(CallGlobal)
-    CALL(OPERAND_G(INSTRUCTION.c), keepCallee(handle, code, m_current->code))
-    // The reference of the callee's register passes to the frame.
-    OP(CallRegister)
-    CALL(OPERAND_R(INSTRUCTION.a), (window->type = Type::Nil, handle))
-
-    OP(CallWithArray) {
-        SAVE();
-        callWithArray(OPERAND_R(INSTRUCTION.a), OPERAND_R(INSTRUCTION.b));
-        LOAD_STATE();
-        NEXT();
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpIfBoth() {
+        return logicalJump<kOp, true, true>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doJumpIfEither() {
+        return logicalJump<kOp, false, true>();
     }
 
-// True when the callee still is the built-in that the translation found under its name.
-#define IS_SHORTCUT(callee, kind)        \
-    ((callee)->type == Type::Function && \
-     FunctionInternals::of(*static_cast<const RubyFunctionHandle*>((callee)->data.box)).shortcut == Shortcut::kind)
+    /// Calls through the general path; a raised error goes to the innermost pcall of this run, or out of the run.
+    [[gnu::always_inline]] void callGeneral(const RubyValue& callee, RubyValue* window, std::size_t argumentCount,
+                                            RubyValue* result) {
+        if (engine.callFunction(callee, window, argumentCount, result) == CallOutcome::Raised) {
+            if (!engine.recover(entry, engine.m_message)) {
+                engine.throwMessage();
+            }
+        }
+        load();
+    }
 
-    OP(Len) {
-        const RubyValue* const callee = OPERAND_G(INSTRUCTION.c);
-        RubyValue* const argument = OPERAND_R(INSTRUCTION.b);
-        RubyValue* const window = base + m_current->code->firstTemporary + INSTRUCTION.n;
-        if (IS_SHORTCUT(callee, Len)) [[likely]] {
+    /// Enters a script function whose translation is known; everything else goes through callFunction. The callee in
+    /// the window's first register gives its reference to the frame.
+    template <EngineOp kOp, bool kInWindow>
+    [[gnu::always_inline]] Step call(const RubyValue* function) {
+        RubyValue* const window = operand<kOp, 0>();
+        save();
+        if (function->type == Type::Function) [[likely]] {
+            auto* const handle = static_cast<RubyFunctionHandle*>(function->data.box);
+            const FunctionInternals& known = FunctionInternals::of(*handle);
+            const Code* const code = static_cast<const Code*>(&known);
+            const std::uint8_t argumentCount = instruction().n;
+            if (known.engine == engine.m_identity.get() && code->parameterCount == argumentCount &&
+                engine.m_current != engine.m_lastFrame &&
+                code->registerCount < static_cast<std::size_t>(engine.m_stack.end() - window)) [[likely]] {
+                RubyFunctionHandle* kept = handle;
+                if constexpr (kInWindow) {
+                    window->type = Type::Nil;
+                } else {
+                    kept = keepCallee(handle, code, engine.m_current->code);
+                }
+                enter(*code, window + 1, operand<kOp, 1>(), kept);
+                return Step::Next;
+            }
+            if (known.numberFunction != nullptr && known.numberFunction(window + 1, argumentCount, operand<kOp, 1>())) {
+                releaseRegister(window);
+                return Step::Next;
+            }
+            if (handle->nativeFunction != nullptr && handle->intrinsic == RubyFunctionHandle::Intrinsic::None) {
+                engine.callNative(*handle, window, argumentCount, operand<kOp, 1>());
+                load();
+                return Step::Next;
+            }
+            if (handle->intrinsic == RubyFunctionHandle::Intrinsic::Pcall) {
+                engine.callProtected(window, argumentCount, operand<kOp, 1>());
+                load();
+                return Step::Next;
+            }
+        }
+        callGeneral(*function, window, instruction().n, operand<kOp, 1>());
+        return Step::Next;
+    }
+    [[gnu::always_inline]] void enter(const Code& code, RubyValue* registers, RubyValue* result,
+                                      RubyFunctionHandle* kept) {
+        Frame* const frame = ++engine.m_current;
+        frame->code = &code;
+        frame->base = registers;
+        frame->result = result;
+        frame->handle = kept;
+        frame->marks = kPlainFrame;
+        base = registers;
+        constants = code.constants.data();
+        pc = code.instructions.data();
+        if (code.prologue == Prologue::ClearLastValue) {
+            base[code.localCount].type = Type::Nil;
+        } else if (code.prologue != Prologue::None) {
+            prepareRegisters(code, base);
+        }
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doCallGlobal() {
+        return call<kOp, false>(operand<kOp, 2>());
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doCallRegister() {
+        return call<kOp, true>(operand<kOp, 0>());
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doCallWithArray() {
+        save();
+        engine.callWithArray(operand<kOp, 0>(), operand<kOp, 1>());
+        load();
+        return Step::Next;
+    }
+
+    /// True when the callee still is the built-in that the translation found under its name.
+    [[gnu::always_inline]] static bool isShortcut(const RubyValue* callee, Shortcut shortcut) {
+        return callee->type == Type::Function &&
+               FunctionInternals::of(*static_cast<const RubyFunctionHandle*>(callee->data.box)).shortcut == shortcut;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doLen() {
+        const RubyValue* const callee = operand<kOp, 2>();
+        RubyValue* const argument = operand<kOp, 1>();
+        RubyValue* const window = base + engine.m_current->code->firstTemporary + instruction().n;
+        if (isShortcut(callee, Shortcut::Len)) [[likely]] {
             if (argument->type == Type::Array && argument != window + 1) {
-                setInteger(OPERAND_R(INSTRUCTION.a), static_cast<ArrayBox*>(argument->data.box)->elements.size());
-                NEXT();
+                setInteger(operand<kOp, 0>(), static_cast<ArrayBox*>(argument->data.box)->elements.size());
+                return Step::Next;
             }
             if (argument->type == Type::String && argument != window + 1) {
-                setInteger(OPERAND_R(INSTRUCTION.a), static_cast<StringBox*>(argument->data.box)->text.size());
-                NEXT();
+                setInteger(operand<kOp, 0>(), static_cast<StringBox*>(argument->data.box)->text.size());
+                return Step::Next;
             }
         }
-        SAVE();
+        save();
         if (argument != window + 1) {
             copyToDead(window + 1, argument);
         }
-        FINISH_CALL(*callee, window, 1, OPERAND_R(INSTRUCTION.a));
-        LOAD_STATE();
-        NEXT();
+        callGeneral(*callee, window, 1, operand<kOp, 0>());
+        return Step::Next;
     }
-    // The Drop of the call's result, which follows, is stepped over when there is none.
-    OP(ArrayPush) {
-        const RubyValue* const callee = OPERAND_G(INSTRUCTION.c);
-        RubyValue* const array = OPERAND_R(INSTRUCTION.b);
-        RubyValue* const value = OPERAND_R(INSTRUCTION.a);
-        RubyValue* const window = base + m_current->code->firstTemporary + INSTRUCTION.n;
-        SAVE();
-        if (IS_SHORTCUT(callee, ArrayPush) && array->type == Type::Array) [[likely]] {
+    /// The Drop of the call's result, which follows, is stepped over when there is none.
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doArrayPush() {
+        const RubyValue* const callee = operand<kOp, 2>();
+        RubyValue* const array = operand<kOp, 1>();
+        RubyValue* const value = operand<kOp, 0>();
+        RubyValue* const window = base + engine.m_current->code->firstTemporary + instruction().n;
+        save();
+        if (isShortcut(callee, Shortcut::ArrayPush) && array->type == Type::Array) [[likely]] {
             pushElement(array, value, value == window + 2);
             if (array == window + 1) {
                 releaseRegister(array);
             }
             ++pc;
-            NEXT();
+            return Step::Next;
         }
         if (array != window + 1) {
             copyToDead(window + 1, array);
@@ -781,70 +852,108 @@ void Engine::interpret(std::size_t entry, Runs::Id run) {
         if (value != window + 2) {
             copyToDead(window + 2, value);
         }
-        FINISH_CALL(*callee, window, 2, window);
-        LOAD_STATE();
-        NEXT();
+        callGeneral(*callee, window, 2, window);
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doDefineFunction() {
+        save();
+        engine.defineFunction(engine.m_current->code->definitions[static_cast<std::size_t>(instruction().wide())]);
+        return Step::Next;
     }
 
-    OP(DefineFunction) {
-        SAVE();
-        defineFunction(m_current->code->definitions[static_cast<std::size_t>(INSTRUCTION.wide())]);
-        NEXT();
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doReturnLocal() {
+        return returnValue(operand<kOp, 0>());
     }
-
-    OP(ReturnLocal) { returned = OPERAND_R(INSTRUCTION.a); }
-returnValue : {
-    RubyValue* const value = returned;
-    Frame* const frame = m_current;
-    RubyValue* result = frame->result;
-    if (frame->marks != kPlainFrame) [[unlikely]] {
-        if (frame->marks != kProtectedFrame || !isLonePair(result)) {
-            SAVE();
-            if (leaveFrame(value)) {
-                return;
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doReturnConstant() {
+        return returnCopy(operand<kOp, 1>());
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doReturnGlobal() {
+        return returnCopy(operand<kOp, 1>());
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doReturnNil() {
+        return returnCopy(&kNil);
+    }
+    /// The first temporary, dead by now, takes the value to the common return.
+    [[gnu::always_inline]] Step returnCopy(const RubyValue* source) {
+        RubyValue* const value = base + engine.m_current->code->firstTemporary;
+        copyToDead(value, source);
+        return returnValue(value);
+    }
+    [[gnu::always_inline]] Step returnValue(RubyValue* value) {
+        Frame* const frame = engine.m_current;
+        RubyValue* result = frame->result;
+        if (frame->marks != kPlainFrame) [[unlikely]] {
+            if (frame->marks != kProtectedFrame || !isLonePair(result)) {
+                save();
+                if (engine.leaveFrame(value)) {
+                    return Step::Leave;
+                }
+                loadFrame(engine.m_current);
+                return Step::Next;
             }
-            LOAD_FRAME(m_current);
-            NEXT();
+            // The pair that ends here, mostly the last outcome of pcall, becomes the new one.
+            RubyValue* const pair = static_cast<ArrayBox*>(result->data.box)->elements.data();
+            setBoolean(pair, true);
+            result = pair + 1;
         }
-        // The pair that ends here, mostly the last outcome of pcall, becomes the new one.
-        RubyValue* const pair = static_cast<ArrayBox*>(result->data.box)->elements.data();
-        setBoolean(pair, true);
-        result = pair + 1;
-    }
-    const Type type = value->type;
-    const RubyValue::Data data = value->data;
-    value->type = Type::Nil;
-    RubyValue* const lastLocal = base + frame->code->firstTemporary;
-    for (RubyValue* local = base; local != lastLocal; ++local) {
-        if (local->isBoxed()) {
-            releaseRegister(local);
+        const Type type = value->type;
+        const RubyValue::Data data = value->data;
+        value->type = Type::Nil;
+        RubyValue* const lastLocal = base + frame->code->firstTemporary;
+        for (RubyValue* local = base; local != lastLocal; ++local) {
+            if (local->isBoxed()) {
+                releaseRegister(local);
+            }
         }
+        if (result->isBoxed()) [[unlikely]] {
+            releaseRegister(result);
+        }
+        result->type = type;
+        result->data = data;
+        const Frame* const caller = --engine.m_current;
+        if (frame->handle != nullptr && --frame->handle->references == 0) [[unlikely]] {
+            destroyBox(static_cast<std::uint8_t>(Type::Function), frame->handle);
+        }
+        loadFrame(caller);
+        return Step::Next;
     }
-    if (result->isBoxed()) [[unlikely]] {
-        releaseRegister(result);
-    }
-    result->type = type;
-    result->data = data;
-    const Frame* const caller = --m_current;
-    if (frame->handle != nullptr && --frame->handle->references == 0) [[unlikely]] {
-        destroyBox(static_cast<std::uint8_t>(Type::Function), frame->handle);
-    }
-    LOAD_FRAME(caller);
+};
+
+void Engine::interpret(std::size_t entry, Runs::Id run) {
+    Loop loop{*this, entry, run};
+    loop.load();
+#if MORVEL_THREADED
+    static const void* const kLabels[] = {
+#define MORVEL_LABEL(name, ...) &&label##name,
+        MORVEL_ENGINE_INSTRUCTIONS(MORVEL_LABEL)
+#undef MORVEL_LABEL
+    };
+#define NEXT() goto* kLabels[static_cast<std::size_t>((loop.pc++)->op)]
+#define MORVEL_BODY(name, operation, ...)                                                    \
+    label##name : if (loop.do##operation<EngineOp::name>() == Loop::Step::Leave) { return; } \
     NEXT();
-}
-// The first temporary, dead by now, takes the value to the common return.
-#define RETURN_COPY(source)                                \
-    {                                                      \
-        returned = base + m_current->code->firstTemporary; \
-        copyToDead(returned, source);                      \
-        goto returnValue;                                  \
+    NEXT();
+    MORVEL_ENGINE_INSTRUCTIONS(MORVEL_BODY)
+#undef MORVEL_BODY
+#undef NEXT
+#else
+    while (true) {
+        switch ((loop.pc++)->op) {
+#define MORVEL_BODY(name, operation, ...)                                \
+    case EngineOp::name:                                                 \
+        if (loop.do##operation<EngineOp::name>() == Loop::Step::Leave) { \
+            return;                                                      \
+        }                                                                \
+        break;
+            MORVEL_ENGINE_INSTRUCTIONS(MORVEL_BODY)
+#undef MORVEL_BODY
+        }
     }
-    OP(ReturnConstant)
-    RETURN_COPY(OPERAND_K(INSTRUCTION.wide()))
-    OP(ReturnGlobal) RETURN_COPY(OPERAND_G(INSTRUCTION.wide())) OP(ReturnNil) { RETURN_COPY(&kNil) }
-#if !MORVEL_THREADED
-}
-}
 #endif
 }
 

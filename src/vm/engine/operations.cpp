@@ -5,38 +5,38 @@
 
 #include "value/operators.h"
 #include "vm/engine/assignment.h"
-#include "vm/engine/instruction_families.h"
+#include "vm/engine/instruction_table.h"
 
 namespace morvel::ruby::internal {
 
 namespace {
 
-std::uint8_t marksOfBAndC(const Entry& b, const Entry& c) {
-    return static_cast<std::uint8_t>(mark(b, kTemporaryB) | mark(c, kTemporaryC));
+std::uint8_t flagsFor(const Entry& first, const Entry& second) {
+    return static_cast<std::uint8_t>(flagFor(first, kFirstDies) | flagFor(second, kSecondDies));
 }
 
-/// The first of the instructions that carry out a binary operation; a > b is b < a.
-EngineOp familyOf(OpCode op) {
+/// The operation that carries out a binary operator; a > b is b < a.
+Operation operationOf(OpCode op) {
     switch (op) {
         case OpCode::Add:
-            return EngineOp::AddRR;
+            return Operation::Add;
         case OpCode::Subtract:
-            return EngineOp::SubtractRR;
+            return Operation::Subtract;
         case OpCode::Multiply:
-            return EngineOp::MultiplyRR;
+            return Operation::Multiply;
         case OpCode::Divide:
-            return EngineOp::DivideRR;
+            return Operation::Divide;
         case OpCode::Modulo:
-            return EngineOp::ModuloRR;
+            return Operation::Modulo;
         case OpCode::Equal:
-            return EngineOp::EqualRR;
+            return Operation::Equal;
         case OpCode::NotEqual:
-            return EngineOp::NotEqualRR;
+            return Operation::NotEqual;
         case OpCode::Less:
         case OpCode::Greater:
-            return EngineOp::LessRR;
+            return Operation::Less;
         default:
-            return EngineOp::LessEqualRR;
+            return Operation::LessEqual;
     }
 }
 
@@ -58,7 +58,7 @@ void Operations::negate() {
 void Operations::unary(EngineOp op) {
     m_stack.makeRegister(m_stack.size() - 1);
     const Entry value = m_stack.pop();
-    m_code.emit(op, mark(value, kTemporaryB), m_stack.pushTemporary(), reg(value.index), 0);
+    m_code.emit(op, flagFor(value, kFirstDies), m_stack.pushTemporary(), reg(value.index), 0);
 }
 
 void Operations::logical(EngineOp op) {
@@ -67,7 +67,7 @@ void Operations::logical(EngineOp op) {
     m_stack.makeRegister(right);
     const Entry rightEntry = m_stack.pop();
     const Entry leftEntry = m_stack.pop();
-    m_code.emit(op, marksOfBAndC(leftEntry, rightEntry), m_stack.pushTemporary(), reg(leftEntry.index),
+    m_code.emit(op, flagsFor(leftEntry, rightEntry), m_stack.pushTemporary(), reg(leftEntry.index),
                 reg(rightEntry.index));
 }
 
@@ -77,7 +77,7 @@ void Operations::binary(std::size_t index) {
     const std::size_t right = m_stack.size() - 1;
     m_stack.makeNameable(right - 1);
     m_stack.makeNameable(right);
-    if (letterOf(m_stack[right - 1]) == Letter::K && letterOf(m_stack[right]) == Letter::K) {
+    if (m_stack[right - 1].place == Place::Constant && m_stack[right].place == Place::Constant) {
         m_stack.materialize(right - 1);
     }
     Entry rightEntry = m_stack.pop();
@@ -86,8 +86,9 @@ void Operations::binary(std::size_t index) {
         // Both operands are there already, so their order is not seen.
         std::swap(leftEntry, rightEntry);
     }
-    const EngineOp paired = plus(familyOf(op), pairOffset(letterOf(leftEntry), letterOf(rightEntry)));
-    const auto marks = static_cast<std::uint8_t>(marksOfBAndC(leftEntry, rightEntry) | facts);
+    const EngineOp paired =
+        *findInstruction(operationOf(op), {EngineOperand::Register, operandKind(leftEntry), operandKind(rightEntry)});
+    const auto marks = static_cast<std::uint8_t>(flagsFor(leftEntry, rightEntry) | facts);
     // Within an append chain, the sum takes two places on the stack.
     if ((facts & kEndsAppend) != 0) {
         m_stack.pop();
@@ -115,14 +116,15 @@ void Operations::getIndex() {
     const std::size_t index = m_stack.size() - 1;
     m_stack.makeNameable(index - 1);
     m_stack.makeNameable(index);
-    if (letterOf(m_stack[index - 1]) == Letter::K) {
+    if (m_stack[index - 1].place == Place::Constant) {
         m_stack.materialize(index - 1);
     }
     const Entry indexEntry = m_stack.pop();
     const Entry container = m_stack.pop();
-    const EngineOp op = plus(EngineOp::GetIndexRR, indexOffset(letterOf(container), letterOf(indexEntry)));
+    const EngineOp op = *findInstruction(Operation::GetIndex,
+                                         {EngineOperand::Register, operandKind(container), operandKind(indexEntry)});
     const std::uint16_t target = m_stack.pushTemporary();
-    m_code.emit(op, marksOfBAndC(container, indexEntry), target, operand(container.index), operand(indexEntry.index));
+    m_code.emit(op, flagsFor(container, indexEntry), target, operand(container.index), operand(indexEntry.index));
 }
 
 std::size_t Operations::setIndex(std::size_t index, std::size_t blockEnd) {
@@ -140,9 +142,9 @@ std::size_t Operations::setIndex(std::size_t index, std::size_t blockEnd) {
     const Entry valueEntry = m_stack.pop();
     const Entry indexEntry = m_stack.pop();
     const Entry containerEntry = m_stack.pop();
-    const EngineOp op = plus(EngineOp::SetIndexRRR,
-                             setIndexOffset(letterOf(containerEntry), letterOf(indexEntry), letterOf(valueEntry)));
-    const auto marks = static_cast<std::uint8_t>(marksOfBAndC(indexEntry, valueEntry) | m_facts.marks[index]);
+    const EngineOp op = *findInstruction(
+        Operation::SetIndex, {operandKind(containerEntry), operandKind(indexEntry), operandKind(valueEntry)});
+    const auto marks = static_cast<std::uint8_t>(flagsFor(indexEntry, valueEntry) | m_facts.marks[index]);
     m_code.emit(op, marks, operand(containerEntry.index), operand(indexEntry.index), operand(valueEntry.index));
     // What was read as a local about to be overwritten is its new value by now, and stays.
     m_stack.push({containerEntry.place, containerEntry.index});

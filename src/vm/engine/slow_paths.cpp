@@ -107,8 +107,8 @@ bool Engine::joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std
         return false;
     }
     RubyValue value = m_vm.shortStrings.valueOf(text.view());
-    releaseIf((marks & kTemporaryB) != 0, left);
-    releaseIf((marks & kTemporaryC) != 0, right);
+    releaseIf((marks & kFirstDies) != 0, left);
+    releaseIf((marks & kSecondDies) != 0, right);
     assignRegister(target, std::move(value));
     return true;
 }
@@ -127,7 +127,7 @@ void Engine::arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right
         }
         if (target == left && left->isString() && isLone(*left)) {
             withOverflowLocated([&] { append(boxOf(*left), *right); });
-            releaseIf((marks & kTemporaryC) != 0 && right != left, right);
+            releaseIf((marks & kSecondDies) != 0 && right != left, right);
             return;
         }
         if (left->isString() && addToText(target, left, right, marks)) {
@@ -135,8 +135,8 @@ void Engine::arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right
         }
     }
     RubyValue value = calculate<Operation>(*left, *right, program(), line());
-    releaseIf((marks & kTemporaryB) != 0, left);
-    releaseIf((marks & kTemporaryC) != 0, right);
+    releaseIf((marks & kFirstDies) != 0, left);
+    releaseIf((marks & kSecondDies) != 0, right);
     assignRegister(target, std::move(value));
 }
 
@@ -151,8 +151,8 @@ bool Engine::equalSlow(RubyValue* left, RubyValue* right, std::uint8_t marks) {
         return valuesEqual(*left, *right);
     }
     const bool equal = withOverflowLocated([&] { return valuesEqual(*left, *right); });
-    releaseIf((marks & kTemporaryB) != 0, left);
-    releaseIf((marks & kTemporaryC) != 0, right);
+    releaseIf((marks & kFirstDies) != 0, left);
+    releaseIf((marks & kSecondDies) != 0, right);
     return equal;
 }
 
@@ -163,8 +163,8 @@ bool Engine::lessSlow(RubyValue* left, RubyValue* right, std::uint8_t marks) {
     }
     constexpr Ordering kOrdering = OrEqual ? Ordering::LessEqual : Ordering::Less;
     const bool less = compareOrdered(*left, *right, kOrdering, program(), line()).data.boolean;
-    releaseIf((marks & kTemporaryB) != 0, left);
-    releaseIf((marks & kTemporaryC) != 0, right);
+    releaseIf((marks & kFirstDies) != 0, left);
+    releaseIf((marks & kSecondDies) != 0, right);
     return less;
 }
 
@@ -183,12 +183,12 @@ void Engine::getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* in
     if (container->isMap() && (index->isString() || index->isInteger())) {
         const RubyValue* found = container->asMap().findValue(*index);
         RubyValue value = found == nullptr ? RubyValue() : *found;
-        releaseIf((marks & kTemporaryB) != 0, container);
-        releaseIf((marks & kTemporaryC) != 0, index);
+        releaseIf((marks & kFirstDies) != 0, container);
+        releaseIf((marks & kSecondDies) != 0, index);
         assignRegister(target, std::move(value));
         return;
     }
-    if (container->isString() && index->isInteger() && (marks & kTemporaryB) == 0) {
+    if (container->isString() && index->isInteger() && (marks & kFirstDies) == 0) {
         const std::string& text = container->asString();
         const auto position = static_cast<std::size_t>(index->data.integer);
         if (position < text.size()) {
@@ -197,8 +197,8 @@ void Engine::getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* in
         }
     }
     RubyValue value = loadIndex(*container, *index, program(), line());
-    releaseIf((marks & kTemporaryB) != 0, container);
-    releaseIf((marks & kTemporaryC) != 0, index);
+    releaseIf((marks & kFirstDies) != 0, container);
+    releaseIf((marks & kSecondDies) != 0, index);
     assignRegister(target, std::move(value));
 }
 
@@ -210,8 +210,8 @@ bool Engine::testIndexSlow(RubyValue* container, RubyValue* index, std::uint8_t 
     } else {
         answer = loadIndex(*container, *index, program(), line()).isTruthy();
     }
-    releaseIf((marks & kTemporaryB) != 0, container);
-    releaseIf((marks & kTemporaryC) != 0, index);
+    releaseIf((marks & kFirstDies) != 0, container);
+    releaseIf((marks & kSecondDies) != 0, index);
     return answer;
 }
 
@@ -221,7 +221,7 @@ void Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* val
         const auto position = static_cast<std::size_t>(index->data.integer);
         if (position < elements.size()) {
             RubyValue old = std::move(elements[position]);
-            if ((marks & kTemporaryC) != 0) {
+            if ((marks & kSecondDies) != 0) {
                 moveRegister(&elements[position], value);
             } else {
                 copyToDead(&elements[position], value);
@@ -233,13 +233,13 @@ void Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* val
         return;
     }
     storeIndex(*container, *index, *value, program(), line());
-    releaseIf((marks & kTemporaryB) != 0, index);
-    releaseIf((marks & kTemporaryC) != 0, value);
+    releaseIf((marks & kFirstDies) != 0, index);
+    releaseIf((marks & kSecondDies) != 0, value);
 }
 
 void Engine::negateSlow(RubyValue* target, RubyValue* value, std::uint8_t marks) {
     RubyValue negated = negateValue(*value, program(), line());
-    releaseIf((marks & kTemporaryB) != 0, value);
+    releaseIf((marks & kFirstDies) != 0, value);
     assignRegister(target, std::move(negated));
 }
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "vm/engine/code_builder.h"
-#include "vm/engine/instruction_families.h"
+#include "vm/engine/instruction_table.h"
 
 namespace morvel::ruby::internal {
 
@@ -24,20 +24,23 @@ struct Entry {
     bool operator==(const Entry& other) const { return place == other.place && index == other.index; }
 };
 
-[[nodiscard]] inline Letter letterOf(const Entry& entry) {
+/// The entry as an operand of an instruction.
+[[nodiscard]] inline EngineOperand operandKind(const Entry& entry) {
     switch (entry.place) {
         case Place::Constant:
-            return Letter::K;
+            return EngineOperand::Constant;
         case Place::Global:
-            return Letter::G;
-        default:
-            return Letter::R;
+            return EngineOperand::Global;
+        case Place::Local:
+        case Place::Temporary:
+            break;
     }
+    return EngineOperand::Register;
 }
 
-/// The mark `bit` when the entry dies with its use.
-[[nodiscard]] inline std::uint8_t mark(const Entry& entry, std::uint8_t bit) {
-    return entry.place == Place::Temporary || entry.dies ? bit : std::uint8_t{0};
+/// `flag` when the entry dies with its use.
+[[nodiscard]] inline std::uint8_t flagFor(const Entry& entry, std::uint8_t flag) {
+    return entry.place == Place::Temporary || entry.dies ? flag : std::uint8_t{0};
 }
 
 /// Only what has to be in a register is put there. The temporary of the entry at depth d is always the register
@@ -107,7 +110,7 @@ public:
         }
     }
     void makeRegister(std::size_t depth) {
-        if (letterOf((*this)[depth]) != Letter::R) {
+        if (operandKind((*this)[depth]) != EngineOperand::Register) {
             materialize(depth);
         }
     }

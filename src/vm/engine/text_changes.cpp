@@ -9,7 +9,6 @@
 #include "value/operators.h"
 #include "value/render.h"
 #include "vm/engine/engine.h"
-#include "vm/engine/instruction_families.h"
 #include "vm/engine/registers.h"
 
 namespace morvel::ruby::internal {
@@ -57,14 +56,14 @@ RubyValue* Engine::replacedNext(const RubyValue* value) const {
     if (next.op == EngineOp::StoreGlobalMove) {
         return isRegister(next.a) ? m_globals.values() + next.wide() / 2 : nullptr;
     }
-    if (!isSetIndex(next.op) || (next.n & kTemporaryC) == 0 || !isRegister(next.c)) {
+    const EngineOpInfo& info = infoOf(next.op);
+    if (info.operation != Operation::SetIndex || (next.n & kSecondDies) == 0 || !isRegister(next.c)) {
         return nullptr;
     }
-    RubyValue* const containers = containerLetter(next.op) == Letter::R ? m_current->base : m_globals.values();
-    const Letter letter = indexLetter(next.op);
-    const RubyValue* const indices = letter == Letter::R   ? m_current->base
-                                     : letter == Letter::K ? m_current->code->constants.data()
-                                                           : m_globals.values();
+    RubyValue* const containers = info.operands[0] == EngineOperand::Register ? m_current->base : m_globals.values();
+    const RubyValue* const indices = info.operands[1] == EngineOperand::Register   ? m_current->base
+                                     : info.operands[1] == EngineOperand::Constant ? m_current->code->constants.data()
+                                                                                   : m_globals.values();
     return findElement(containers[next.a / 2], indices[next.b / 2]);
 }
 
@@ -87,7 +86,7 @@ void Engine::releaseLastValue(const RubyValue& text, std::uint8_t marks) const {
 
 bool Engine::addToText(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks) {
     releaseLastValue(*left, marks);
-    const bool leftDies = (marks & kTemporaryB) != 0;
+    const bool leftDies = (marks & kFirstDies) != 0;
     if (target != left && leftDies && shareString(*target, *left)) {
         // What the result replaces is the left operand itself.
         releaseRegister(left);
@@ -96,7 +95,7 @@ bool Engine::addToText(RubyValue* target, RubyValue* left, RubyValue* right, std
     const bool leftEnds = leftDies || target == left;
     if (leftEnds && (isLone(*left) || (target == left && isReplacedNext(left)))) {
         withOverflowLocated([&] { append(boxOf(*left), *right); });
-        releaseIf((marks & kTemporaryC) != 0 && right != left, right);
+        releaseIf((marks & kSecondDies) != 0 && right != left, right);
         if (target != left) {
             releaseRegister(target);
             moveRegister(target, left);
@@ -113,12 +112,12 @@ bool Engine::addToText(RubyValue* target, RubyValue* left, RubyValue* right, std
 void Engine::beginAppend(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks) {
     RubyValue parts = operandText(*right);
     RubyValue* const waiting = target - 1;
-    if (left != waiting && (marks & kTemporaryB) != 0) {
+    if (left != waiting && (marks & kFirstDies) != 0) {
         moveRegister(waiting, left);
     } else if (left != waiting) {
         copyToDead(waiting, left);
     }
-    releaseIf((marks & kTemporaryC) != 0, right);
+    releaseIf((marks & kSecondDies) != 0, right);
     assignRegister(target, std::move(parts));
 }
 
@@ -132,7 +131,7 @@ bool Engine::endAppend(RubyValue* target, RubyValue* parts, RubyValue* right, st
     } else {
         assignRegister(parts, addValues(*parts, *right, program(), line()));
     }
-    releaseIf((marks & kTemporaryC) != 0, right);
+    releaseIf((marks & kSecondDies) != 0, right);
     releaseLastValue(*waiting, marks);
     const bool isInTarget = target != waiting && shareString(*target, *waiting);
     if (isLone(*waiting) || isInTarget || (target == waiting && isReplacedNext(waiting))) {
@@ -165,7 +164,7 @@ bool Engine::replaceByte(RubyValue* container, const RubyValue& index, RubyValue
     }
     boxOf(*container).text[position] = replacement.asString().front();
     boxOf(*container).hash = 0;
-    releaseIf((marks & kTemporaryC) != 0, value);
+    releaseIf((marks & kSecondDies) != 0, value);
     return true;
 }
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "vm/engine/instruction_families.h"
+#include "vm/engine/instruction_table.h"
 
 namespace morvel::ruby::internal {
 
@@ -13,6 +13,7 @@ void shortenIncrease(EngineInstruction& addition) {
     if ((addition.op == EngineOp::AddRR || addition.op == EngineOp::AddRK) && addition.a == addition.b) {
         addition.op = addition.op == EngineOp::AddRR ? EngineOp::IncreaseR : EngineOp::IncreaseK;
         addition.b = addition.c;
+        // Of the two operands, which are the same
     }
 }
 
@@ -83,12 +84,12 @@ void Variables::defineFunction(std::size_t index) {
 void Variables::moveInto(std::uint32_t target, const Entry& value) {
     EngineInstruction* last = m_code.lastInBlock();
     if (value.place == Place::Temporary && last != nullptr) {
-        if (writesA(last->op) && last->a == reg(value.index)) {
+        if (infoOf(last->op).writesRegister() && last->a == reg(value.index)) {
             last->a = reg(target);
             shortenIncrease(*last);
             return;
         }
-        if (isCall(last->op) && last->b == reg(value.index)) {
+        if (infoOf(last->op).givesCallResult() && last->b == reg(value.index)) {
             last->b = reg(target);
             return;
         }
@@ -116,8 +117,9 @@ void Variables::storeGlobal(std::uint32_t slot) {
         m_stack.detach(target);
         EngineInstruction* last = m_code.lastInBlock();
         const bool isFresh = value.place == Place::Temporary && last != nullptr && last->a == reg(value.index);
-        if (isFresh && slot <= kLargestOperand && isArithmetic(last->op) && !writesGlobal(last->op)) {
-            last->op = plus(last->op, kPairs);
+        const auto intoGlobal = isFresh && slot <= kLargestOperand ? storingForm(last->op) : std::nullopt;
+        if (intoGlobal) {
+            last->op = *intoGlobal;
             last->a = operand(slot);
         } else if (value.place == Place::Local) {
             m_code.emitWide(EngineOp::StoreGlobalCopy, 0, reg(value.index), std::size_t{slot} * 2);

@@ -1,0 +1,368 @@
+// The engine's register instructions: one row for each operation and one for each of its instructions. All that the
+// translator, the loop, the listing and the tests know about an instruction is derived from these rows.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace morvel::ruby::internal {
+
+/// What an operation may do beside giving its result.
+enum EngineEffects : std::uint8_t {
+    kNoEffects = 0,
+    /// It may raise an error of the script.
+    kMayFail = 1,
+    /// It may run other code before the next instruction, which may store into any global.
+    kMayCall = 2,
+    /// It may go on elsewhere than at the next instruction.
+    kMayJump = 4,
+    /// It never goes on at the next instruction.
+    kNeverFallsThrough = 8,
+};
+
+// One row for each operation: name, how it uses its operands a, b and c, effects. The uses are a letter for each
+// operand:
+//   w  is given a value, whatever it held       n  is given a value and was dead
+//   r  is read                                  d  is read, and dies when the flag for it is set
+//   m  is read and dies                         c  is read, and what it holds is changed
+//   u  is read and given a value: what it held dies then when the flag for it is set
+//   p  comes before the arguments of a call or the elements of a list, which are read and die
+//   s  is the first of several that are read and die
+//   -  holds no value
+#define MORVEL_ENGINE_OPERATIONS(ROW)                                                                            \
+    ROW(Add, "wdd", kMayFail)                    /* a = b + c */                                                 \
+    ROW(Subtract, "wdd", kMayFail)               /* a = b - c */                                                 \
+    ROW(Multiply, "wdd", kMayFail)               /* a = b * c */                                                 \
+    ROW(Divide, "wdd", kMayFail)                 /* a = b / c */                                                 \
+    ROW(Modulo, "wdd", kMayFail)                 /* a = b % c */                                                 \
+    ROW(Equal, "wdd", kMayFail)                  /* a = b == c */                                                \
+    ROW(NotEqual, "wdd", kMayFail)               /* a = b != c */                                                \
+    ROW(Less, "wdd", kMayFail)                   /* a = b < c */                                                 \
+    ROW(LessEqual, "wdd", kMayFail)              /* a = b <= c */                                                \
+    ROW(JumpIfEqual, "dd-", kMayFail | kMayJump) /* by c when a == b */                                          \
+    ROW(JumpIfNotEqual, "dd-", kMayFail | kMayJump)                                                              \
+    ROW(JumpIfLess, "dd-", kMayFail | kMayJump)                                                                  \
+    ROW(JumpIfLessEqual, "dd-", kMayFail | kMayJump)                                                             \
+    ROW(JumpUnlessEqual, "dd-", kMayFail | kMayJump) /* by c unless a == b */                                    \
+    ROW(JumpUnlessNotEqual, "dd-", kMayFail | kMayJump)                                                          \
+    ROW(JumpUnlessLess, "dd-", kMayFail | kMayJump)                                                              \
+    ROW(JumpUnlessLessEqual, "dd-", kMayFail | kMayJump)                                                         \
+    ROW(GetIndex, "wdd", kMayFail)                   /* a = b[c] */                                              \
+    ROW(JumpIfIndex, "dd-", kMayFail | kMayJump)     /* by c when a[b] is truthy */                              \
+    ROW(JumpUnlessIndex, "dd-", kMayFail | kMayJump) /* by c when a[b] is falsy */                               \
+    ROW(SetIndex, "cdd", kMayFail)                   /* a[b] = c */                                              \
+    ROW(Increase, "ud-", kMayFail)                   /* a = a + b */                                             \
+    ROW(CopyLocal, "wr-", kNoEffects)                /* a = b */                                                 \
+    ROW(MoveTemporary, "wm-", kNoEffects)            /* a = b */                                                 \
+    ROW(LoadConstant, "wr-", kNoEffects)             /* a = b */                                                 \
+    ROW(LoadGlobal, "wr-", kNoEffects)               /* a = b, known to be defined */                            \
+    ROW(PassLocal, "nr-", kNoEffects)                /* a = b */                                                 \
+    ROW(PassConstant, "nr-", kNoEffects)             /* a = b */                                                 \
+    ROW(PassGlobal, "nr-", kNoEffects)               /* a = b, known to be defined */                            \
+    ROW(CheckGlobal, "-r-", kMayFail)                /* fails unless b is defined */                             \
+    ROW(LoadLocalOrGlobal, "w--", kMayFail)          /* a = the local of the b-th fallback, or its global */     \
+    ROW(StoreGlobalMove, "mw-", kNoEffects)          /* b = a */                                                 \
+    ROW(StoreGlobalCopy, "rw-", kNoEffects)          /* b = a */                                                 \
+    ROW(Drop, "m--", kNoEffects)                     /* a dies */                                                \
+    ROW(Negate, "wd-", kMayFail)                     /* a = -b */                                                \
+    ROW(Not, "wd-", kNoEffects)                      /* a = not b */                                             \
+    ROW(And, "wdd", kNoEffects)                      /* a = b and c */                                           \
+    ROW(Or, "wdd", kNoEffects)                       /* a = b or c */                                            \
+    ROW(MakeArray, "ws-", kMayFail)                  /* a = [b, ...], c elements */                              \
+    ROW(ExtendArray, "p--", kMayFail)                /* the array a, b long in the end, takes the next n */      \
+    ROW(Jump, "---", kMayJump | kNeverFallsThrough)  /* by b */                                                  \
+    ROW(JumpIfFalse, "d--", kMayJump)                /* by b when a is falsy */                                  \
+    ROW(JumpIfTrue, "d--", kMayJump)                 /* by b when a is truthy */                                 \
+    ROW(JumpUnlessBoth, "dd-", kMayJump)             /* by c unless a and b are truthy */                        \
+    ROW(JumpUnlessEither, "dd-", kMayJump)           /* by c when neither a nor b is truthy */                   \
+    ROW(JumpIfBoth, "dd-", kMayJump)                 /* by c when a and b are truthy */                          \
+    ROW(JumpIfEither, "dd-", kMayJump)               /* by c when a or b is truthy */                            \
+    ROW(CallGlobal, "pwr", kMayFail | kMayCall)      /* b = c(...), with n arguments after a */                  \
+    ROW(CallRegister, "pw-", kMayFail | kMayCall)    /* b = a(...), with n arguments after a, which dies */      \
+    ROW(CallWithArray, "pw-", kMayFail | kMayCall)   /* b = a(...) with the elements of the array after a */     \
+    ROW(Len, "wrr", kMayFail | kMayCall)             /* a = c(b), mostly len; the window is temporary n */       \
+    ROW(ArrayPush, "rrr", kMayFail | kMayCall)       /* c(b, a), mostly array_push; the window is temporary n */ \
+    ROW(DefineFunction, "---", kMayFail)             /* the b-th definition */                                   \
+    ROW(ReturnLocal, "m--", kNeverFallsThrough)      /* a */                                                     \
+    ROW(ReturnConstant, "-r-", kNeverFallsThrough)   /* b */                                                     \
+    ROW(ReturnGlobal, "-r-", kNeverFallsThrough)     /* b */                                                     \
+    ROW(ReturnNil, "---", kNeverFallsThrough)
+
+/// What an instruction does, wherever its operands are.
+enum class Operation : std::uint8_t {
+#define MORVEL_NAME(name, ...) name,
+    MORVEL_ENGINE_OPERATIONS(MORVEL_NAME)
+#undef MORVEL_NAME
+};
+
+/// A test that a jump can make by itself, with the operands b and c of the test as its a and b.
+struct TestingJumps {
+    Operation test;
+    Operation ifTrue;
+    Operation ifFalse;
+};
+
+inline constexpr std::array kTestingJumps{
+    TestingJumps{Operation::Equal, Operation::JumpIfEqual, Operation::JumpUnlessEqual},
+    TestingJumps{Operation::NotEqual, Operation::JumpIfNotEqual, Operation::JumpUnlessNotEqual},
+    TestingJumps{Operation::Less, Operation::JumpIfLess, Operation::JumpUnlessLess},
+    TestingJumps{Operation::LessEqual, Operation::JumpIfLessEqual, Operation::JumpUnlessLessEqual},
+    TestingJumps{Operation::GetIndex, Operation::JumpIfIndex, Operation::JumpUnlessIndex},
+    TestingJumps{Operation::And, Operation::JumpIfBoth, Operation::JumpUnlessBoth},
+    TestingJumps{Operation::Or, Operation::JumpIfEither, Operation::JumpUnlessEither},
+};
+
+/// What an operand of an instruction is. Those from WideConstant on take the place of b and c together.
+enum class EngineOperand : std::uint8_t {
+    None,
+    /// A local or temporary of the frame.
+    Register,
+    /// A constant of the function.
+    Constant,
+    /// A global slot.
+    Global,
+    /// A number of registers.
+    Count,
+    /// How far to jump, from the next instruction on.
+    Distance,
+    WideConstant,
+    WideGlobal,
+    WideDistance,
+    /// A place in one of the side tables of the code, or a length.
+    WideNumber,
+};
+
+// One row for each instruction: name, operation, what a, b and c are. An operation with two operands has an instruction
+// for every pair of kinds but two constants.
+#define MORVEL_ENGINE_PAIRS(ROW, operation)                     \
+    ROW(operation##RR, operation, Register, Register, Register) \
+    ROW(operation##RK, operation, Register, Register, Constant) \
+    ROW(operation##RG, operation, Register, Register, Global)   \
+    ROW(operation##KR, operation, Register, Constant, Register) \
+    ROW(operation##KG, operation, Register, Constant, Global)   \
+    ROW(operation##GR, operation, Register, Global, Register)   \
+    ROW(operation##GK, operation, Register, Global, Constant)   \
+    ROW(operation##GG, operation, Register, Global, Global)
+
+#define MORVEL_ENGINE_PAIRS_TO_GLOBAL(ROW, operation)            \
+    ROW(operation##ToGRR, operation, Global, Register, Register) \
+    ROW(operation##ToGRK, operation, Global, Register, Constant) \
+    ROW(operation##ToGRG, operation, Global, Register, Global)   \
+    ROW(operation##ToGKR, operation, Global, Constant, Register) \
+    ROW(operation##ToGKG, operation, Global, Constant, Global)   \
+    ROW(operation##ToGGR, operation, Global, Global, Register)   \
+    ROW(operation##ToGGK, operation, Global, Global, Constant)   \
+    ROW(operation##ToGGG, operation, Global, Global, Global)
+
+#define MORVEL_ENGINE_PAIR_JUMPS(ROW, operation)                \
+    ROW(operation##RR, operation, Register, Register, Distance) \
+    ROW(operation##RK, operation, Register, Constant, Distance) \
+    ROW(operation##RG, operation, Register, Global, Distance)   \
+    ROW(operation##KR, operation, Constant, Register, Distance) \
+    ROW(operation##KG, operation, Constant, Global, Distance)   \
+    ROW(operation##GR, operation, Global, Register, Distance)   \
+    ROW(operation##GK, operation, Global, Constant, Distance)   \
+    ROW(operation##GG, operation, Global, Global, Distance)
+
+// Containers are no constants.
+#define MORVEL_ENGINE_LOOK_UPS(ROW, operation)                  \
+    ROW(operation##RR, operation, Register, Register, Register) \
+    ROW(operation##RK, operation, Register, Register, Constant) \
+    ROW(operation##RG, operation, Register, Register, Global)   \
+    ROW(operation##GR, operation, Register, Global, Register)   \
+    ROW(operation##GK, operation, Register, Global, Constant)   \
+    ROW(operation##GG, operation, Register, Global, Global)
+
+#define MORVEL_ENGINE_LOOK_UP_JUMPS(ROW, operation)             \
+    ROW(operation##RR, operation, Register, Register, Distance) \
+    ROW(operation##RK, operation, Register, Constant, Distance) \
+    ROW(operation##RG, operation, Register, Global, Distance)   \
+    ROW(operation##GR, operation, Global, Register, Distance)   \
+    ROW(operation##GK, operation, Global, Constant, Distance)   \
+    ROW(operation##GG, operation, Global, Global, Distance)
+
+#define MORVEL_ENGINE_STORES(ROW, operation)                     \
+    ROW(operation##RRR, operation, Register, Register, Register) \
+    ROW(operation##RRK, operation, Register, Register, Constant) \
+    ROW(operation##RRG, operation, Register, Register, Global)   \
+    ROW(operation##RKR, operation, Register, Constant, Register) \
+    ROW(operation##RKK, operation, Register, Constant, Constant) \
+    ROW(operation##RKG, operation, Register, Constant, Global)   \
+    ROW(operation##RGR, operation, Register, Global, Register)   \
+    ROW(operation##RGK, operation, Register, Global, Constant)   \
+    ROW(operation##RGG, operation, Register, Global, Global)     \
+    ROW(operation##GRR, operation, Global, Register, Register)   \
+    ROW(operation##GRK, operation, Global, Register, Constant)   \
+    ROW(operation##GRG, operation, Global, Register, Global)     \
+    ROW(operation##GKR, operation, Global, Constant, Register)   \
+    ROW(operation##GKK, operation, Global, Constant, Constant)   \
+    ROW(operation##GKG, operation, Global, Constant, Global)     \
+    ROW(operation##GGR, operation, Global, Global, Register)     \
+    ROW(operation##GGK, operation, Global, Global, Constant)     \
+    ROW(operation##GGG, operation, Global, Global, Global)
+
+#define MORVEL_ENGINE_INSTRUCTIONS(ROW)                                   \
+    MORVEL_ENGINE_PAIRS(ROW, Add)                                         \
+    MORVEL_ENGINE_PAIRS_TO_GLOBAL(ROW, Add)                               \
+    MORVEL_ENGINE_PAIRS(ROW, Subtract)                                    \
+    MORVEL_ENGINE_PAIRS_TO_GLOBAL(ROW, Subtract)                          \
+    MORVEL_ENGINE_PAIRS(ROW, Multiply)                                    \
+    MORVEL_ENGINE_PAIRS_TO_GLOBAL(ROW, Multiply)                          \
+    MORVEL_ENGINE_PAIRS(ROW, Divide)                                      \
+    MORVEL_ENGINE_PAIRS_TO_GLOBAL(ROW, Divide)                            \
+    MORVEL_ENGINE_PAIRS(ROW, Modulo)                                      \
+    MORVEL_ENGINE_PAIRS_TO_GLOBAL(ROW, Modulo)                            \
+    MORVEL_ENGINE_PAIRS(ROW, Equal)                                       \
+    MORVEL_ENGINE_PAIRS(ROW, NotEqual)                                    \
+    MORVEL_ENGINE_PAIRS(ROW, Less)                                        \
+    MORVEL_ENGINE_PAIRS(ROW, LessEqual)                                   \
+    MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpUnlessEqual)                        \
+    MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpUnlessNotEqual)                     \
+    MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpUnlessLess)                         \
+    MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpUnlessLessEqual)                    \
+    MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpIfEqual)                            \
+    MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpIfNotEqual)                         \
+    MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpIfLess)                             \
+    MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpIfLessEqual)                        \
+    MORVEL_ENGINE_LOOK_UPS(ROW, GetIndex)                                 \
+    MORVEL_ENGINE_LOOK_UP_JUMPS(ROW, JumpUnlessIndex)                     \
+    MORVEL_ENGINE_LOOK_UP_JUMPS(ROW, JumpIfIndex)                         \
+    MORVEL_ENGINE_STORES(ROW, SetIndex)                                   \
+    ROW(IncreaseR, Increase, Register, Register, None)                    \
+    ROW(IncreaseK, Increase, Register, Constant, None)                    \
+    ROW(CopyLocal, CopyLocal, Register, Register, None)                   \
+    ROW(MoveTemporary, MoveTemporary, Register, Register, None)           \
+    ROW(LoadConstant, LoadConstant, Register, WideConstant, None)         \
+    ROW(LoadGlobal, LoadGlobal, Register, WideGlobal, None)               \
+    ROW(PassLocal, PassLocal, Register, Register, None)                   \
+    ROW(PassConstant, PassConstant, Register, WideConstant, None)         \
+    ROW(PassGlobal, PassGlobal, Register, WideGlobal, None)               \
+    ROW(CheckGlobal, CheckGlobal, None, WideGlobal, None)                 \
+    ROW(LoadLocalOrGlobal, LoadLocalOrGlobal, Register, WideNumber, None) \
+    ROW(StoreGlobalMove, StoreGlobalMove, Register, WideGlobal, None)     \
+    ROW(StoreGlobalCopy, StoreGlobalCopy, Register, WideGlobal, None)     \
+    ROW(Drop, Drop, Register, None, None)                                 \
+    ROW(Negate, Negate, Register, Register, None)                         \
+    ROW(Not, Not, Register, Register, None)                               \
+    ROW(And, And, Register, Register, Register)                           \
+    ROW(Or, Or, Register, Register, Register)                             \
+    ROW(MakeArray, MakeArray, Register, Register, Count)                  \
+    ROW(ExtendArray, ExtendArray, Register, WideNumber, None)             \
+    ROW(Jump, Jump, None, WideDistance, None)                             \
+    ROW(JumpIfFalse, JumpIfFalse, Register, WideDistance, None)           \
+    ROW(JumpIfTrue, JumpIfTrue, Register, WideDistance, None)             \
+    ROW(JumpUnlessBoth, JumpUnlessBoth, Register, Register, Distance)     \
+    ROW(JumpUnlessEither, JumpUnlessEither, Register, Register, Distance) \
+    ROW(JumpIfBoth, JumpIfBoth, Register, Register, Distance)             \
+    ROW(JumpIfEither, JumpIfEither, Register, Register, Distance)         \
+    ROW(CallGlobal, CallGlobal, Register, Register, Global)               \
+    ROW(CallRegister, CallRegister, Register, Register, None)             \
+    ROW(CallWithArray, CallWithArray, Register, Register, None)           \
+    ROW(Len, Len, Register, Register, Global)                             \
+    ROW(ArrayPush, ArrayPush, Register, Register, Global)                 \
+    ROW(DefineFunction, DefineFunction, None, WideNumber, None)           \
+    ROW(ReturnLocal, ReturnLocal, Register, None, None)                   \
+    ROW(ReturnConstant, ReturnConstant, None, WideConstant, None)         \
+    ROW(ReturnGlobal, ReturnGlobal, None, WideGlobal, None)               \
+    ROW(ReturnNil, ReturnNil, None, None, None)
+
+enum class EngineOp : std::uint8_t {
+#define MORVEL_NAME(name, ...) name,
+    MORVEL_ENGINE_INSTRUCTIONS(MORVEL_NAME)
+#undef MORVEL_NAME
+};
+
+/// What is known about an operation.
+struct OperationInfo {
+    std::array<char, 4> uses;
+    std::uint8_t effects;
+};
+
+inline constexpr std::array kOperations{
+#define MORVEL_INFO(name, uses, effects) OperationInfo{{uses[0], uses[1], uses[2]}, effects},
+    MORVEL_ENGINE_OPERATIONS(MORVEL_INFO)
+#undef MORVEL_INFO
+};
+
+using EngineOperands = std::array<EngineOperand, 3>;
+
+/// What is known about an instruction.
+struct EngineOpInfo {
+    Operation operation;
+    EngineOperands operands;
+
+    [[nodiscard]] constexpr const OperationInfo& does() const {
+        return kOperations[static_cast<std::size_t>(operation)];
+    }
+    [[nodiscard]] constexpr bool has(EngineEffects effect) const { return (does().effects & effect) != 0; }
+    /// True when operand b is given what a call returns.
+    [[nodiscard]] constexpr bool givesCallResult() const { return does().uses[0] == 'p' && does().uses[1] == 'w'; }
+    /// True when operand a is a register that is given a value, whatever it held.
+    [[nodiscard]] constexpr bool writesRegister() const {
+        return does().uses[0] == 'w' && operands[0] == EngineOperand::Register;
+    }
+};
+
+inline constexpr std::array kEngineOps{
+#define MORVEL_INFO(name, operation, a, b, c) \
+    EngineOpInfo{Operation::operation, {EngineOperand::a, EngineOperand::b, EngineOperand::c}},
+    MORVEL_ENGINE_INSTRUCTIONS(MORVEL_INFO)
+#undef MORVEL_INFO
+};
+
+/// Their names, apart: only listings want them.
+inline constexpr std::array<std::string_view, kEngineOps.size()> kEngineOpNames{
+#define MORVEL_NAME(name, ...) #name,
+    MORVEL_ENGINE_INSTRUCTIONS(MORVEL_NAME)
+#undef MORVEL_NAME
+};
+
+static_assert(kEngineOps.size() <= 256, "an instruction's number is one byte");
+
+[[nodiscard]] constexpr const EngineOpInfo& infoOf(EngineOp op) { return kEngineOps[static_cast<std::size_t>(op)]; }
+
+/// The first instruction of each operation; its others follow.
+inline constexpr auto kFirstInstructions = [] {
+    std::array<std::size_t, kOperations.size()> firsts{};
+    for (std::size_t i = kEngineOps.size(); i-- > 0;) {
+        firsts[static_cast<std::size_t>(kEngineOps[i].operation)] = i;
+    }
+    return firsts;
+}();
+
+/// The instruction that does `operation` on operands of these kinds; nothing when there is none.
+[[nodiscard]] constexpr std::optional<EngineOp> findInstruction(Operation operation, const EngineOperands& operands) {
+    for (std::size_t i = kFirstInstructions[static_cast<std::size_t>(operation)];
+         i < kEngineOps.size() && kEngineOps[i].operation == operation; ++i) {
+        if (kEngineOps[i].operands == operands) {
+            return static_cast<EngineOp>(i);
+        }
+    }
+    return std::nullopt;
+}
+
+/// The instruction that gives its result to a global instead of a register; nothing when there is none.
+[[nodiscard]] constexpr std::optional<EngineOp> storingForm(EngineOp op) {
+    const EngineOpInfo& info = infoOf(op);
+    if (!info.writesRegister()) {
+        return std::nullopt;
+    }
+    return findInstruction(info.operation, {EngineOperand::Global, info.operands[1], info.operands[2]});
+}
+
+/// The jump that makes the test of an instruction by itself; nothing for what is no test.
+[[nodiscard]] constexpr std::optional<EngineOp> testingJump(EngineOp op, bool whenTrue) {
+    const EngineOpInfo& info = infoOf(op);
+    for (const TestingJumps& jumps : kTestingJumps) {
+        if (jumps.test == info.operation) {
+            return findInstruction(whenTrue ? jumps.ifTrue : jumps.ifFalse,
+                                   {info.operands[1], info.operands[2], EngineOperand::Distance});
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace morvel::ruby::internal
