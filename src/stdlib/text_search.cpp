@@ -48,8 +48,8 @@ TextSearch::TextSearch(std::string_view text, std::string_view wanted) noexcept
     : m_text(text), m_wanted(wanted), m_places(text.size() - std::min(wanted.size() - 1, text.size())) {}
 
 std::size_t TextSearch::next() {
-    if (!m_borders.empty()) {
-        return nextByBorders();
+    if (!m_failureFunction.empty()) {
+        return nextByFailureFunction();
     }
     while (m_candidates != 0 || advance()) {
         const std::size_t position = m_block + static_cast<std::size_t>(std::countr_zero(m_candidates));
@@ -63,8 +63,8 @@ std::size_t TextSearch::next() {
         }
         if (m_compared / kPatience > position + m_wanted.size()) {
             m_from = position + 1;
-            findBorders();
-            return nextByBorders();
+            computeFailureFunction();
+            return nextByFailureFunction();
         }
     }
     return kNowhere;
@@ -114,26 +114,26 @@ bool TextSearch::isAt(std::size_t position) noexcept {
     return std::memcmp(place, middle.data(), middle.size()) == 0;
 }
 
-void TextSearch::findBorders() {
-    m_borders.resize(m_wanted.size());
-    std::size_t border = 0;
+void TextSearch::computeFailureFunction() {
+    m_failureFunction.resize(m_wanted.size());
+    std::size_t matched = 0;
     for (std::size_t end = 1; end < m_wanted.size(); ++end) {
-        border = longerBorder(border, m_wanted[end]);
-        m_borders[end] = border;
+        matched = extendMatch(matched, m_wanted[end]);
+        m_failureFunction[end] = matched;
     }
 }
 
-std::size_t TextSearch::longerBorder(std::size_t border, char byte) const noexcept {
-    while (border > 0 && m_wanted[border] != byte) {
-        border = m_borders[border - 1];
+std::size_t TextSearch::extendMatch(std::size_t matched, char byte) const noexcept {
+    while (matched > 0 && m_wanted[matched] != byte) {
+        matched = m_failureFunction[matched - 1];
     }
-    return m_wanted[border] == byte ? border + 1 : 0;
+    return m_wanted[matched] == byte ? matched + 1 : 0;
 }
 
-std::size_t TextSearch::nextByBorders() noexcept {
+std::size_t TextSearch::nextByFailureFunction() noexcept {
     std::size_t matched = 0;
     for (; m_from < m_text.size(); ++m_from) {
-        matched = longerBorder(matched, m_text[m_from]);
+        matched = extendMatch(matched, m_text[m_from]);
         if (matched == m_wanted.size()) {
             ++m_from;
             return m_from - matched;

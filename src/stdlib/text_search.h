@@ -26,10 +26,10 @@ private:
     /// Looks for candidates among the next places; false when there are none left.
     [[nodiscard]] bool advance() noexcept;
     [[nodiscard]] bool isAt(std::size_t position) noexcept;
-    void findBorders();
-    /// How much of `wanted` ends with `byte`, when `border` bytes of it ended before.
-    [[nodiscard]] std::size_t longerBorder(std::size_t border, char byte) const noexcept;
-    [[nodiscard]] std::size_t nextByBorders() noexcept;
+    void computeFailureFunction();
+    /// How many bytes of `wanted` match up to and including `byte`, when `matched` of them did before it.
+    [[nodiscard]] std::size_t extendMatch(std::size_t matched, char byte) const noexcept;
+    [[nodiscard]] std::size_t nextByFailureFunction() noexcept;
 
     std::string_view m_text;
     std::string_view m_wanted;
@@ -44,9 +44,9 @@ private:
     unsigned m_candidates = 0;
     /// How many bytes the closer looks have compared.
     std::size_t m_compared = 0;
-    /// Once the search is by borders: for each beginning of `wanted`, the length of its longest proper part that it
-    /// both begins and ends with.
-    std::vector<std::size_t> m_borders;
+    /// The failure function of `wanted`, once the search needs it: for each prefix, the length of its longest proper
+    /// prefix that is also a suffix of it.
+    std::vector<std::size_t> m_failureFunction;
 };
 
 /// Where `wanted` begins in `text` for the first time; kNowhere when it does not. An empty text is at the beginning.

@@ -8,7 +8,7 @@ namespace morvel::ruby::internal {
 namespace {
 
 constinit thread_local std::size_t deferrals = 0;
-constinit thread_local SetAsideHosts* innermost = nullptr;
+constinit thread_local HostFunctionReleaseQueue* innermost = nullptr;
 
 // The count of a dead box is 0 and no longer needed: it links to the next one.
 RubyFunctionHandle* next(const RubyFunctionHandle& dead) noexcept {
@@ -22,7 +22,7 @@ void link(RubyFunctionHandle& dead, RubyFunctionHandle* to) noexcept {
 void destroy(RubyFunctionHandle* dead) noexcept {
     ++deferrals;
     {
-        const SetAsideHosts earlier;
+        const HostFunctionReleaseQueue earlier;
         if (const Binder* const binder = binderOf(*dead)) {
             --binder->waiting;
         }
@@ -52,11 +52,11 @@ void releaseDeferredHosts() noexcept {
     }
 }
 
-SetAsideHosts::SetAsideHosts() noexcept
+HostFunctionReleaseQueue::HostFunctionReleaseQueue() noexcept
     : m_first(std::exchange(deferredHosts, nullptr)), m_outer(std::exchange(innermost, this)) {}
 
-SetAsideHosts::~SetAsideHosts() {
-    SetAsideHosts** place = &innermost;
+HostFunctionReleaseQueue::~HostFunctionReleaseQueue() {
+    HostFunctionReleaseQueue** place = &innermost;
     while (*place != this) {
         place = &(*place)->m_outer;
     }
@@ -75,12 +75,12 @@ SetAsideHosts::~SetAsideHosts() {
     }
 }
 
-RubyFunctionHandle* SetAsideHosts::takeOneOf(const Binder& binder) noexcept {
+RubyFunctionHandle* HostFunctionReleaseQueue::takeOneOf(const Binder& binder) noexcept {
     // Mostly none waits anywhere, and what is set aside may be much.
     if (binder.waiting == 0) {
         return nullptr;
     }
-    for (SetAsideHosts* aside = innermost; aside != nullptr; aside = aside->m_outer) {
+    for (HostFunctionReleaseQueue* aside = innermost; aside != nullptr; aside = aside->m_outer) {
         RubyFunctionHandle* previous = nullptr;
         for (RubyFunctionHandle* dead = aside->m_first; dead != nullptr; previous = dead, dead = next(*dead)) {
             if (binderOf(*dead) != &binder) {
@@ -97,21 +97,21 @@ RubyFunctionHandle* SetAsideHosts::takeOneOf(const Binder& binder) noexcept {
     return nullptr;
 }
 
-DeferHostReleases::DeferHostReleases() noexcept { ++deferrals; }
+DeferReleaseScope::DeferReleaseScope() noexcept { ++deferrals; }
 
-DeferHostReleases::~DeferHostReleases() {
+DeferReleaseScope::~DeferReleaseScope() {
     releaseDeferredHosts();
     --deferrals;
 }
 
-ReleaseHostsAtOnce::ReleaseHostsAtOnce(const Binder& binder) noexcept : m_deferrals(std::exchange(deferrals, 0)) {
+ImmediateReleaseScope::ImmediateReleaseScope(const Binder& binder) noexcept : m_deferrals(std::exchange(deferrals, 0)) {
     releaseDeferredHosts();
-    while (RubyFunctionHandle* const dead = SetAsideHosts::takeOneOf(binder)) {
+    while (RubyFunctionHandle* const dead = HostFunctionReleaseQueue::takeOneOf(binder)) {
         destroy(dead);
         releaseDeferredHosts();
     }
 }
 
-ReleaseHostsAtOnce::~ReleaseHostsAtOnce() { deferrals += m_deferrals; }
+ImmediateReleaseScope::~ImmediateReleaseScope() { deferrals += m_deferrals; }
 
 }  // namespace morvel::ruby::internal

@@ -19,7 +19,7 @@ extern constinit thread_local RubyFunctionHandle* deferredHosts;
 /// releaseDeferredHosts.
 void deferHost(RubyFunctionHandle* dead) noexcept;
 
-/// True unless a DeferHostReleases lives or a host function is being destroyed: then the caller who lets go of one
+/// True unless a DeferReleaseScope is alive or a host function is being destroyed: then the caller who lets go of one
 /// should release it, once it has finished its own work.
 [[nodiscard]] bool mayReleaseHosts() noexcept;
 
@@ -27,44 +27,45 @@ void deferHost(RubyFunctionHandle* dead) noexcept;
 /// be ready for anything to have changed afterwards.
 void releaseDeferredHosts() noexcept;
 
-/// Keeps the host functions that wait now out of the reach of what goes on while it lives.
-class SetAsideHosts {
+/// A queue of its own for the host functions that come to wait while it lives; those that wait already are out of reach
+/// until it ends.
+class HostFunctionReleaseQueue {
 public:
-    SetAsideHosts() noexcept;
-    ~SetAsideHosts();
-    SetAsideHosts(const SetAsideHosts&) = delete;
-    SetAsideHosts& operator=(const SetAsideHosts&) = delete;
+    HostFunctionReleaseQueue() noexcept;
+    ~HostFunctionReleaseQueue();
+    HostFunctionReleaseQueue(const HostFunctionReleaseQueue&) = delete;
+    HostFunctionReleaseQueue& operator=(const HostFunctionReleaseQueue&) = delete;
 
     /// Takes a function that `binder` bound out of what is set aside on this thread; null when there is none.
     static RubyFunctionHandle* takeOneOf(const Binder& binder) noexcept;
 
 private:
     RubyFunctionHandle* m_first;
-    SetAsideHosts* m_outer;
+    HostFunctionReleaseQueue* m_outer;
 };
 
 /// While it lives, host functions wait until releaseDeferredHosts is called. At its end they are destroyed, and those
 /// that waited before it wait on. Instances need not end in the reverse order of their beginning, as hosts may run
 /// scripts on several stacks of their own.
-class DeferHostReleases {
+class DeferReleaseScope {
 public:
-    DeferHostReleases() noexcept;
-    ~DeferHostReleases();
-    DeferHostReleases(const DeferHostReleases&) = delete;
-    DeferHostReleases& operator=(const DeferHostReleases&) = delete;
+    DeferReleaseScope() noexcept;
+    ~DeferReleaseScope();
+    DeferReleaseScope(const DeferReleaseScope&) = delete;
+    DeferReleaseScope& operator=(const DeferReleaseScope&) = delete;
 
 private:
-    SetAsideHosts m_earlier;
+    HostFunctionReleaseQueue m_earlier;
 };
 
 /// For a VM that is about to end, whose captured objects may refer to it: destroys all host functions that it bound and
 /// that wait, and lets none wait while it lives, whatever else goes on on this thread.
-class ReleaseHostsAtOnce {
+class ImmediateReleaseScope {
 public:
-    explicit ReleaseHostsAtOnce(const Binder& binder) noexcept;
-    ~ReleaseHostsAtOnce();
-    ReleaseHostsAtOnce(const ReleaseHostsAtOnce&) = delete;
-    ReleaseHostsAtOnce& operator=(const ReleaseHostsAtOnce&) = delete;
+    explicit ImmediateReleaseScope(const Binder& binder) noexcept;
+    ~ImmediateReleaseScope();
+    ImmediateReleaseScope(const ImmediateReleaseScope&) = delete;
+    ImmediateReleaseScope& operator=(const ImmediateReleaseScope&) = delete;
 
 private:
     std::size_t m_deferrals;

@@ -16,7 +16,6 @@ namespace {
 bool appendShortDecimal(std::string& text, double number) {
     constexpr double kNear = 1e-8;
     constexpr std::uint32_t kThousand = 1000;
-    constexpr unsigned kTen = 10;
     const double size = std::fabs(number);
     if (!(size >= 0.001 && size < 1e6)) {
         return false;
@@ -35,9 +34,9 @@ bool appendShortDecimal(std::string& text, double number) {
     end = std::to_chars(end, buffer.data() + buffer.size(), thousandths / kThousand).ptr;
     if (decimals != 0) {
         *end++ = '.';
-        *end++ = static_cast<char>('0' + decimals / (kTen * kTen));
-        *end++ = static_cast<char>('0' + decimals / kTen % kTen);
-        *end++ = static_cast<char>('0' + decimals % kTen);
+        *end++ = static_cast<char>('0' + decimals / 100);
+        *end++ = static_cast<char>('0' + decimals / 10 % 10);
+        *end++ = static_cast<char>('0' + decimals % 10);
         while (end[-1] == '0') {
             --end;
         }

@@ -63,7 +63,7 @@ RubyVM::Impl::Impl(RubyVM* vm)
 RubyVM::Impl::~Impl() = default;
 
 void RubyVM::Impl::close() noexcept {
-    const internal::ReleaseHostsAtOnce now(*binder);
+    const internal::ImmediateReleaseScope now(*binder);
     globals.release();
 }
 

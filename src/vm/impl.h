@@ -86,7 +86,7 @@ public:
     RubyValue callValue(const Program& program, const RubyValue& callee, const RubyValue* arguments,
                         std::size_t argumentCount, unsigned line);
 
-    /// The plain executor: runs stack instructions one by one and checks everything as it goes.
+    /// The baseline interpreter: runs stack instructions one by one and checks everything as it goes.
     RubyValue executeFunction(const std::shared_ptr<Program>& program, std::int32_t functionIndex,
                               const RubyValue* arguments, std::size_t argumentCount);
 

@@ -170,7 +170,7 @@ TEST_P(FibersOnOneVm, KeepToTheRuleInAnyOrder) {
 }
 
 std::string executorName(const ::testing::TestParamInfo<ExecutorChoice>& choice) {
-    return choice.param == ExecutorChoice::Automatic ? "Engine" : "PlainExecutor";
+    return choice.param == ExecutorChoice::Automatic ? "Engine" : "BaselineInterpreter";
 }
 
 INSTANTIATE_TEST_SUITE_P(Executors, FibersOnOneVm,

@@ -18,20 +18,20 @@ void expectEnding(const std::string& expected, const RubyBytecode& image, const 
     for (const bool plain : {false, true}) {
         RubyVM vm;
         if (plain) {
-            usePlainExecutor(vm);
+            useBaselineInterpreter(vm);
         }
         if (prepare) {
             prepare(vm);
         }
         const RubyResult result = vm.runBytecode(image);
-        EXPECT_EQ(expected, ending(result)) << (plain ? "with the plain executor" : "as usual");
+        EXPECT_EQ(expected, ending(result)) << (plain ? "with the baseline interpreter" : "as usual");
         EXPECT_TRUE(result.ok ? result.error.empty() : result.value.isNil());
     }
 }
 
 }  // namespace
 
-void usePlainExecutor(RubyVM& vm) { RubyVM::Impl::of(vm).executor = internal::ExecutorChoice::PlainOnly; }
+void useBaselineInterpreter(RubyVM& vm) { RubyVM::Impl::of(vm).executor = internal::ExecutorChoice::PlainOnly; }
 
 void expectValue(const std::string& description, const RubyBytecode& image, const Preparation& prepare) {
     expectEnding("value " + description, image, prepare);

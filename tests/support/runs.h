@@ -12,9 +12,10 @@ namespace morvel::ruby::tests {
 using Preparation = std::function<void(RubyVM&)>;
 
 /// Makes the VM run all script code instruction by instruction, without translating it first.
-void usePlainExecutor(RubyVM& vm);
+void useBaselineInterpreter(RubyVM& vm);
 
-/// Checks that running the image gives a value with this description, in a new VM and in one with the plain executor.
+/// Checks that running the image gives a value with this description, in a new VM and in one with the baseline
+/// interpreter.
 void expectValue(const std::string& description, const RubyBytecode& image, const Preparation& prepare = {});
 /// Checks that it fails with this message.
 void expectError(const std::string& message, const RubyBytecode& image, const Preparation& prepare = {});

@@ -204,7 +204,7 @@ TEST(Value, AccessorsRefuseOtherKinds) {
 
 TEST(Value, AccessErrorsAreStandardRuntimeErrors) { EXPECT_THROW((void)RubyValue().asInteger(), std::runtime_error); }
 
-TEST(Value, OnlyNilAndFalseAreUntruthy) {
+TEST(Value, OnlyNilAndFalseAreFalsy) {
     EXPECT_FALSE(RubyValue().isTruthy());
     EXPECT_FALSE(RubyValue(false).isTruthy());
     for (const RubyValue& value : {RubyValue(true), RubyValue(0), RubyValue(0.0), RubyValue(kNan), RubyValue(""),

@@ -123,7 +123,7 @@ std::string parameters(std::size_t count) { return count == 1 ? "a0" : "a0, a1";
 
 class BuiltInCalls : public testing::TestWithParam<std::string> {
 protected:
-    BuiltInCalls() { usePlainExecutor(m_plain); }
+    BuiltInCalls() { useBaselineInterpreter(m_plain); }
 
     void check(const std::string& source, const std::vector<std::size_t>& choice) {
         const auto choose = [&choice] {
@@ -158,7 +158,7 @@ protected:
             vm->setGlobal("g0", nullptr);
             vm->setGlobal("g1", nullptr);
             outcome += holders(arguments);
-            ASSERT_EQ(expected, outcome) << source << (vm == &m_plain ? " by the plain executor" : "");
+            ASSERT_EQ(expected, outcome) << source << (vm == &m_plain ? " by the baseline interpreter" : "");
         }
     }
 

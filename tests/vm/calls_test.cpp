@@ -72,7 +72,7 @@ TEST(Calls, TheCalleeRunsInItsOwnProgram) {
     for (const bool plain : {false, true}) {
         RubyVM vm;
         if (plain) {
-            usePlainExecutor(vm);
+            useBaselineInterpreter(vm);
         }
         ASSERT_TRUE(vm.runScriptString("\n\ndef f(x)\n  y = 'const'\n  return y + x / 0\nend", "first").ok);
         ASSERT_TRUE(vm.runScriptString("def g(x) return x / 0 end", "second").ok);
@@ -130,7 +130,7 @@ TEST(Calls, OtherExceptionsAreNotCaught) {
     for (const bool plain : {false, true}) {
         RubyVM vm;
         if (plain) {
-            usePlainExecutor(vm);
+            useBaselineInterpreter(vm);
         }
         vm.bindFunction("throw_number", [](RubyVM&, RubyArguments) -> RubyValue { throw 42; });
         EXPECT_THROW((void)vm.runScriptString("throw_number()", "t"), int);
@@ -172,7 +172,7 @@ TEST(Calls, AFunctionMayReplaceItselfWhileItRuns) {
     for (const bool plain : {false, true}) {
         RubyVM vm;
         if (plain) {
-            usePlainExecutor(vm);
+            useBaselineInterpreter(vm);
         }
         const std::string text(100, 'c');
         vm.bindFunction("once", [text](RubyVM& caller, RubyArguments arguments) {
@@ -190,7 +190,7 @@ TEST(Calls, AProgramLivesWhileOneOfItsFunctionsRuns) {
     for (const bool plain : {false, true}) {
         RubyVM vm;
         if (plain) {
-            usePlainExecutor(vm);
+            useBaselineInterpreter(vm);
         }
         vm.bindFunction("forget", [](RubyVM& caller, RubyArguments) {
             caller.setGlobal("f", nullptr);

@@ -202,7 +202,7 @@ TEST(FastFunctions, DeepTreesAreAnErrorNotACrash) {
     for (const bool plain : {false, true}) {
         RubyVM vm;
         if (plain) {
-            usePlainExecutor(vm);
+            useBaselineInterpreter(vm);
         }
         const RubyResult result = vm.runBytecode(image);
         // However it is run, it gives the value or the error.

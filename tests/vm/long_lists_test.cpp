@@ -140,7 +140,7 @@ TEST(LongLists, NestedDeeplyHaveTheirValues) {
     for (const bool plain : {false, true}) {
         RubyVM vm;
         if (plain) {
-            usePlainExecutor(vm);
+            useBaselineInterpreter(vm);
         }
         ASSERT_TRUE(vm.runBytecode(internal::serializeProgram(literals)).ok);
         const RubyResult counted = vm.runScriptString(

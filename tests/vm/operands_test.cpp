@@ -163,7 +163,7 @@ std::string expectedOutcome(const Operator& tested, const Use& use, const RubyVa
 
 class Operands : public testing::TestWithParam<Operator> {
 protected:
-    Operands() { usePlainExecutor(m_plain); }
+    Operands() { useBaselineInterpreter(m_plain); }
 
     /// Runs the program on both executors with these operands; checks the outcome, and that the operands stay as
     /// they were and are held by nobody afterwards.
@@ -172,7 +172,7 @@ protected:
         const std::string expected = expectedOutcome(GetParam(), use, left, right);
         const std::string before = state(left, right);
         for (RubyVM* vm : {&m_vm, &m_plain}) {
-            const char* executor = vm == &m_plain ? " by the plain executor" : "";
+            const char* executor = vm == &m_plain ? " by the baseline interpreter" : "";
             setOperands(*vm, left, right);
             RubyResult result = vm->runBytecode(image);
             ASSERT_EQ(expected, result.ok ? describe(result.value) : result.error)

@@ -182,7 +182,7 @@ void expectReleased(const RubyBytecode& image, const std::string& source) {
     for (const bool plain : {false, true}) {
         RubyVM vm;
         if (plain) {
-            usePlainExecutor(vm);
+            useBaselineInterpreter(vm);
         }
         prepareVm(vm);
         const RubyValue witness(RubyArray{1});
@@ -194,7 +194,7 @@ void expectReleased(const RubyBytecode& image, const std::string& source) {
             for (const char* name : {"w", "x", "y", "f"}) {
                 vm.setGlobal(name, nullptr);
             }
-            EXPECT_EQ(1u, witness.data.box->references) << source << (plain ? " by the plain executor" : "");
+            EXPECT_EQ(1u, witness.data.box->references) << source << (plain ? " by the baseline interpreter" : "");
             EXPECT_EQ("[1]", describe(witness)) << source;
         }
     }

@@ -98,7 +98,7 @@ TEST(Vm, AProgramIsFreedWithTheLastOfItsFunctions) {
     for (const bool plain : {false, true}) {
         RubyVM vm;
         if (plain) {
-            usePlainExecutor(vm);
+            useBaselineInterpreter(vm);
         }
         const auto programOf = [&vm](const std::string& name) {
             RubyValue function;

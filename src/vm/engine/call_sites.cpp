@@ -29,7 +29,7 @@ std::size_t CallSites::call(std::size_t index, std::size_t blockEnd) {
             return 2;
         }
     }
-    callGeneral(callee, (m_facts.marks[index] & kLastValueDies) != 0);
+    callGeneral(callee, (m_facts.flags[index] & kLastValueDies) != 0);
     return 1;
 }
 

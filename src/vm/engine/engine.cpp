@@ -82,7 +82,7 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
     RubyValue result;
     const std::size_t entry = depth();
     // Destroyed last: by then the frames of this run are gone.
-    const DeferHostReleases deferral;
+    const DeferReleaseScope deferral;
     const Runs::Id self = m_runs.innermost();
     struct Unwinder {
         Engine& engine;
@@ -193,10 +193,10 @@ void Engine::popFrame(std::uint32_t registerCount) noexcept {
     for (std::uint32_t i = 0; i < registerCount; ++i) {
         releaseRegister(frame.base + i);
     }
-    if ((frame.marks & kChunkFrame) != 0) {
+    if ((frame.flags & kChunkFrame) != 0) {
         m_stack.returnToChunk(frame.previousChunk);
     }
-    if ((frame.marks & kProgramFrame) != 0) {
+    if ((frame.flags & kProgramFrame) != 0) {
         --m_programFrames;
     }
     --m_current;
@@ -209,7 +209,7 @@ void Engine::unwindTo(std::size_t frame) noexcept {
     while (depth() > frame) {
         popFrame(m_current->code->registerCount);
     }
-    while ((m_current->marks & kAbandonedFrame) != 0) {
+    while ((m_current->flags & kAbandonedFrame) != 0) {
         popFrame(0);
     }
 }
@@ -222,29 +222,29 @@ void Engine::abandonFrames(Runs::Id run, std::size_t entry) noexcept {
         }
         Frame& frame = m_frames[index];
         frame.code = &m_noCode;
-        frame.marks |= kAbandonedFrame;
+        frame.flags |= kAbandonedFrame;
     }
 }
 
 bool Engine::leaveFrame(RubyValue* value) {
     RubyValue outcome;
     moveRegister(&outcome, value);
-    const std::uint32_t marks = m_current->marks;
+    const std::uint32_t flags = m_current->flags;
     RubyValue* const result = m_current->result;
-    if ((marks & kProtectedFrame) != 0) {
+    if ((flags & kProtectedFrame) != 0) {
         outcome = pcallSuccess(std::move(outcome));
     }
     // The value returned was the last temporary alive.
     popFrame(m_current->code->firstTemporary);
     assignRegister(result, std::move(outcome));
-    return (marks & kEntryFrame) != 0;
+    return (flags & kEntryFrame) != 0;
 }
 
 void Engine::throwMessage() { throw RubyError(std::exchange(m_message, {})); }
 
 std::size_t Engine::protectedFrame(std::size_t entry) const noexcept {
     std::size_t index = depth();
-    while (index > entry && (m_frames[index].marks & kProtectedFrame) == 0) {
+    while (index > entry && (m_frames[index].flags & kProtectedFrame) == 0) {
         --index;
     }
     return index;

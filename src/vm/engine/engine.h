@@ -42,7 +42,7 @@ struct Frame {
     RubyValue* result;
     /// The function being called, kept alive by one reference; null when the caller keeps its program alive.
     RubyFunctionHandle* handle;
-    std::uint32_t marks;
+    std::uint32_t flags;
     /// The chunk to go back to, for a kChunkFrame.
     std::uint32_t previousChunk;
 };
@@ -53,7 +53,7 @@ public:
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
 
-    /// The translation of a function; null when it is left to the plain executor.
+    /// The translation of a function; null when it is left to the baseline interpreter.
     [[nodiscard]] const Code* codeFor(const Program& program, std::int32_t functionIndex);
 
     /// How many frames there are.
@@ -95,7 +95,7 @@ private:
     }
     /// Puts a frame for `code` on top, with its registers at `base` or, when they do not fit there, in another chunk.
     /// The registers are not prepared. On failure nothing has changed.
-    void pushFrame(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t marks);
+    void pushFrame(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t flags);
     /// Registers in another chunk of the value stack; fails with "stack overflow" when there is none left.
     [[nodiscard]] RubyValue* enterNextChunk(std::size_t registerCount);
     /// Brings the registers of a new frame, which hold just the arguments, into the state that its code expects.
@@ -129,13 +129,13 @@ private:
                                        RubyValue* result);
     /// Moves the arguments to the new frame, whose registers are at `base` if they fit there.
     void enterFunction(RubyFunctionHandle& handle, const Code& code, RubyValue* base, RubyValue* arguments,
-                       std::size_t argumentCount, RubyValue* result, std::uint32_t marks);
+                       std::size_t argumentCount, RubyValue* result, std::uint32_t flags);
     void callProtected(RubyValue* window, std::size_t argumentCount, RubyValue* result);
     /// The same with the elements of the array at window + 1 for arguments.
     void callWithArray(RubyValue* window, RubyValue* result);
     /// Enters `callee` if it is a script function that has been translated.
     [[nodiscard]] bool enterWithArray(const RubyValue& callee, RubyValue* window, RubyValue* arguments,
-                                      std::size_t argumentCount, RubyValue* result, std::uint32_t marks);
+                                      std::size_t argumentCount, RubyValue* result, std::uint32_t flags);
     [[nodiscard]] const Code* codeOf(const RubyFunctionHandle& handle);
     /// The translation that the handle of a script function already points at; null when there is none for this engine.
     [[nodiscard]] const Code* knownCode(const RubyFunctionHandle& handle) const noexcept {
@@ -145,17 +145,17 @@ private:
 
     // What the loop leaves to functions: rare cases, and all that may fail.
     template <OpCode Operation>
-    void arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks);
-    [[nodiscard]] bool equalSlow(RubyValue* left, RubyValue* right, std::uint8_t marks);
+    void arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags);
+    [[nodiscard]] bool equalSlow(RubyValue* left, RubyValue* right, std::uint8_t flags);
     template <bool OrEqual>
-    [[nodiscard]] bool lessSlow(RubyValue* left, RubyValue* right, std::uint8_t marks);
+    [[nodiscard]] bool lessSlow(RubyValue* left, RubyValue* right, std::uint8_t flags);
     /// Joins two texts whose result is short; false when they are not of that kind, and then nothing is done.
-    [[nodiscard]] bool joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks);
+    [[nodiscard]] bool joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags);
     void loadByte(RubyValue* target, const std::string& text, std::size_t position);
-    void getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t marks);
-    [[nodiscard]] bool testIndexSlow(RubyValue* container, RubyValue* index, std::uint8_t marks);
-    void setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* value, std::uint8_t marks);
-    void negateSlow(RubyValue* target, RubyValue* value, std::uint8_t marks);
+    void getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t flags);
+    [[nodiscard]] bool testIndexSlow(RubyValue* container, RubyValue* index, std::uint8_t flags);
+    void setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* value, std::uint8_t flags);
+    void negateSlow(RubyValue* target, RubyValue* value, std::uint8_t flags);
     static void pushElement(RubyValue* array, RubyValue* value, bool valueDies);
     void makeArray(RubyValue* target, RubyValue* first, std::size_t count);
     /// Moves the `count` registers after `array` to the end of that array, which is to have `length` elements.
@@ -173,19 +173,19 @@ private:
     /// True when just one other holds the string in the register `text`, and the next instruction overwrites that with
     /// this register.
     [[nodiscard]] bool isReplacedNext(const RubyValue* text) const;
-    /// Ends the hold of the last expression statement's value on a string, if the marks allow it.
-    void releaseLastValue(const RubyValue& text, std::uint8_t marks) const;
+    /// Ends the hold of the last expression statement's value on a string, if the flags allow it.
+    void releaseLastValue(const RubyValue& text, std::uint8_t flags) const;
     /// An addition to a string, in place or as the first of an append chain; false when it is neither, and then nothing
     /// has changed.
-    [[nodiscard]] bool addToText(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks);
+    [[nodiscard]] bool addToText(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags);
     /// The first addition of an append chain: the text waits in the register before `target`, which gets the text of
     /// the first part, and is then added to as if that were all.
-    void beginAppend(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks);
+    void beginAppend(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags);
     /// The last one: adds `right` to the parts, and them to the text; false when none is waiting, and then nothing has
     /// changed.
-    [[nodiscard]] bool endAppend(RubyValue* target, RubyValue* parts, RubyValue* right, std::uint8_t marks);
+    [[nodiscard]] bool endAppend(RubyValue* target, RubyValue* parts, RubyValue* right, std::uint8_t flags);
     /// Replaces a byte of a string in place; false when that cannot be, and then nothing has changed.
-    [[nodiscard]] bool replaceByte(RubyValue* container, const RubyValue& index, RubyValue* value, std::uint8_t marks);
+    [[nodiscard]] bool replaceByte(RubyValue* container, const RubyValue& index, RubyValue* value, std::uint8_t flags);
 
     [[nodiscard]] const Program& program() const noexcept { return *m_current->code->program; }
     [[nodiscard]] unsigned line() const { return m_current->code->lineAt(m_current->next); }
@@ -209,17 +209,17 @@ private:
     std::string m_message;
 };
 
-inline void Engine::pushFrame(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t marks) {
+inline void Engine::pushFrame(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t flags) {
     if (m_current == m_lastFrame) {
         growFrames();
     }
     const auto previousChunk = static_cast<std::uint32_t>(m_stack.chunk());
     if (code.registerCount > static_cast<std::size_t>(m_stack.end() - base)) {
         base = enterNextChunk(code.registerCount);
-        marks |= kChunkFrame;
+        flags |= kChunkFrame;
     }
     ++m_current;
-    *m_current = {&code, base, code.instructions.data(), result, nullptr, marks, previousChunk};
+    *m_current = {&code, base, code.instructions.data(), result, nullptr, flags, previousChunk};
 }
 
 }  // namespace morvel::ruby::internal

@@ -134,7 +134,7 @@ Engine::CallOutcome Engine::callHost(const RubyFunctionHandle& handle, RubyValue
 }
 
 void Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyValue* base, RubyValue* arguments,
-                           std::size_t argumentCount, RubyValue* result, std::uint32_t marks) {
+                           std::size_t argumentCount, RubyValue* result, std::uint32_t flags) {
     if (argumentCount != code.parameterCount) {
         runtimeError(*code.program, 0, arityMessage(*code.function, argumentCount));
     }
@@ -142,9 +142,9 @@ void Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyVal
         if (m_programFrames == kMostProgramFrames) {
             failOverflow();
         }
-        marks |= kProgramFrame;
+        flags |= kProgramFrame;
     }
-    pushFrame(code, base, result, marks);
+    pushFrame(code, base, result, flags);
     m_programFrames += code.isTopLevel ? 1 : 0;
     m_current->handle = &handle;
     ++handle.references;
@@ -197,7 +197,7 @@ void Engine::callWithArray(RubyValue* window, RubyValue* result) {
 }
 
 bool Engine::enterWithArray(const RubyValue& callee, RubyValue* window, RubyValue* arguments, std::size_t argumentCount,
-                            RubyValue* result, std::uint32_t marks) {
+                            RubyValue* result, std::uint32_t flags) {
     if (!callee.isFunction()) {
         return false;
     }
@@ -207,10 +207,10 @@ bool Engine::enterWithArray(const RubyValue& callee, RubyValue* window, RubyValu
     if (code == nullptr) {
         return false;
     }
-    if (marks == kProtectedFrame && !canProtect(*code, argumentCount)) {
+    if (flags == kProtectedFrame && !canProtect(*code, argumentCount)) {
         return false;
     }
-    enterFunction(handle, *code, window + 2, arguments, argumentCount, result, marks);
+    enterFunction(handle, *code, window + 2, arguments, argumentCount, result, flags);
     releaseRegister(window);
     releaseRegister(window + 1);
     return true;

@@ -34,8 +34,8 @@ struct Flow {
 };
 
 /// Verifies a function: operands in range, constants of the right kind, jump targets inside the code, the stack depth
-/// the same on every path and never below zero. Nothing when any of it fails; the plain executor then reports what is
-/// wrong when, and only if, it is executed.
+/// the same on every path and never below zero. Nothing when any of it fails; the baseline interpreter then reports
+/// what is wrong when, and only if, it is executed.
 [[nodiscard]] std::optional<Flow> analyzeFlow(const Program& program, const CompiledFunction& function);
 
 /// Where the value of the last expression statement matters.

@@ -58,22 +58,22 @@ std::vector<bool> findBlockStarts(const CompiledFunction& function, const Flow& 
     return starts;
 }
 
-std::vector<std::uint8_t> findMarks(const CompiledFunction& function, const Flow& flow, const LastValue& lastValue,
+std::vector<std::uint8_t> findFlags(const CompiledFunction& function, const Flow& flow, const LastValue& lastValue,
                                     const std::vector<AppendChain>& chains) {
-    std::vector<std::uint8_t> marks(function.code.size(), 0);
+    std::vector<std::uint8_t> flags(function.code.size(), 0);
     for (std::size_t block = 0; lastValue.isKept && block < flow.blocks.size(); ++block) {
         for (std::size_t i = flow.blocks[block].begin; i < lastValue.deadUntil[block]; ++i) {
             const OpCode op = function.code[i].op;
             if (op == OpCode::Add || op == OpCode::SetIndex || op == OpCode::Call) {
-                marks[i] = kLastValueDies;
+                flags[i] = kLastValueDies;
             }
         }
     }
     for (const AppendChain& chain : chains) {
-        marks[chain.firstAdd] |= kBeginsAppend;
-        marks[chain.lastAdd] |= kEndsAppend;
+        flags[chain.firstAdd] |= kBeginsAppend;
+        flags[chain.lastAdd] |= kEndsAppend;
     }
-    return marks;
+    return flags;
 }
 
 }  // namespace
@@ -105,7 +105,7 @@ FunctionFacts findFacts(const Program& program, std::int32_t functionIndex, Flow
     TextUses texts = findTextUses(function, facts.flow, facts.globalSlots);
     LastValue lastValue = findLastValue(function, facts.flow);
     facts.hasAppendChains = !texts.chains.empty();
-    facts.marks = findMarks(function, facts.flow, lastValue, texts.chains);
+    facts.flags = findFlags(function, facts.flow, lastValue, texts.chains);
     facts.lastReads = findLastReads(function, facts.flow, facts.globalSlots, std::move(texts.takenOver));
     facts.livePops = std::move(lastValue.livePops);
     facts.blockStarts = findBlockStarts(function, facts.flow);

@@ -31,7 +31,7 @@ struct FunctionFacts {
     std::vector<bool> livePops{};
     bool hasAppendChains = false;
     /// By instruction: kBeginsAppend and kEndsAppend for additions, kLastValueDies for these, indexed stores and calls.
-    std::vector<std::uint8_t> marks{};
+    std::vector<std::uint8_t> flags{};
     /// By instruction, true for a read of a local whose value may be used up on the way.
     std::vector<bool> lastReads{};
     /// By instruction, true where a block starts.

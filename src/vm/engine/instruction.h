@@ -13,7 +13,7 @@ namespace morvel::ruby::internal {
 /// machine words, so that the processor's addressing can scale the operand by itself.
 struct EngineInstruction {
     EngineOp op;
-    /// Argument count of a call, element count of an ExtendArray; elsewhere the marks below.
+    /// Argument count of a call, element count of an ExtendArray; elsewhere the flags below.
     std::uint8_t n;
     std::uint16_t a;
     std::uint16_t b;

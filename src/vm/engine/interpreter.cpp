@@ -777,7 +777,7 @@ struct Engine::Loop {
         frame->base = registers;
         frame->result = result;
         frame->handle = kept;
-        frame->marks = kPlainFrame;
+        frame->flags = kPlainFrame;
         base = registers;
         constants = code.constants.data();
         pc = code.instructions.data();
@@ -887,8 +887,8 @@ struct Engine::Loop {
     [[gnu::always_inline]] Step returnValue(RubyValue* value) {
         Frame* const frame = engine.m_current;
         RubyValue* result = frame->result;
-        if (frame->marks != kPlainFrame) [[unlikely]] {
-            if (frame->marks != kProtectedFrame || !isLonePair(result)) {
+        if (frame->flags != kPlainFrame) [[unlikely]] {
+            if (frame->flags != kProtectedFrame || !isLonePair(result)) {
                 save();
                 if (engine.leaveFrame(value)) {
                     return Step::Leave;

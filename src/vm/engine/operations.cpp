@@ -73,7 +73,7 @@ void Operations::logical(EngineOp op) {
 
 void Operations::binary(std::size_t index) {
     const OpCode op = m_facts.function.code[index].op;
-    const std::uint8_t facts = m_facts.marks[index];
+    const std::uint8_t facts = m_facts.flags[index];
     const std::size_t right = m_stack.size() - 1;
     m_stack.makeNameable(right - 1);
     m_stack.makeNameable(right);
@@ -88,7 +88,7 @@ void Operations::binary(std::size_t index) {
     }
     const EngineOp paired =
         *findInstruction(operationOf(op), {EngineOperand::Register, operandKind(leftEntry), operandKind(rightEntry)});
-    const auto marks = static_cast<std::uint8_t>(flagsFor(leftEntry, rightEntry) | facts);
+    const auto flags = static_cast<std::uint8_t>(flagsFor(leftEntry, rightEntry) | facts);
     // Within an append chain, the sum takes two places on the stack.
     if ((facts & kEndsAppend) != 0) {
         m_stack.pop();
@@ -97,7 +97,7 @@ void Operations::binary(std::size_t index) {
         m_stack.pushTemporary();
     }
     const std::uint16_t target = m_stack.pushTemporary();
-    m_code.emit(paired, marks, target, operand(leftEntry.index), operand(rightEntry.index));
+    m_code.emit(paired, flags, target, operand(leftEntry.index), operand(rightEntry.index));
 }
 
 void Operations::makeArray(std::size_t count) {
@@ -144,8 +144,8 @@ std::size_t Operations::setIndex(std::size_t index, std::size_t blockEnd) {
     const Entry containerEntry = m_stack.pop();
     const EngineOp op = *findInstruction(
         Operation::SetIndex, {operandKind(containerEntry), operandKind(indexEntry), operandKind(valueEntry)});
-    const auto marks = static_cast<std::uint8_t>(flagsFor(indexEntry, valueEntry) | m_facts.marks[index]);
-    m_code.emit(op, marks, operand(containerEntry.index), operand(indexEntry.index), operand(valueEntry.index));
+    const auto flags = static_cast<std::uint8_t>(flagsFor(indexEntry, valueEntry) | m_facts.flags[index]);
+    m_code.emit(op, flags, operand(containerEntry.index), operand(indexEntry.index), operand(valueEntry.index));
     // What was read as a local about to be overwritten is its new value by now, and stays.
     m_stack.push({containerEntry.place, containerEntry.index});
     return inPlace ? 2 : 1;

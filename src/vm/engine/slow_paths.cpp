@@ -98,7 +98,7 @@ private:
 
 }  // namespace
 
-bool Engine::joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks) {
+bool Engine::joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags) {
     if (!left->isString() && !right->isString()) {
         return false;
     }
@@ -107,36 +107,36 @@ bool Engine::joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std
         return false;
     }
     RubyValue value = m_vm.shortStrings.valueOf(text.view());
-    releaseIf((marks & kFirstDies) != 0, left);
-    releaseIf((marks & kSecondDies) != 0, right);
+    releaseIf((flags & kFirstDies) != 0, left);
+    releaseIf((flags & kSecondDies) != 0, right);
     assignRegister(target, std::move(value));
     return true;
 }
 
 template <OpCode Operation>
-void Engine::arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks) {
+void Engine::arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags) {
     if (calculateMixed<Operation>(target, *left, *right)) {
         return;
     }
     if constexpr (Operation == OpCode::Add) {
-        if ((marks & kEndsAppend) != 0 && endAppend(target, left, right, marks)) {
+        if ((flags & kEndsAppend) != 0 && endAppend(target, left, right, flags)) {
             return;
         }
-        if (joinShort(target, left, right, marks)) {
+        if (joinShort(target, left, right, flags)) {
             return;
         }
         if (target == left && left->isString() && isLone(*left)) {
             withOverflowLocated([&] { append(boxOf(*left), *right); });
-            releaseIf((marks & kSecondDies) != 0 && right != left, right);
+            releaseIf((flags & kSecondDies) != 0 && right != left, right);
             return;
         }
-        if (left->isString() && addToText(target, left, right, marks)) {
+        if (left->isString() && addToText(target, left, right, flags)) {
             return;
         }
     }
     RubyValue value = calculate<Operation>(*left, *right, program(), line());
-    releaseIf((marks & kFirstDies) != 0, left);
-    releaseIf((marks & kSecondDies) != 0, right);
+    releaseIf((flags & kFirstDies) != 0, left);
+    releaseIf((flags & kSecondDies) != 0, right);
     assignRegister(target, std::move(value));
 }
 
@@ -146,25 +146,25 @@ template void Engine::arithmeticSlow<OpCode::Multiply>(RubyValue*, RubyValue*, R
 template void Engine::arithmeticSlow<OpCode::Divide>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
 template void Engine::arithmeticSlow<OpCode::Modulo>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
 
-bool Engine::equalSlow(RubyValue* left, RubyValue* right, std::uint8_t marks) {
+bool Engine::equalSlow(RubyValue* left, RubyValue* right, std::uint8_t flags) {
     if (!left->isBoxed() && left->type == right->type) {
         return valuesEqual(*left, *right);
     }
     const bool equal = withOverflowLocated([&] { return valuesEqual(*left, *right); });
-    releaseIf((marks & kFirstDies) != 0, left);
-    releaseIf((marks & kSecondDies) != 0, right);
+    releaseIf((flags & kFirstDies) != 0, left);
+    releaseIf((flags & kSecondDies) != 0, right);
     return equal;
 }
 
 template <bool OrEqual>
-bool Engine::lessSlow(RubyValue* left, RubyValue* right, std::uint8_t marks) {
+bool Engine::lessSlow(RubyValue* left, RubyValue* right, std::uint8_t flags) {
     if (areMixedNumbers(*left, *right)) {
         return OrEqual ? numberOf(*left) <= numberOf(*right) : numberOf(*left) < numberOf(*right);
     }
     constexpr Ordering kOrdering = OrEqual ? Ordering::LessEqual : Ordering::Less;
     const bool less = compareOrdered(*left, *right, kOrdering, program(), line()).data.boolean;
-    releaseIf((marks & kFirstDies) != 0, left);
-    releaseIf((marks & kSecondDies) != 0, right);
+    releaseIf((flags & kFirstDies) != 0, left);
+    releaseIf((flags & kSecondDies) != 0, right);
     return less;
 }
 
@@ -179,16 +179,16 @@ void Engine::loadByte(RubyValue* target, const std::string& text, std::size_t po
     assignRegister(target, RubyValue(cached));
 }
 
-void Engine::getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t marks) {
+void Engine::getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t flags) {
     if (container->isMap() && (index->isString() || index->isInteger())) {
         const RubyValue* found = container->asMap().findValue(*index);
         RubyValue value = found == nullptr ? RubyValue() : *found;
-        releaseIf((marks & kFirstDies) != 0, container);
-        releaseIf((marks & kSecondDies) != 0, index);
+        releaseIf((flags & kFirstDies) != 0, container);
+        releaseIf((flags & kSecondDies) != 0, index);
         assignRegister(target, std::move(value));
         return;
     }
-    if (container->isString() && index->isInteger() && (marks & kFirstDies) == 0) {
+    if (container->isString() && index->isInteger() && (flags & kFirstDies) == 0) {
         const std::string& text = container->asString();
         const auto position = static_cast<std::size_t>(index->data.integer);
         if (position < text.size()) {
@@ -197,12 +197,12 @@ void Engine::getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* in
         }
     }
     RubyValue value = loadIndex(*container, *index, program(), line());
-    releaseIf((marks & kFirstDies) != 0, container);
-    releaseIf((marks & kSecondDies) != 0, index);
+    releaseIf((flags & kFirstDies) != 0, container);
+    releaseIf((flags & kSecondDies) != 0, index);
     assignRegister(target, std::move(value));
 }
 
-bool Engine::testIndexSlow(RubyValue* container, RubyValue* index, std::uint8_t marks) {
+bool Engine::testIndexSlow(RubyValue* container, RubyValue* index, std::uint8_t flags) {
     bool answer = false;
     if (container->isMap() && (index->isString() || index->isInteger())) {
         const RubyValue* found = container->asMap().findValue(*index);
@@ -210,18 +210,18 @@ bool Engine::testIndexSlow(RubyValue* container, RubyValue* index, std::uint8_t 
     } else {
         answer = loadIndex(*container, *index, program(), line()).isTruthy();
     }
-    releaseIf((marks & kFirstDies) != 0, container);
-    releaseIf((marks & kSecondDies) != 0, index);
+    releaseIf((flags & kFirstDies) != 0, container);
+    releaseIf((flags & kSecondDies) != 0, index);
     return answer;
 }
 
-void Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* value, std::uint8_t marks) {
+void Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* value, std::uint8_t flags) {
     if (container->isArray() && index->isInteger()) {
         RubyArray& elements = container->asArray();
         const auto position = static_cast<std::size_t>(index->data.integer);
         if (position < elements.size()) {
             RubyValue old = std::move(elements[position]);
-            if ((marks & kSecondDies) != 0) {
+            if ((flags & kSecondDies) != 0) {
                 moveRegister(&elements[position], value);
             } else {
                 copyToDead(&elements[position], value);
@@ -229,17 +229,17 @@ void Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* val
             return;
         }
     }
-    if (container->isString() && replaceByte(container, *index, value, marks)) {
+    if (container->isString() && replaceByte(container, *index, value, flags)) {
         return;
     }
     storeIndex(*container, *index, *value, program(), line());
-    releaseIf((marks & kFirstDies) != 0, index);
-    releaseIf((marks & kSecondDies) != 0, value);
+    releaseIf((flags & kFirstDies) != 0, index);
+    releaseIf((flags & kSecondDies) != 0, value);
 }
 
-void Engine::negateSlow(RubyValue* target, RubyValue* value, std::uint8_t marks) {
+void Engine::negateSlow(RubyValue* target, RubyValue* value, std::uint8_t flags) {
     RubyValue negated = negateValue(*value, program(), line());
-    releaseIf((marks & kFirstDies) != 0, value);
+    releaseIf((flags & kFirstDies) != 0, value);
     assignRegister(target, std::move(negated));
 }
 

@@ -75,8 +75,8 @@ bool Engine::isReplacedNext(const RubyValue* text) const {
     return place != nullptr && shareString(*place, *text);
 }
 
-void Engine::releaseLastValue(const RubyValue& text, std::uint8_t marks) const {
-    if ((marks & kLastValueDies) != 0) {
+void Engine::releaseLastValue(const RubyValue& text, std::uint8_t flags) const {
+    if ((flags & kLastValueDies) != 0) {
         RubyValue* const lastValue = m_current->base + m_current->code->localCount;
         if (lastValue->isString() && lastValue->data.box == text.data.box) {
             releaseRegister(lastValue);
@@ -84,9 +84,9 @@ void Engine::releaseLastValue(const RubyValue& text, std::uint8_t marks) const {
     }
 }
 
-bool Engine::addToText(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks) {
-    releaseLastValue(*left, marks);
-    const bool leftDies = (marks & kFirstDies) != 0;
+bool Engine::addToText(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags) {
+    releaseLastValue(*left, flags);
+    const bool leftDies = (flags & kFirstDies) != 0;
     if (target != left && leftDies && shareString(*target, *left)) {
         // What the result replaces is the left operand itself.
         releaseRegister(left);
@@ -95,33 +95,33 @@ bool Engine::addToText(RubyValue* target, RubyValue* left, RubyValue* right, std
     const bool leftEnds = leftDies || target == left;
     if (leftEnds && (isLone(*left) || (target == left && isReplacedNext(left)))) {
         withOverflowLocated([&] { append(boxOf(*left), *right); });
-        releaseIf((marks & kSecondDies) != 0 && right != left, right);
+        releaseIf((flags & kSecondDies) != 0 && right != left, right);
         if (target != left) {
             releaseRegister(target);
             moveRegister(target, left);
         }
         return true;
     }
-    if ((marks & kBeginsAppend) != 0) {
-        beginAppend(target, left, right, marks);
+    if ((flags & kBeginsAppend) != 0) {
+        beginAppend(target, left, right, flags);
         return true;
     }
     return false;
 }
 
-void Engine::beginAppend(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t marks) {
+void Engine::beginAppend(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags) {
     RubyValue parts = operandText(*right);
     RubyValue* const waiting = target - 1;
-    if (left != waiting && (marks & kFirstDies) != 0) {
+    if (left != waiting && (flags & kFirstDies) != 0) {
         moveRegister(waiting, left);
     } else if (left != waiting) {
         copyToDead(waiting, left);
     }
-    releaseIf((marks & kSecondDies) != 0, right);
+    releaseIf((flags & kSecondDies) != 0, right);
     assignRegister(target, std::move(parts));
 }
 
-bool Engine::endAppend(RubyValue* target, RubyValue* parts, RubyValue* right, std::uint8_t marks) {
+bool Engine::endAppend(RubyValue* target, RubyValue* parts, RubyValue* right, std::uint8_t flags) {
     RubyValue* const waiting = parts - 1;
     if (!waiting->isString()) {
         return false;
@@ -131,8 +131,8 @@ bool Engine::endAppend(RubyValue* target, RubyValue* parts, RubyValue* right, st
     } else {
         assignRegister(parts, addValues(*parts, *right, program(), line()));
     }
-    releaseIf((marks & kSecondDies) != 0, right);
-    releaseLastValue(*waiting, marks);
+    releaseIf((flags & kSecondDies) != 0, right);
+    releaseLastValue(*waiting, flags);
     const bool isInTarget = target != waiting && shareString(*target, *waiting);
     if (isLone(*waiting) || isInTarget || (target == waiting && isReplacedNext(waiting))) {
         append(boxOf(*waiting), *parts);
@@ -149,8 +149,8 @@ bool Engine::endAppend(RubyValue* target, RubyValue* parts, RubyValue* right, st
     return true;
 }
 
-bool Engine::replaceByte(RubyValue* container, const RubyValue& index, RubyValue* value, std::uint8_t marks) {
-    releaseLastValue(*container, marks);
+bool Engine::replaceByte(RubyValue* container, const RubyValue& index, RubyValue* value, std::uint8_t flags) {
+    releaseLastValue(*container, flags);
     if (!index.isInteger()) {
         return false;
     }
@@ -164,7 +164,7 @@ bool Engine::replaceByte(RubyValue* container, const RubyValue& index, RubyValue
     }
     boxOf(*container).text[position] = replacement.asString().front();
     boxOf(*container).hash = 0;
-    releaseIf((marks & kSecondDies) != 0, value);
+    releaseIf((flags & kSecondDies) != 0, value);
     return true;
 }
 

@@ -1,4 +1,4 @@
-# Only nil and false are untruthy.
+# Only nil and false are falsy.
 def test(value)
   if value then return "yes" else return "no" end
 end

@@ -1,9 +1,9 @@
-#include "sameness/both_executors.h"
+#include "equivalence/both_executors.h"
 
 #include <iostream>
 #include <sstream>
 
-namespace morvel::ruby::sameness {
+namespace morvel::ruby::equivalence {
 
 namespace {
 
@@ -53,4 +53,4 @@ Observation observeSource(const std::string& source, const std::string& chunkNam
     return {result.ok, renderingOf(result.value), result.error, capture.text()};
 }
 
-}  // namespace morvel::ruby::sameness
+}  // namespace morvel::ruby::equivalence

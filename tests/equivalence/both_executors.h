@@ -6,7 +6,7 @@
 #include "morvel/ruby/vm.h"
 #include "vm/impl.h"
 
-namespace morvel::ruby::sameness {
+namespace morvel::ruby::equivalence {
 
 /// Everything about a run that a script, a host or a terminal can observe.
 struct Observation {
@@ -25,4 +25,4 @@ struct Observation {
 [[nodiscard]] Observation observeSource(const std::string& source, const std::string& chunkName,
                                         internal::ExecutorChoice executor);
 
-}  // namespace morvel::ruby::sameness
+}  // namespace morvel::ruby::equivalence

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "sameness/both_executors.h"
+#include "equivalence/both_executors.h"
 
-namespace morvel::ruby::sameness {
+namespace morvel::ruby::equivalence {
 
 namespace {
 
@@ -29,7 +29,7 @@ std::string contentsOf(const fs::path& path) {
 class WorkingDirectory {
 public:
     WorkingDirectory() : m_previous(fs::current_path()) {
-        std::string name = (fs::temp_directory_path() / "morvel-sameness-XXXXXX").string();
+        std::string name = (fs::temp_directory_path() / "morvel-equivalence-XXXXXX").string();
         m_path = mkdtemp(name.data());
         fs::current_path(m_path);
     }
@@ -74,7 +74,7 @@ std::vector<fs::path> corpus() {
     return scripts;
 }
 
-TEST(Sameness, ScriptTestsAndExamples) {
+TEST(Equivalence, ScriptTestsAndExamples) {
     const std::vector<fs::path> scripts = corpus();
     ASSERT_GT(scripts.size(), 300U);
     for (const fs::path& script : scripts) {
@@ -87,7 +87,7 @@ TEST(Sameness, ScriptTestsAndExamples) {
     }
 }
 
-TEST(Sameness, Benchmarks) {
+TEST(Equivalence, Benchmarks) {
     std::size_t compared = 0;
     for (const auto& entry : fs::directory_iterator(fs::path(MORVELTESK_BENCH_DIR) / "programs")) {
         std::string source = contentsOf(entry.path() / "morveltesk.rb");
@@ -106,4 +106,4 @@ TEST(Sameness, Benchmarks) {
 
 }  // namespace
 
-}  // namespace morvel::ruby::sameness
+}  // namespace morvel::ruby::equivalence

@@ -1,4 +1,4 @@
-// The plain executor: one stack instruction after the other, every check made as it goes.
+// The baseline interpreter: one stack instruction after the other, every check made as it goes.
 #include <algorithm>
 #include <array>
 #include <utility>
