@@ -11,6 +11,7 @@
 #include "stdlib/numbers_from_text.h"
 #include "value/memory_limit.h"
 #include "value/render.h"
+#include "vm/calling.h"
 #include "vm/errors.h"
 #include "vm/impl.h"
 

@@ -7,6 +7,7 @@
 #include "stdlib/joining.h"
 #include "stdlib/sorting.h"
 #include "value/operators.h"
+#include "vm/calling.h"
 #include "vm/impl.h"
 
 namespace morvel::ruby::internal::builtins {

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include "morvel/ruby/error.h"
 #include "morvel/ruby/function.h"
+#include "value/native_stack.h"
 #include "value/numbers.h"
 #include "value/render.h"
 
@@ -36,14 +38,41 @@ RubyValue joinArrays(const RubyArray& left, const RubyArray& right) {
     return joined;
 }
 
-RubyValue joinTexts(const RubyValue& left, const RubyValue& right) {
-    std::string text;
-    if (left.isString() && right.isString()) {
-        text.reserve(left.asString().size() + right.asString().size());
+template <typename Work>
+Fault withOverflowAsFault(const Work& work) {
+    try {
+        work();
+        return kNoFault;
+    } catch (const StackOverflow&) {
+        return kStackOverflow;
     }
-    appendText(text, left);
-    appendText(text, right);
-    return text;
+}
+
+Fault joinTexts(const RubyValue& left, const RubyValue& right, RubyValue& result) {
+    return withOverflowAsFault([&] {
+        std::string text;
+        if (left.isString() && right.isString()) {
+            text.reserve(left.asString().size() + right.asString().size());
+        }
+        appendText(text, left);
+        appendText(text, right);
+        result = RubyValue(std::move(text));
+    });
+}
+
+void raiseIf(const Fault& fault, const Program& program, unsigned line) {
+    if (fault) {
+        raise(fault, program, line);
+    }
+}
+
+using BinaryOperator = Fault(const RubyValue&, const RubyValue&, RubyValue&);
+
+RubyValue resultOrRaise(BinaryOperator* apply, const RubyValue& left, const RubyValue& right, const Program& program,
+                        unsigned line) {
+    RubyValue result;
+    raiseIf(apply(left, right, result), program, line);
+    return result;
 }
 
 bool arraysEqual(const RubyArray& left, const RubyArray& right) {
@@ -79,63 +108,142 @@ int compareBytes(const std::string& left, const std::string& right) noexcept {
 
 }  // namespace
 
-RubyValue addValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+Fault add(const RubyValue& left, const RubyValue& right, RubyValue& result) {
     if (left.isString() || right.isString()) {
-        return withOverflowLocated(program, line, [&] { return joinTexts(left, right); });
+        return joinTexts(left, right, result);
     }
     if (left.isArray() && right.isArray()) {
-        return joinArrays(left.asArray(), right.asArray());
+        result = joinArrays(left.asArray(), right.asArray());
+        return kNoFault;
     }
     if (!bothNumeric(left, right)) {
-        runtimeError(program, line, "operator '+' expects numbers, strings, or arrays");
+        return {"operator '+' expects numbers, strings, or arrays"};
     }
-    return bothIntegers(left, right) ? wrapped(bits(left) + bits(right)) : RubyValue(left.asFloat() + right.asFloat());
+    result =
+        bothIntegers(left, right) ? wrapped(bits(left) + bits(right)) : RubyValue(left.asFloat() + right.asFloat());
+    return kNoFault;
 }
 
-RubyValue subtractValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+Fault subtract(const RubyValue& left, const RubyValue& right, RubyValue& result) {
     if (!bothNumeric(left, right)) {
-        runtimeError(program, line, "operator '-' expects numeric values");
+        return {"operator '-' expects numeric values"};
     }
-    return bothIntegers(left, right) ? wrapped(bits(left) - bits(right)) : RubyValue(left.asFloat() - right.asFloat());
+    result =
+        bothIntegers(left, right) ? wrapped(bits(left) - bits(right)) : RubyValue(left.asFloat() - right.asFloat());
+    return kNoFault;
 }
 
-RubyValue multiplyValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+Fault multiply(const RubyValue& left, const RubyValue& right, RubyValue& result) {
     if (!bothNumeric(left, right)) {
-        runtimeError(program, line, "operator '*' expects numeric values");
+        return {"operator '*' expects numeric values"};
     }
-    return bothIntegers(left, right) ? wrapped(bits(left) * bits(right)) : RubyValue(left.asFloat() * right.asFloat());
+    result =
+        bothIntegers(left, right) ? wrapped(bits(left) * bits(right)) : RubyValue(left.asFloat() * right.asFloat());
+    return kNoFault;
 }
 
-RubyValue divideValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+Fault divide(const RubyValue& left, const RubyValue& right, RubyValue& result) {
     if (!bothNumeric(left, right)) {
-        runtimeError(program, line, "operator '/' expects numeric values");
+        return {"operator '/' expects numeric values"};
     }
     const double divisor = right.asFloat();
     if (countsAsZero(divisor)) {
-        runtimeError(program, line, "division by zero");
+        return {"division by zero"};
     }
-    return left.asFloat() / divisor;
+    result = left.asFloat() / divisor;
+    return kNoFault;
+}
+
+Fault modulo(const RubyValue& left, const RubyValue& right, RubyValue& result) {
+    if (!bothNumeric(left, right)) {
+        return {"operator '%' expects numeric values"};
+    }
+    if (countsAsZero(right.asFloat())) {
+        return {"modulo by zero"};
+    }
+    if (!bothIntegers(left, right)) {
+        result = std::fmod(left.asFloat(), right.asFloat());
+        return kNoFault;
+    }
+    // Dividing the smallest integer by -1 would trap; the remainder by -1 is always 0.
+    result = right.data.integer == -1 ? 0 : left.data.integer % right.data.integer;
+    return kNoFault;
+}
+
+Fault negate(const RubyValue& value, RubyValue& result) {
+    if (!value.isNumeric()) {
+        return {"unary '-' expects a numeric value"};
+    }
+    result = value.isInteger() ? wrapped(0 - bits(value)) : RubyValue(-value.asFloat());
+    return kNoFault;
+}
+
+Fault equal(const RubyValue& left, const RubyValue& right, bool& result) {
+    return withOverflowAsFault([&] { result = valuesEqual(left, right); });
+}
+
+Fault compare(const RubyValue& left, const RubyValue& right, Ordering ordering, bool& result) {
+    if (bothNumeric(left, right)) {
+        result = ordered(left.asFloat(), right.asFloat(), ordering);
+        return kNoFault;
+    }
+    if (!left.isString() || !right.isString()) {
+        return {"ordered comparisons require matching numeric or string values"};
+    }
+    result = ordered(compareBytes(left.asString(), right.asString()), 0, ordering);
+    return kNoFault;
+}
+
+Fault appendOperand(std::string& text, const RubyValue& part) {
+    if (part.isString()) {
+        text += part.asString();
+        return kNoFault;
+    }
+    return withOverflowAsFault([&] {
+        // A rendering may fail half-way.
+        std::string rendered;
+        appendText(rendered, part);
+        text += rendered;
+    });
+}
+
+RubyValue addValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    return resultOrRaise(add, left, right, program, line);
+}
+
+RubyValue subtractValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    return resultOrRaise(subtract, left, right, program, line);
+}
+
+RubyValue multiplyValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    return resultOrRaise(multiply, left, right, program, line);
+}
+
+RubyValue divideValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    return resultOrRaise(divide, left, right, program, line);
 }
 
 RubyValue moduloValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
-    if (!bothNumeric(left, right)) {
-        runtimeError(program, line, "operator '%' expects numeric values");
-    }
-    if (countsAsZero(right.asFloat())) {
-        runtimeError(program, line, "modulo by zero");
-    }
-    if (!bothIntegers(left, right)) {
-        return std::fmod(left.asFloat(), right.asFloat());
-    }
-    // Dividing the smallest integer by -1 would trap; the remainder by -1 is always 0.
-    return right.data.integer == -1 ? 0 : left.data.integer % right.data.integer;
+    return resultOrRaise(modulo, left, right, program, line);
 }
 
 RubyValue negateValue(const RubyValue& value, const Program& program, unsigned line) {
-    if (!value.isNumeric()) {
-        runtimeError(program, line, "unary '-' expects a numeric value");
-    }
-    return value.isInteger() ? wrapped(0 - bits(value)) : RubyValue(-value.asFloat());
+    RubyValue result;
+    raiseIf(negate(value, result), program, line);
+    return result;
+}
+
+bool operandsEqual(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+    bool result = false;
+    raiseIf(equal(left, right, result), program, line);
+    return result;
+}
+
+RubyValue compareOrdered(const RubyValue& left, const RubyValue& right, Ordering ordering, const Program& program,
+                         unsigned line) {
+    bool result = false;
+    raiseIf(compare(left, right, ordering, result), program, line);
+    return result;
 }
 
 bool valuesEqual(const RubyValue& left, const RubyValue& right) {
@@ -163,24 +271,9 @@ bool valuesEqual(const RubyValue& left, const RubyValue& right) {
     return left.data.box == right.data.box;
 }
 
-bool operandsEqual(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
-    return withOverflowLocated(program, line, [&] { return valuesEqual(left, right); });
-}
-
-RubyValue compareOrdered(const RubyValue& left, const RubyValue& right, Ordering ordering, const Program& program,
-                         unsigned line) {
-    if (bothNumeric(left, right)) {
-        return ordered(left.asFloat(), right.asFloat(), ordering);
-    }
-    if (!left.isString() || !right.isString()) {
-        runtimeError(program, line, "ordered comparisons require matching numeric or string values");
-    }
-    return ordered(compareBytes(left.asString(), right.asString()), 0, ordering);
-}
-
 std::string valueKeyString(const RubyValue& value) {
-    if (value.isArray() || value.isMap() || value.isFunction()) {
-        throw RubyError("unsupported map key type");
+    if (!isMapKey(value)) {
+        throw RubyError(kNoMapKey.message);
     }
     return value.toString();
 }

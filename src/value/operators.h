@@ -7,28 +7,11 @@
 
 #include "morvel/ruby/map.h"
 #include "morvel/ruby/value.h"
-#include "value/native_stack.h"
+#include "value/fault.h"
 
 namespace morvel::ruby::internal {
 
 struct Program;
-
-/// Raises a located script error: the program's name, ":", the line, ": ", then `message`.
-[[noreturn]] void runtimeError(const Program& program, unsigned line, const std::string& message);
-
-/// Raises StackOverflow with the location.
-[[noreturn]] void failOverflow(const Program& program, unsigned line);
-
-/// Does what an operator at that location has to do. Rendering and comparing do not know for whom they work; when they
-/// fail with "stack overflow", the error gets the operator's location here.
-template <typename Work>
-auto withOverflowLocated(const Program& program, unsigned line, const Work& work) {
-    try {
-        return work();
-    } catch (const StackOverflow&) {
-        failOverflow(program, line);
-    }
-}
 
 /// Numbers this close to zero count as zero in division and modulo, and numbers of different kinds this close to each
 /// other count as equal: the machine epsilon of double, 2 to the power -52.
@@ -37,39 +20,57 @@ inline constexpr double kZeroTolerance = 2.220446049250313e-16;
 /// The four ordered comparisons.
 enum class Ordering : std::uint8_t { Less, LessEqual, Greater, GreaterEqual };
 
-// The arithmetic operators. `program` and `line` locate the error of an operand that does not fit.
+// The operators. Each gives its result, unless its operands have a fault. All but memory that is missing comes as a
+// fault: then they throw std::bad_alloc.
 
 /// Text when either operand is a string, a new array for two arrays, else the sum (wrapping for two integers).
-/// Fails with "operator '+' expects numbers, strings, or arrays", or with a located "stack overflow" for text of a nest
-/// too deep for the native stack.
+/// Faults: "operator '+' expects numbers, strings, or arrays"; kStackOverflow for the text of a nest too deep.
+[[nodiscard]] Fault add(const RubyValue& left, const RubyValue& right, RubyValue& result);
+/// The difference, wrapping for two integers. Fault: "operator '-' expects numeric values".
+[[nodiscard]] Fault subtract(const RubyValue& left, const RubyValue& right, RubyValue& result);
+/// The product, wrapping for two integers. Fault: "operator '*' expects numeric values".
+[[nodiscard]] Fault multiply(const RubyValue& left, const RubyValue& right, RubyValue& result);
+/// The quotient, always a float. Faults: "operator '/' expects numeric values", "division by zero".
+[[nodiscard]] Fault divide(const RubyValue& left, const RubyValue& right, RubyValue& result);
+/// The remainder with the sign of the left operand. Faults: "operator '%' expects numeric values", "modulo by zero".
+[[nodiscard]] Fault modulo(const RubyValue& left, const RubyValue& right, RubyValue& result);
+/// The negation, wrapping for an integer. Fault: "unary '-' expects a numeric value".
+[[nodiscard]] Fault negate(const RubyValue& value, RubyValue& result);
+/// Whether the operands are equal, as valuesEqual has it. Fault: kStackOverflow for a nest too deep.
+[[nodiscard]] Fault equal(const RubyValue& left, const RubyValue& right, bool& result);
+/// Compares two numbers (as doubles) or two strings (by unsigned bytes). Fault: "ordered comparisons require matching
+/// numeric or string values".
+[[nodiscard]] Fault compare(const RubyValue& left, const RubyValue& right, Ordering ordering, bool& result);
+
+/// Appends the text of `part` to `text`, or nothing when it fails. Fault: kStackOverflow for a nest too deep.
+[[nodiscard]] Fault appendOperand(std::string& text, const RubyValue& part);
+
+// The same operators for callers that want an exception: a fault is raised at the line of the program.
+
 [[nodiscard]] RubyValue addValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line);
-/// The difference, wrapping for two integers. Fails with "operator '-' expects numeric values".
 [[nodiscard]] RubyValue subtractValues(const RubyValue& left, const RubyValue& right, const Program& program,
                                        unsigned line);
-/// The product, wrapping for two integers. Fails with "operator '*' expects numeric values".
 [[nodiscard]] RubyValue multiplyValues(const RubyValue& left, const RubyValue& right, const Program& program,
                                        unsigned line);
-/// The quotient, always a float. Fails with "operator '/' expects numeric values" or "division by zero".
 [[nodiscard]] RubyValue divideValues(const RubyValue& left, const RubyValue& right, const Program& program,
                                      unsigned line);
-/// The remainder with the sign of the left operand. Fails with "operator '%' expects numeric values" or
-/// "modulo by zero".
 [[nodiscard]] RubyValue moduloValues(const RubyValue& left, const RubyValue& right, const Program& program,
                                      unsigned line);
-/// The negation, wrapping for an integer. Fails with "unary '-' expects a numeric value".
 [[nodiscard]] RubyValue negateValue(const RubyValue& value, const Program& program, unsigned line);
-
-/// Equality: exact for equal kinds, tolerant for numbers of different kinds, element by element for arrays and maps.
-/// Fails only for a nest too deep for the native stack, with StackOverflow.
-[[nodiscard]] bool valuesEqual(const RubyValue& left, const RubyValue& right);
-
-/// The same as an operator, whose "stack overflow" has its location.
 [[nodiscard]] bool operandsEqual(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line);
-
-/// Compares two numbers (as doubles) or two strings (by unsigned bytes); the result is a boolean. Fails with
-/// "ordered comparisons require matching numeric or string values".
 [[nodiscard]] RubyValue compareOrdered(const RubyValue& left, const RubyValue& right, Ordering ordering,
                                        const Program& program, unsigned line);
+
+/// Equality: exact for equal kinds, tolerant for numbers of different kinds, element by element for arrays and maps.
+/// Throws StackOverflow for a nest too deep for the native stack.
+[[nodiscard]] bool valuesEqual(const RubyValue& left, const RubyValue& right);
+
+/// True for what may be a map key: neither an array nor a map nor a function.
+[[nodiscard]] inline bool isMapKey(const RubyValue& value) noexcept {
+    return !value.isArray() && !value.isMap() && !value.isFunction();
+}
+/// The fault of other keys.
+inline constexpr Fault kNoMapKey{"unsupported map key type", Fault::Kind::Placeless};
 
 /// The text under which `value` is a map key. Throws RubyError "unsupported map key type" for arrays, maps and
 /// functions.

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "morvel/ruby/error.h"
+#include "value/operators.h"
+#include "vm/calling.h"
 #include "vm/errors.h"
 #include "vm/impl.h"
 #include "vm/indexing.h"
@@ -94,6 +96,11 @@ private:
     }
 
     [[noreturn]] void failAt(unsigned line, const char* message) const { runtimeError(*m_program, line, message); }
+    void require(const Fault& fault, unsigned line) const {
+        if (fault) {
+            raise(fault, *m_program, line);
+        }
+    }
 
     RubyVM::Impl& m_vm;
     const std::shared_ptr<Program> m_program;
@@ -262,14 +269,16 @@ void Activation::makeArray(const Instruction& instruction) {
 void Activation::getIndex(const Instruction& instruction) {
     const RubyValue index = pop(instruction.line);
     const RubyValue container = pop(instruction.line);
-    push(loadIndex(container, index, *m_program, instruction.line));
+    RubyValue element;
+    require(getElement(container, index, element), instruction.line);
+    push(std::move(element));
 }
 
 void Activation::setIndex(const Instruction& instruction) {
     const RubyValue value = pop(instruction.line);
     const RubyValue index = pop(instruction.line);
     RubyValue container = pop(instruction.line);
-    storeIndex(container, index, value, *m_program, instruction.line);
+    require(setElement(container, index, value), instruction.line);
     push(std::move(container));
 }
 
@@ -279,16 +288,13 @@ void Activation::setIndex(const Instruction& instruction) {
 
 RubyValue RubyVM::Impl::executeFunction(const std::shared_ptr<Program>& program, std::int32_t functionIndex,
                                         const RubyValue* arguments, std::size_t argumentCount) {
-    if (program == nullptr) {
-        throw RubyError("script function program is missing");
+    if (const internal::Fault fault = internal::callFault(program.get(), functionIndex)) {
+        if (program == nullptr) {
+            throw RubyError(fault.message);
+        }
+        internal::raise(fault, *program, 0);
     }
-    if (functionIndex < 0 || static_cast<std::size_t>(functionIndex) >= program->functions.size()) {
-        internal::runtimeError(*program, 0, "function index is out of range");
-    }
-    const CompiledFunction& function = program->functions[static_cast<std::size_t>(functionIndex)];
-    if (argumentCount != function.params.size()) {
-        internal::runtimeError(*program, 0, internal::arityMessage(function, argumentCount));
-    }
+    internal::requireArity(*program, program->functions[static_cast<std::size_t>(functionIndex)], argumentCount);
     return internal::Activation(*this, program, functionIndex).run(arguments, argumentCount);
 }
 

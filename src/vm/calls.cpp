@@ -4,13 +4,14 @@
 
 #include "morvel/ruby/error.h"
 #include "value/native_stack.h"
+#include "vm/calling.h"
 #include "vm/engine/engine.h"
 #include "vm/errors.h"
 #include "vm/impl.h"
-#include "vm/indexing.h"
 
 namespace morvel::ruby {
 
+using internal::CompiledFunction;
 using internal::FastKind;
 using internal::pcallSuccess;
 using Kind = RubyFunctionHandle::Kind;
@@ -18,22 +19,9 @@ using Intrinsic = RubyFunctionHandle::Intrinsic;
 
 namespace {
 
-bool hasFunction(const RubyFunctionHandle& handle) {
-    return handle.functionIndex >= 0 &&
-           static_cast<std::size_t>(handle.functionIndex) < handle.program->functions.size();
-}
-
-RubyValue pcallFailure(const std::string& message) {
-    RubyArray outcome;
-    outcome.reserve(2);
-    outcome.emplace_back(false);
-    outcome.emplace_back(message);
-    return outcome;
-}
-
 // The outcome of the forms that are not run as calls is judged by whether there is a message.
 RubyValue pcallOutcome(const std::string& message, RubyValue value) {
-    return message.empty() ? pcallSuccess(std::move(value)) : pcallFailure(message);
+    return message.empty() ? pcallSuccess(std::move(value)) : internal::pcallRefusal(message);
 }
 
 // The forms that are not run as calls let errors of the script pass. Running out of stack or of memory is caught here
@@ -43,18 +31,18 @@ RubyValue withExhaustionCaught(const Form& form) {
     try {
         return form();
     } catch (const internal::StackOverflow& overflow) {
-        return pcallFailure(overflow.message());
+        return internal::pcallRefusal(overflow.message());
     } catch (const std::bad_alloc& exhaustion) {
-        return pcallFailure(internal::errorText(exhaustion));
+        return internal::pcallRefusal(internal::errorText(exhaustion));
     }
 }
 
 RubyValue protectedGuardedCall(const RubyVM::Impl& vm, const RubyFunctionHandle& handle, const RubyValue* arguments,
                                std::size_t argumentCount) {
     const internal::Program& program = *handle.program;
-    const auto& function = program.functions[static_cast<std::size_t>(handle.functionIndex)];
+    const CompiledFunction& function = internal::functionOf(handle);
     if (argumentCount != function.params.size()) {
-        return pcallFailure(internal::arityMessage(function, argumentCount));
+        return internal::pcallRefusal(internal::arityMessage(function, argumentCount));
     }
     if (vm.evaluateFastNode(program, function, function.fastGuardRoot, arguments, argumentCount).isTruthy()) {
         return pcallOutcome(function.fastErrorMessage.asString(), RubyValue());
@@ -63,8 +51,7 @@ RubyValue protectedGuardedCall(const RubyVM::Impl& vm, const RubyFunctionHandle&
 }
 
 bool isGuardedFunction(const RubyFunctionHandle& handle) {
-    return handle.kind == Kind::Script && handle.program != nullptr && hasFunction(handle) &&
-           handle.program->functions[static_cast<std::size_t>(handle.functionIndex)].fastKind == FastKind::Guarded;
+    return internal::isCallableScript(handle) && internal::functionOf(handle).fastKind == FastKind::Guarded;
 }
 
 }  // namespace
@@ -79,53 +66,6 @@ RubyValue makeScriptFunction(const std::string& name, std::int32_t functionIndex
     handle->program = program;
     handle->name = name;
     return RubyValue(std::move(handle));
-}
-
-RubyValue pcallSuccess(RubyValue value) {
-    RubyValue outcome = RubyValue::makeArray();
-    RubyArray& elements = outcome.asArray();
-    elements.reserve(2);
-    elements.emplace_back(true);
-    elements.push_back(std::move(value));
-    return outcome;
-}
-
-RubyValue pcallError(std::string message) {
-    RubyArray outcome;
-    outcome.reserve(3);
-    outcome.emplace_back(true);
-    outcome.emplace_back(false);
-    outcome.emplace_back(std::move(message));
-    return outcome;
-}
-
-std::string errorCallMessage(const RubyValue* arguments, std::size_t argumentCount) {
-    requireArgumentCount("error", argumentCount, 0, 1);
-    return argumentCount == 0 ? "error" : arguments[0].toString();
-}
-
-RubyValue tableSet(const RubyValue* arguments, std::size_t argumentCount) {
-    requireArgumentCount("table_set", argumentCount, 3, 3);
-    // Copies are cheap handles and keep the container alive whatever the store replaces.
-    RubyValue table = arguments[0];
-    const RubyValue& key = arguments[1];
-    const RubyValue& value = arguments[2];
-    if (table.isMap()) {
-        setMapValue(table.asMap(), key) = value;
-        return value;
-    }
-    if (!table.isArray()) {
-        throw RubyError("table_set expects an array or map");
-    }
-    if (!key.isNumeric()) {
-        throw RubyError("table_set array index must be numeric");
-    }
-    const std::int64_t index = key.asInteger();
-    if (index < 0) {
-        throw RubyError("table_set array index must be non-negative");
-    }
-    storeElement(table.asArray(), static_cast<std::size_t>(index), value);
-    return value;
 }
 
 }  // namespace internal
@@ -163,22 +103,13 @@ RubyValue RubyVM::Impl::callHost(const RubyFunctionHandle& handle, const RubyVal
 RubyValue RubyVM::Impl::callValue(const Program& program, const RubyValue& callee, const RubyValue* arguments,
                                   std::size_t argumentCount, unsigned line) {
     if (internal::nativeStackLow()) {
-        internal::failOverflow(program, line);
+        internal::raise(internal::kStackOverflow, program, line);
     }
-    if (!callee.isFunction()) {
-        internal::runtimeError(program, line, "attempted to call a non-function value");
+    if (const internal::Fault fault = internal::callFault(callee)) {
+        internal::raise(fault, program, line);
     }
     const RubyFunctionHandle& handle = internal::handleOf(callee);
-    if (handle.kind == Kind::Empty) {
-        internal::runtimeError(program, line, "function handle is empty");
-    }
     if (handle.kind == Kind::Script) {
-        if (handle.program == nullptr) {
-            internal::runtimeError(program, line, "script function program is missing");
-        }
-        if (!hasFunction(handle)) {
-            internal::runtimeError(program, line, "function index is out of range");
-        }
         return runFunction(handle.program, handle.functionIndex, arguments, argumentCount);
     }
     switch (handle.intrinsic) {
@@ -225,11 +156,11 @@ RubyValue RubyVM::Impl::protectedOutcome(const Program& program, const RubyValue
     const RubyValue* rest = arguments + 1;
     const std::size_t restCount = argumentCount - 1;
     if (!protectedFunction.isFunction()) {
-        return pcallFailure("pcall expects a function");
+        return internal::pcallRefusal("pcall expects a function");
     }
     const RubyFunctionHandle& handle = internal::handleOf(protectedFunction);
     if (handle.kind == Kind::Empty) {
-        return pcallFailure("pcall function handle is empty");
+        return internal::pcallRefusal("pcall function handle is empty");
     }
     if (handle.kind == Kind::Host && handle.intrinsic == Intrinsic::Error) {
         return withExhaustionCaught(

@@ -5,14 +5,11 @@
 
 #include "morvel/ruby/error.h"
 #include "value/memory_limit.h"
+#include "value/native_stack.h"
 
 namespace morvel::ruby::internal {
 
 namespace {
-
-std::string locationOf(const Program& program, unsigned line) {
-    return program.name + ":" + std::to_string(line) + ": ";
-}
 
 bool isFailedAllocation(const std::exception& exception) noexcept {
     return dynamic_cast<const std::bad_alloc*>(&exception) != nullptr;
@@ -28,11 +25,25 @@ bool hasTextOfItsOwn(const std::exception& failedAllocation) noexcept {
 
 }  // namespace
 
+std::string locationOf(const Program& program, unsigned line) {
+    return program.name + ":" + std::to_string(line) + ": ";
+}
+
 void runtimeError(const Program& program, unsigned line, const std::string& message) {
     throw RubyError(locationOf(program, line) + message);
 }
 
-void failOverflow(const Program& program, unsigned line) { throw StackOverflow(locationOf(program, line)); }
+void raise(const Fault& fault, const Program& program, unsigned line) {
+    switch (fault.kind) {
+        case Fault::Kind::Located:
+            runtimeError(program, line, fault.message);
+        case Fault::Kind::StackOverflow:
+            throw StackOverflow(locationOf(program, line));
+        case Fault::Kind::Placeless:
+            break;
+    }
+    throw RubyError(fault.message);
+}
 
 const std::string& requireStringConstant(const Program& program, std::int32_t index, unsigned line) {
     if (const std::string* text = getStringConstantPtr(program, index)) {
@@ -58,13 +69,10 @@ std::string errorText(const std::exception& exception) {
     return text != nullptr ? text : "";
 }
 
-std::string arityMessage(const CompiledFunction& function, std::size_t argumentCount) {
-    return "function '" + function.name + "' expected " + std::to_string(function.params.size()) +
-           " arguments but received " + std::to_string(argumentCount);
-}
+std::string undefinedMessage(const std::string& name) { return "undefined variable or function '" + name + "'"; }
 
 void undefinedName(const Program& program, unsigned line, const std::string& name) {
-    runtimeError(program, line, "undefined variable or function '" + name + "'");
+    runtimeError(program, line, undefinedMessage(name));
 }
 
 std::string describeArgumentExpectation(std::size_t minimum, std::size_t maximum) {

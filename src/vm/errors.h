@@ -7,9 +7,15 @@
 #include <string>
 
 #include "compiler/program.h"
-#include "value/operators.h"
+#include "value/fault.h"
 
 namespace morvel::ruby::internal {
+
+/// Where an error is, as messages begin: the program's name, ":", the line, ": ".
+[[nodiscard]] std::string locationOf(const Program& program, unsigned line);
+
+/// Raises a script error with its location in front.
+[[noreturn]] void runtimeError(const Program& program, unsigned line, const std::string& message);
 
 /// The string held by constant `index`; fails with "constant index is out of range" or "constant is not a string".
 [[nodiscard]] const std::string& requireStringConstant(const Program& program, std::int32_t index, unsigned line);
@@ -22,10 +28,9 @@ namespace morvel::ruby::internal {
 /// failed allocation that the host gave no text of its own, else what().
 [[nodiscard]] std::string errorText(const std::exception& exception);
 
-/// "function 'NAME' expected N arguments but received M".
-[[nodiscard]] std::string arityMessage(const CompiledFunction& function, std::size_t argumentCount);
-
-/// Raises "undefined variable or function 'NAME'".
+/// "undefined variable or function 'NAME'".
+[[nodiscard]] std::string undefinedMessage(const std::string& name);
+/// Raises it.
 [[noreturn]] void undefinedName(const Program& program, unsigned line, const std::string& name);
 
 /// "exactly 1 argument", "at least 2 arguments", "between 1 and 2 arguments", ...

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "value/operators.h"
+#include "vm/calling.h"
 #include "vm/errors.h"
 #include "vm/impl.h"
 
@@ -134,9 +136,7 @@ void applyNode(const FastNode& node, Operands& operands, const internal::Program
 
 RubyValue RubyVM::Impl::executeFastFunction(const std::shared_ptr<Program>& program, const CompiledFunction& function,
                                             const RubyValue* arguments, std::size_t argumentCount) {
-    if (argumentCount != function.params.size()) {
-        internal::runtimeError(*program, 0, internal::arityMessage(function, argumentCount));
-    }
+    internal::requireArity(*program, function, argumentCount);
     if (function.fastKind == FastKind::Guarded &&
         evaluateFastNode(*program, function, function.fastGuardRoot, arguments, argumentCount).isTruthy()) {
         RubyValue raise;

@@ -146,23 +146,6 @@ namespace internal {
 [[nodiscard]] RubyValue makeScriptFunction(const std::string& name, std::int32_t functionIndex,
                                            const std::shared_ptr<Program>& program);
 
-/// What a function value points at.
-[[nodiscard]] inline const RubyFunctionHandle& handleOf(const RubyValue& function) noexcept {
-    return *static_cast<const RubyFunctionHandle*>(function.data.box);
-}
-
-/// What `pcall` gives when the protected call returned `value`: the pair of true and the value.
-[[nodiscard]] RubyValue pcallSuccess(RubyValue value);
-/// What `pcall` gives when the protected call raised an error: the success marker, which comes first, then false and
-/// the message.
-[[nodiscard]] RubyValue pcallError(std::string message);
-
-/// Carries out `error(...)`: checks the argument count and gives the message to raise.
-[[nodiscard]] std::string errorCallMessage(const RubyValue* arguments, std::size_t argumentCount);
-
-/// Carries out `table_set(...)`; returns the stored value.
-RubyValue tableSet(const RubyValue* arguments, std::size_t argumentCount);
-
 }  // namespace internal
 
 }  // namespace morvel::ruby

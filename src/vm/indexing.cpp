@@ -1,5 +1,8 @@
 #include "vm/indexing.h"
 
+#include <string>
+#include <utility>
+
 #include "morvel/ruby/map.h"
 #include "value/memory_limit.h"
 #include "value/operators.h"
@@ -23,63 +26,75 @@ RubyValue entryOrNil(const RubyMap& entries, const RubyValue& key) {
     return found == nullptr ? RubyValue() : *found;
 }
 
-void storeByte(RubyValue& container, std::int64_t index, const RubyValue& value, const Program& program,
-               unsigned line) {
+Fault setByte(RubyValue& container, std::int64_t index, const RubyValue& value) {
     const auto position = static_cast<std::size_t>(index);
     if (position >= container.asString().size()) {
-        runtimeError(program, line, "string index is out of range");
+        return {"string index is out of range"};
     }
-    const std::string replacement = withOverflowLocated(program, line, [&] { return value.toString(); });
+    std::string replacement;
+    if (const Fault fault = appendOperand(replacement, value)) {
+        return fault;
+    }
     if (replacement.empty()) {
-        runtimeError(program, line, "string assignment requires a non-empty replacement");
+        return {"string assignment requires a non-empty replacement"};
     }
     std::string changed = container.asString();
     changed[position] = replacement.front();
     container = RubyValue(std::move(changed));
+    return kNoFault;
 }
 
 }  // namespace
 
-RubyValue loadIndex(const RubyValue& container, const RubyValue& index, const Program& program, unsigned line) {
+Fault getElement(const RubyValue& container, const RubyValue& index, RubyValue& result) {
     if (container.isMap()) {
-        return entryOrNil(container.asMap(), index);
+        if (!isMapKey(index)) {
+            return kNoMapKey;
+        }
+        result = entryOrNil(container.asMap(), index);
+        return kNoFault;
     }
     if (!index.isNumeric()) {
-        runtimeError(program, line, "array index must be numeric");
+        return {"array index must be numeric"};
     }
     const std::int64_t position = index.asInteger();
     if (position < 0) {
-        runtimeError(program, line, "array index must be non-negative");
+        return {"array index must be non-negative"};
     }
     if (container.isArray()) {
-        return elementOrNil(container.asArray(), position);
+        result = elementOrNil(container.asArray(), position);
+        return kNoFault;
     }
     if (!container.isString()) {
-        runtimeError(program, line, "indexing expects an array, map, or string");
+        return {"indexing expects an array, map, or string"};
     }
-    return byteOrNil(container.asString(), position);
+    result = byteOrNil(container.asString(), position);
+    return kNoFault;
 }
 
-void storeIndex(RubyValue& container, const RubyValue& index, const RubyValue& value, const Program& program,
-                unsigned line) {
+Fault setElement(RubyValue& container, const RubyValue& index, const RubyValue& value) {
     if (container.isMap()) {
+        if (!isMapKey(index)) {
+            return kNoMapKey;
+        }
         setMapValue(container.asMap(), index) = value;
-        return;
+        return kNoFault;
     }
     if (!index.isNumeric()) {
-        runtimeError(program, line, "index must be numeric");
+        return {"index must be numeric"};
     }
     const std::int64_t position = index.asInteger();
     if (position < 0) {
-        runtimeError(program, line, "index must be non-negative");
+        return {"index must be non-negative"};
     }
     if (container.isString()) {
-        storeByte(container, position, value, program, line);
-    } else if (container.isArray()) {
-        storeElement(container.asArray(), static_cast<std::size_t>(position), value);
-    } else {
-        runtimeError(program, line, "indexed assignment expects an array, map, or string");
+        return setByte(container, position, value);
     }
+    if (!container.isArray()) {
+        return {"indexed assignment expects an array, map, or string"};
+    }
+    storeElement(container.asArray(), static_cast<std::size_t>(position), value);
+    return kNoFault;
 }
 
 void storeElement(RubyArray& elements, std::size_t index, const RubyValue& value) {

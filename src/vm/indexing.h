@@ -1,24 +1,22 @@
 // Indexing and indexed assignment.
 #pragma once
 
-#include "compiler/program.h"
 #include "morvel/ruby/value.h"
+#include "value/fault.h"
 
 namespace morvel::ruby::internal {
 
-/// The value of `container[index]`: nil beyond the end of an array or string and for an absent map key. Fails with
+/// Gives the value of `container[index]`: nil beyond the end of an array or string and for an absent map key. Faults:
 /// "array index must be non-negative", "array index must be numeric", "indexing expects an array, map, or string",
-/// or "unsupported map key type" (without a location).
-[[nodiscard]] RubyValue loadIndex(const RubyValue& container, const RubyValue& index, const Program& program,
-                                  unsigned line);
+/// kNoMapKey.
+[[nodiscard]] Fault getElement(const RubyValue& container, const RubyValue& index, RubyValue& result);
 
 /// Carries out `container[index] = value`. Arrays and maps are changed for all holders, an array grows as needed; a
-/// string in `container` is replaced by a changed one. Fails with "index must be numeric",
-/// "index must be non-negative", "string index is out of range",
-/// "string assignment requires a non-empty replacement", "indexed assignment expects an array, map, or string", or
-/// "stack overflow" for a value that has no text.
-void storeIndex(RubyValue& container, const RubyValue& index, const RubyValue& value, const Program& program,
-                unsigned line);
+/// string in `container` is replaced by a changed one. Faults: "index must be numeric", "index must be non-negative",
+/// "string index is out of range", "string assignment requires a non-empty replacement",
+/// "indexed assignment expects an array, map, or string", kNoMapKey, kStackOverflow for a value that has no text.
+/// Throws std::bad_alloc for a size beyond memory.
+[[nodiscard]] Fault setElement(RubyValue& container, const RubyValue& index, const RubyValue& value);
 
 /// Stores `value` at `index`, growing the array with nils as needed. Throws std::bad_alloc for a size beyond memory.
 void storeElement(RubyArray& elements, std::size_t index, const RubyValue& value);

@@ -9,6 +9,7 @@
 #include "morvel/ruby/map.h"
 #include "support/describe.h"
 #include "support/runs.h"
+#include "vm/calling.h"
 #include "vm/errors.h"
 #include "vm/impl.h"
 

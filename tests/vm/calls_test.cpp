@@ -8,6 +8,7 @@
 #include "morvel/ruby/error.h"
 #include "support/describe.h"
 #include "support/runs.h"
+#include "vm/calling.h"
 #include "vm/errors.h"
 #include "vm/impl.h"
 

@@ -6,6 +6,7 @@
 #include "support/assembler.h"
 #include "support/describe.h"
 #include "support/runs.h"
+#include "vm/calling.h"
 #include "vm/errors.h"
 #include "vm/impl.h"
 

@@ -11,6 +11,7 @@
 #include "support/describe.h"
 #include "support/runs.h"
 #include "support/temporary_directory.h"
+#include "vm/calling.h"
 #include "vm/engine/code.h"
 #include "vm/globals.h"
 #include "vm/impl.h"

@@ -1,4 +1,4 @@
-// Frames of the engine: entering, leaving, unwinding, and failures on their way to a pcall.
+// Runs of the engine, and failures on their way to a pcall.
 #include "vm/engine/engine.h"
 
 #include <algorithm>
@@ -8,7 +8,9 @@
 #include "morvel/ruby/error.h"
 #include "value/deferred_release.h"
 #include "value/free_memory.h"
+#include "value/native_stack.h"
 #include "value/spare_memory.h"
+#include "vm/calling.h"
 #include "vm/engine/registers.h"
 #include "vm/engine/translator.h"
 #include "vm/errors.h"
@@ -19,12 +21,6 @@ namespace morvel::ruby::internal {
 namespace {
 
 constexpr const char* kOutOfMemory = "out of memory";
-constexpr std::size_t kFirstFrames = 64;
-// Room for so many is kept once it was needed.
-constexpr std::size_t kKeptFrames = std::size_t{1} << 14;
-// Calls may nest this deep. Small functions reach it before the value stack is full.
-constexpr std::size_t kMostFrames = std::size_t{1} << 21;
-
 std::string textOf(const std::exception& exception) noexcept {
     try {
         return errorText(exception);
@@ -33,19 +29,16 @@ std::string textOf(const std::exception& exception) noexcept {
     }
 }
 
+/// The whole message, which may be long: nothing of it stays behind.
+std::string takeMessage(PendingError& pending) {
+    PendingError error = std::exchange(pending, {});
+    return error.location.empty() ? std::move(error.text) : error.location + error.text;
+}
+
 }  // namespace
 
 Engine::Engine(RubyVM::Impl& vm)
-    : m_vm(vm),
-      m_globals(vm.globals),
-      m_runs(vm.runs),
-      m_identity(std::make_shared<EngineIdentity>()),
-      m_frames(makeZeroedArray<Frame>(kFirstFrames)) {
-    m_current = m_frames.get();
-    m_lastFrame = m_current + kFirstFrames - 1;
-    m_current->code = &m_noCode;
-    m_current->base = m_stack.begin();
-}
+    : m_vm(vm), m_globals(vm.globals), m_runs(vm.runs), m_identity(std::make_shared<EngineIdentity>()) {}
 
 const Code* Engine::codeFor(const Program& program, std::int32_t functionIndex) {
     if (program.executionState == nullptr) {
@@ -76,11 +69,9 @@ const Code* Engine::codeFor(const Program& program, std::int32_t functionIndex) 
 }
 
 RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t argumentCount) {
-    if (argumentCount != code.parameterCount) {
-        runtimeError(*code.program, 0, arityMessage(*code.function, argumentCount));
-    }
+    requireArity(*code.program, *code.function, argumentCount);
     RubyValue result;
-    const std::size_t entry = depth();
+    const std::size_t entry = m_calls.depth();
     // Destroyed last: by then the frames of this run are gone.
     const DeferReleaseScope deferral;
     const Runs::Id self = m_runs.innermost();
@@ -89,21 +80,27 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
         Runs::Id run;
         std::size_t entry;
         ~Unwinder() {
+            CallStack& calls = engine.m_calls;
             if (engine.m_runs.innermost() != run) {
-                engine.abandonFrames(run, entry);
+                calls.abandon(entry, engine.m_runs.depthInside(run));
                 return;
             }
-            engine.unwindTo(entry);
-            if (engine.depth() == 0) {
-                engine.giveBackStack();
+            calls.unwindTo(entry);
+            if (calls.depth() == 0) {
+                calls.giveBack();
             }
         }
     } const unwinder{*this, self, entry};
-    pushFrame(code, m_current->base + m_current->code->registerCount, &result, kEntryFrame);
-    for (std::size_t i = 0; i < argumentCount; ++i) {
-        copyToDead(m_current->base + i, arguments + i);
+    const Frame& caller = *m_context.frame;
+    if (!m_calls.push(code, caller.base + caller.code->registerCount, &result, kEntryFrame)) {
+        static_cast<void>(fail(kStackOverflow));
+        throwPendingError();
     }
-    prepareRegisters(code, m_current->base);
+    RubyValue* const base = m_context.frame->base;
+    for (std::size_t i = 0; i < argumentCount; ++i) {
+        copyToDead(base + i, arguments + i);
+    }
+    prepareRegisters(code, base);
     while (true) {
         std::string message;
         bool isMemoryShort = false;
@@ -112,7 +109,7 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
             return result;
         } catch (const std::exception& exception) {
             m_runs.requireInnermost(self);
-            if (protectedFrame(entry) == entry) {
+            if (m_calls.protectedDepth(entry) == entry) {
                 throw;
             }
             message = textOf(exception);
@@ -123,150 +120,76 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
     }
 }
 
-void Engine::growFrames() {
-    const std::size_t used = depth() + 1;
-    if (used >= kMostFrames) {
-        failOverflow();
-    }
-    moveFrames(std::min(used * 2, kMostFrames));
-}
-
-void Engine::moveFrames(std::size_t count) {
-    const std::size_t top = depth();
-    ZeroedArray<Frame> moved = makeZeroedArray<Frame>(count);
-    std::copy(m_frames.get(), m_current + 1, moved.get());
-    m_frames = std::move(moved);
-    m_current = m_frames.get() + top;
-    m_lastFrame = m_frames.get() + count - 1;
-}
-
-void Engine::giveBackStack() noexcept {
-    m_stack.giveBack();
-    const auto capacity = static_cast<std::size_t>(m_lastFrame - m_frames.get()) + 1;
-    const std::size_t wanted = std::max(kKeptFrames, (depth() + 1) * 2);
-    if (capacity / 2 < wanted) {
-        return;
-    }
-    try {
-        moveFrames(wanted);
-    } catch (const std::bad_alloc&) {
-        // Then they stay where they are.
-        return;
-    }
-}
-
 void Engine::giveBackMemory() noexcept {
     SpareMemory::giveBackAll();
-    giveBackStack();
+    m_calls.giveBack();
     returnFreeMemory();
 }
 
-void Engine::failOverflow() const {
-    if (m_current->code->program == nullptr) {
-        throw StackOverflow();
-    }
-    internal::failOverflow(program(), line());
+Status Engine::fail(const Fault& fault) {
+    PendingError& error = m_context.error;
+    const bool hasPlace = fault.kind != Fault::Kind::Placeless && m_context.frame->code->program != nullptr;
+    error.location = hasPlace ? locationOf(program(), line()) : std::string();
+    error.text = fault.message;
+    error.isOverflow = fault.kind == Fault::Kind::StackOverflow;
+    return Status::Failed;
 }
 
-RubyValue* Engine::enterNextChunk(std::size_t registerCount) {
-    RubyValue* const fresh = m_stack.enterNextChunk(registerCount);
-    if (fresh == nullptr) {
-        failOverflow();
-    }
-    return fresh;
+Status Engine::fail(std::string location, std::string text) {
+    m_context.error = {std::move(location), std::move(text), false};
+    return Status::Failed;
 }
 
-void Engine::prepareRegisters(const Code& code, RubyValue* base) noexcept {
-    for (std::uint32_t i = code.localCount; i < code.parameterCount; ++i) {
-        releaseRegister(base + i);
-    }
-    for (std::uint32_t i = code.parameterCount; i < code.localCount; ++i) {
-        base[i].type = kUndefinedType;
-    }
-    if (code.keepsLastValue) {
-        base[code.localCount].type = RubyValue::Type::Nil;
-    }
+Status Engine::failUndefined(std::size_t globalSlot) {
+    return fail(locationOf(program(), line()), undefinedMessage(m_globals.nameOf(globalSlot)));
 }
 
-void Engine::popFrame(std::uint32_t registerCount) noexcept {
-    const Frame frame = *m_current;
-    for (std::uint32_t i = 0; i < registerCount; ++i) {
-        releaseRegister(frame.base + i);
+void Engine::deliverPendingError(std::size_t entry) {
+    if (m_calls.protectedDepth(entry) == entry) {
+        throwPendingError();
     }
-    if ((frame.flags & kChunkFrame) != 0) {
-        m_stack.returnToChunk(frame.previousChunk);
-    }
-    if ((frame.flags & kProgramFrame) != 0) {
-        --m_programFrames;
-    }
-    --m_current;
-    if (frame.handle != nullptr && --frame.handle->references == 0) {
-        destroyBox(static_cast<std::uint8_t>(RubyValue::Type::Function), frame.handle);
-    }
+    std::string message = takeMessage(m_context.error);
+    static_cast<void>(recover(entry, message));
 }
 
-void Engine::unwindTo(std::size_t frame) noexcept {
-    while (depth() > frame) {
-        popFrame(m_current->code->registerCount);
+void Engine::throwPendingError() {
+    if (m_context.error.isOverflow) {
+        throw StackOverflow(std::exchange(m_context.error, {}).location);
     }
-    while ((m_current->flags & kAbandonedFrame) != 0) {
-        popFrame(0);
-    }
-}
-
-void Engine::abandonFrames(Runs::Id run, std::size_t entry) noexcept {
-    for (std::size_t index = m_runs.depthInside(run); index > entry; --index) {
-        // What ends here may grow the array of frames.
-        for (std::uint32_t i = 0; i < m_frames[index].code->registerCount; ++i) {
-            releaseRegister(m_frames[index].base + i);
-        }
-        Frame& frame = m_frames[index];
-        frame.code = &m_noCode;
-        frame.flags |= kAbandonedFrame;
-    }
+    throw RubyError(takeMessage(m_context.error));
 }
 
 bool Engine::leaveFrame(RubyValue* value) {
     RubyValue outcome;
     moveRegister(&outcome, value);
-    const std::uint32_t flags = m_current->flags;
-    RubyValue* const result = m_current->result;
+    const std::uint32_t flags = m_context.frame->flags;
+    RubyValue* const result = m_context.frame->result;
     if ((flags & kProtectedFrame) != 0) {
         outcome = pcallSuccess(std::move(outcome));
     }
     // The value returned was the last temporary alive.
-    popFrame(m_current->code->firstTemporary);
+    m_calls.pop(m_context.frame->code->firstTemporary);
     assignRegister(result, std::move(outcome));
     return (flags & kEntryFrame) != 0;
-}
-
-void Engine::throwMessage() { throw RubyError(std::exchange(m_message, {})); }
-
-std::size_t Engine::protectedFrame(std::size_t entry) const noexcept {
-    std::size_t index = depth();
-    while (index > entry && (m_frames[index].flags & kProtectedFrame) == 0) {
-        --index;
-    }
-    return index;
 }
 
 bool Engine::recover(std::size_t entry, std::string& message, bool isMemoryShort) {
     bool isMessageLost = false;
     while (true) {
-        const std::size_t index = protectedFrame(entry);
+        const std::size_t index = m_calls.protectedDepth(entry);
         if (index == entry && isMessageLost) {
             throw std::bad_alloc();
         }
         if (index == entry) {
             return false;
         }
-        RubyValue* result = m_frames[index].result;
-        unwindTo(index - 1);
+        RubyValue* result = m_calls.at(index).result;
+        m_calls.unwindTo(index - 1);
         if (isMemoryShort) {
             // Before the outcome is made, which would keep what lies below it from the system.
             giveBackMemory();
         } else {
-            giveBackStack();
+            m_calls.giveBack();
         }
         try {
             assignRegister(result, pcallError(isMessageLost ? kOutOfMemory : std::move(message)));

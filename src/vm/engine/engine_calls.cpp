@@ -1,5 +1,6 @@
 // Calls made by the engine: which become frames, and which leave it.
 #include "value/native_stack.h"
+#include "vm/calling.h"
 #include "vm/engine/engine.h"
 #include "vm/engine/registers.h"
 #include "vm/errors.h"
@@ -11,14 +12,6 @@ namespace {
 
 using Kind = RubyFunctionHandle::Kind;
 using Intrinsic = RubyFunctionHandle::Intrinsic;
-
-// Loaded programs may nest this deep: each takes far more memory than a frame.
-constexpr std::size_t kMostProgramFrames = 100'000;
-
-bool hasFunction(const RubyFunctionHandle& handle) {
-    return handle.functionIndex >= 0 &&
-           static_cast<std::size_t>(handle.functionIndex) < handle.program->functions.size();
-}
 
 /// True when pcall may just enter the function: a wrong argument count fails inside the protection, and a guarded
 /// function has an outcome of its own.
@@ -36,24 +29,15 @@ void finishCall(RubyValue* window, std::size_t argumentCount, RubyValue* result,
 
 }  // namespace
 
-Engine::CallOutcome Engine::callFunction(const RubyValue& callee, RubyValue* window, std::size_t argumentCount,
-                                         RubyValue* result) {
-    if (!callee.isFunction()) {
-        runtimeError(program(), line(), "attempted to call a non-function value");
+Status Engine::callFunction(const RubyValue& callee, RubyValue* window, std::size_t argumentCount, RubyValue* result) {
+    if (const Fault fault = callFault(callee)) {
+        return fail(fault);
     }
     // The variable that holds the function may be rebound during the call.
     const RubyValue kept = callee;
     auto& handle = *static_cast<RubyFunctionHandle*>(kept.data.box);
-    switch (handle.kind) {
-        case Kind::Empty:
-            runtimeError(program(), line(), "function handle is empty");
-        case Kind::Script:
-            callScript(handle, window, argumentCount, result);
-            return CallOutcome::Done;
-        case Kind::Host:
-            break;
-    }
-    return callHost(handle, window, argumentCount, result);
+    return handle.kind == Kind::Script ? callScript(handle, window, argumentCount, result)
+                                       : callHost(handle, window, argumentCount, result);
 }
 
 bool Engine::takeShortcut(const RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount,
@@ -92,37 +76,30 @@ void Engine::callNative(const RubyFunctionHandle& handle, RubyValue* window, std
                handle.nativeFunction(*m_vm.owner, RubyArguments(window + 1, argumentCount)));
 }
 
-void Engine::callScript(RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount, RubyValue* result) {
-    if (handle.program == nullptr) {
-        runtimeError(program(), line(), "script function program is missing");
-    }
-    if (!hasFunction(handle)) {
-        runtimeError(program(), line(), "function index is out of range");
-    }
+Status Engine::callScript(RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount, RubyValue* result) {
     if (const Code* code = codeOf(handle)) {
         releaseRegister(window);
         return enterFunction(handle, *code, window + 1, window + 1, argumentCount, result, kPlainFrame);
     }
     if (nativeStackLow()) {
-        failOverflow();
+        return fail(kStackOverflow);
     }
     RubyValue value = m_vm.runFunction(handle.program, handle.functionIndex, window + 1, argumentCount);
     finishCall(window, argumentCount, result, std::move(value));
+    return Status::Done;
 }
 
-Engine::CallOutcome Engine::callHost(const RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount,
-                                     RubyValue* result) {
+Status Engine::callHost(const RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount,
+                        RubyValue* result) {
     const RubyValue* arguments = window + 1;
     switch (handle.intrinsic) {
         case Intrinsic::Error:
-            m_message = errorCallMessage(arguments, argumentCount);
-            return CallOutcome::Raised;
+            return fail({}, errorCallMessage(arguments, argumentCount));
         case Intrinsic::Pcall:
-            callProtected(window, argumentCount, result);
-            return CallOutcome::Done;
+            return callProtected(window, argumentCount, result);
         case Intrinsic::TableSet:
             finishCall(window, argumentCount, result, tableSet(arguments, argumentCount));
-            return CallOutcome::Done;
+            return Status::Done;
         case Intrinsic::None:
             break;
     }
@@ -130,35 +107,31 @@ Engine::CallOutcome Engine::callHost(const RubyFunctionHandle& handle, RubyValue
     RubyVM& vm = *m_vm.owner;
     finishCall(window, argumentCount, result,
                handle.nativeFunction != nullptr ? handle.nativeFunction(vm, view) : handle.hostFunction(vm, view));
-    return CallOutcome::Done;
+    return Status::Done;
 }
 
-void Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyValue* base, RubyValue* arguments,
-                           std::size_t argumentCount, RubyValue* result, std::uint32_t flags) {
+Status Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyValue* base, RubyValue* arguments,
+                             std::size_t argumentCount, RubyValue* result, std::uint32_t flags) {
     if (argumentCount != code.parameterCount) {
-        runtimeError(*code.program, 0, arityMessage(*code.function, argumentCount));
+        return fail(locationOf(*code.program, 0), arityMessage(*code.function, argumentCount));
     }
-    if (code.isTopLevel) {
-        if (m_programFrames == kMostProgramFrames) {
-            failOverflow();
-        }
-        flags |= kProgramFrame;
+    if (!m_calls.push(code, base, result, flags | (code.isTopLevel ? kProgramFrame : kPlainFrame))) {
+        return fail(kStackOverflow);
     }
-    pushFrame(code, base, result, flags);
-    m_programFrames += code.isTopLevel ? 1 : 0;
-    m_current->handle = &handle;
+    m_context.frame->handle = &handle;
     ++handle.references;
-    if (m_current->base != arguments) {
+    if (m_context.frame->base != arguments) {
         for (std::size_t i = 0; i < argumentCount; ++i) {
-            moveRegister(m_current->base + i, arguments + i);
+            moveRegister(m_context.frame->base + i, arguments + i);
         }
     }
     if (code.prologue != Prologue::None) {
-        prepareRegisters(code, m_current->base);
+        prepareRegisters(code, m_context.frame->base);
     }
+    return Status::Done;
 }
 
-void Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyValue* result) {
+Status Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyValue* result) {
     if (argumentCount == 0) {
         requireArgumentCount("pcall", argumentCount, 1, kNoMaximum);
     }
@@ -168,52 +141,54 @@ void Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyVal
         auto& handle = *static_cast<RubyFunctionHandle*>(callee->data.box);
         const Code* code = knownCode(handle);
         if (code == nullptr) {
-            const bool isScript = handle.kind == Kind::Script && handle.program != nullptr && hasFunction(handle);
-            code = isScript ? codeOf(handle) : nullptr;
+            code = isCallableScript(handle) ? codeOf(handle) : nullptr;
         }
         if (code != nullptr && canProtect(*code, argumentCount - 1)) {
-            enterFunction(handle, *code, callee + 1, callee + 1, argumentCount - 1, result, kProtectedFrame);
+            if (enterFunction(handle, *code, callee + 1, callee + 1, argumentCount - 1, result, kProtectedFrame) ==
+                Status::Failed) {
+                return Status::Failed;
+            }
             releaseRegister(window);
             releaseRegister(callee);
-            return;
+            return Status::Done;
         }
     }
     RubyValue outcome = m_vm.protectedCall(program(), window + 1, argumentCount, line());
     finishCall(window, argumentCount, result, std::move(outcome));
+    return Status::Done;
 }
 
-void Engine::callWithArray(RubyValue* window, RubyValue* result) {
+Status Engine::callWithArray(RubyValue* window, RubyValue* result) {
     RubyArray& arguments = window[1].asArray();
     const bool isPcall =
         window->isFunction() && static_cast<RubyFunctionHandle*>(window->data.box)->intrinsic == Intrinsic::Pcall;
-    const bool hasEntered =
+    const Attempt entered =
         isPcall
             ? enterWithArray(arguments[0], window, arguments.data() + 1, arguments.size() - 1, result, kProtectedFrame)
             : enterWithArray(*window, window, arguments.data(), arguments.size(), result, kPlainFrame);
-    if (!hasEntered) {
+    if (entered == Attempt::Declined) {
         RubyValue value = m_vm.callValue(program(), *window, arguments.data(), arguments.size(), line());
         finishCall(window, 1, result, std::move(value));
     }
+    return entered == Attempt::Failed ? Status::Failed : Status::Done;
 }
 
-bool Engine::enterWithArray(const RubyValue& callee, RubyValue* window, RubyValue* arguments, std::size_t argumentCount,
-                            RubyValue* result, std::uint32_t flags) {
+Attempt Engine::enterWithArray(const RubyValue& callee, RubyValue* window, RubyValue* arguments,
+                               std::size_t argumentCount, RubyValue* result, std::uint32_t flags) {
     if (!callee.isFunction()) {
-        return false;
+        return Attempt::Declined;
     }
     auto& handle = *static_cast<RubyFunctionHandle*>(callee.data.box);
-    const bool isScript = handle.kind == Kind::Script && handle.program != nullptr && hasFunction(handle);
-    const Code* code = isScript ? codeOf(handle) : nullptr;
-    if (code == nullptr) {
-        return false;
+    const Code* code = isCallableScript(handle) ? codeOf(handle) : nullptr;
+    if (code == nullptr || (flags == kProtectedFrame && !canProtect(*code, argumentCount))) {
+        return Attempt::Declined;
     }
-    if (flags == kProtectedFrame && !canProtect(*code, argumentCount)) {
-        return false;
+    if (enterFunction(handle, *code, window + 2, arguments, argumentCount, result, flags) == Status::Failed) {
+        return Attempt::Failed;
     }
-    enterFunction(handle, *code, window + 2, arguments, argumentCount, result, flags);
     releaseRegister(window);
     releaseRegister(window + 1);
-    return true;
+    return Attempt::Done;
 }
 
 const Code* Engine::codeOf(const RubyFunctionHandle& handle) {

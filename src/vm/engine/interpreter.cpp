@@ -216,11 +216,14 @@ template <OpCode Operation>
 /// What the loop carries from instruction to instruction. One body for each operation, made for each of its
 /// instructions; all are inlined into the loop, so that the members live in the processor's registers.
 struct Engine::Loop {
-    /// What follows a body: the next instruction, or the end of the run.
-    enum class Step : std::uint8_t { Next, Leave };
+    /// What follows a body: the next instruction, the end of the run, or the delivery of the pending error.
+    enum class [[nodiscard]] Step : std::uint8_t{Next, Leave, Fail};
+
+    [[gnu::always_inline]] static Step stepOf(Status status) {
+        return status == Status::Done ? Step::Next : Step::Fail;
+    }
 
     Engine& engine;
-    const std::size_t entry;
     const Runs::Id run;
     /// The next instruction.
     const EngineInstruction* pc = nullptr;
@@ -231,7 +234,7 @@ struct Engine::Loop {
     /// The instruction being carried out; `pc` is already past it.
     [[gnu::always_inline]] const EngineInstruction& instruction() const { return pc[-1]; }
 
-    [[gnu::always_inline]] void save() const { engine.m_current->next = pc; }
+    [[gnu::always_inline]] void save() const { engine.m_context.frame->next = pc; }
 
     /// Frames share the loop's members, so the globals have to be looked up again only after other code has run.
     [[gnu::always_inline]] void loadFrame(const Frame* top) {
@@ -245,7 +248,7 @@ struct Engine::Loop {
             releaseDeferredHosts();
         }
         engine.m_runs.requireInnermost(run);
-        loadFrame(engine.m_current);
+        loadFrame(engine.m_context.frame);
         globals = engine.m_globals.values();
     }
 
@@ -290,7 +293,7 @@ struct Engine::Loop {
         RubyValue* const right = operand<kOp, 2>();
         if (!calculateNumbers<kOperation>(to, left, right)) [[unlikely]] {
             save();
-            engine.arithmeticSlow<kOperation>(to, left, right, instruction().n);
+            return stepOf(engine.arithmeticSlow<kOperation>(to, left, right, instruction().n));
         }
         return Step::Next;
     }
@@ -331,23 +334,25 @@ struct Engine::Loop {
     }
     /// The comparison of what is not two integers.
     template <OpCode kTest>
-    [[gnu::always_inline]] bool compareOthers(RubyValue* left, RubyValue* right) {
+    [[gnu::always_inline]] Answer compareOthers(RubyValue* left, RubyValue* right) {
         const std::uint8_t flags = instruction().n;
         if constexpr (kTest == OpCode::Equal || kTest == OpCode::NotEqual) {
             constexpr bool kNegated = kTest == OpCode::NotEqual;
             if (left->type == Type::String && right->type == Type::String && flags == 0) {
-                return areSameTexts(left, right) != kNegated;
+                return areSameTexts(left, right) != kNegated ? Answer::Yes : Answer::No;
             }
             if ((left->type == Type::Nil || right->type == Type::Nil) && flags == 0) {
-                return (left->type == right->type) != kNegated;
+                return (left->type == right->type) != kNegated ? Answer::Yes : Answer::No;
             }
             save();
-            return engine.equalSlow(left, right, flags) != kNegated;
+            const Answer answer = engine.equalSlow(left, right, flags);
+            return !kNegated || answer == Answer::Failed ? answer : answer == Answer::Yes ? Answer::No : Answer::Yes;
         } else {
             constexpr bool kOrEqual = kTest == OpCode::LessEqual;
             if (areFloats(left, right)) {
-                return kOrEqual ? left->data.floating <= right->data.floating
-                                : left->data.floating < right->data.floating;
+                const bool isLess =
+                    kOrEqual ? left->data.floating <= right->data.floating : left->data.floating < right->data.floating;
+                return isLess ? Answer::Yes : Answer::No;
             }
             save();
             return engine.lessSlow<kOrEqual>(left, right, flags);
@@ -357,13 +362,17 @@ struct Engine::Loop {
     [[gnu::always_inline]] Step comparison() {
         RubyValue* const left = operand<kOp, 1>();
         RubyValue* const right = operand<kOp, 2>();
-        bool answer;
+        bool isTrue;
         if (areIntegers(left, right)) [[likely]] {
-            answer = compareIntegers<kTest>(left, right);
+            isTrue = compareIntegers<kTest>(left, right);
         } else {
-            answer = compareOthers<kTest>(left, right);
+            const Answer answer = compareOthers<kTest>(left, right);
+            if (answer == Answer::Failed) [[unlikely]] {
+                return Step::Fail;
+            }
+            isTrue = answer == Answer::Yes;
         }
-        setBoolean(operand<kOp, 0>(), answer);
+        setBoolean(operand<kOp, 0>(), isTrue);
         return Step::Next;
     }
     template <EngineOp kOp, OpCode kTest, bool kWhen>
@@ -376,7 +385,11 @@ struct Engine::Loop {
             }
             return Step::Next;
         }
-        if (compareOthers<kTest>(left, right) == kWhen) {
+        const Answer answer = compareOthers<kTest>(left, right);
+        if (answer == Answer::Failed) [[unlikely]] {
+            return Step::Fail;
+        }
+        if ((answer == Answer::Yes) == kWhen) {
             jumpShort();
         }
         return Step::Next;
@@ -468,8 +481,7 @@ struct Engine::Loop {
             }
         }
         save();
-        engine.getIndexSlow(to, container, index, instruction().n);
-        return Step::Next;
+        return stepOf(engine.getIndexSlow(to, container, index, instruction().n));
     }
 
     template <EngineOp kOp, bool kWhen>
@@ -484,7 +496,11 @@ struct Engine::Loop {
             releaseIf((instruction().n & kFirstDies) != 0, container);
         } else {
             save();
-            answer = engine.testIndexSlow(container, index, instruction().n);
+            const Answer slow = engine.testIndexSlow(container, index, instruction().n);
+            if (slow == Answer::Failed) [[unlikely]] {
+                return Step::Fail;
+            }
+            answer = slow == Answer::Yes;
         }
         if (answer == kWhen) {
             jumpShort();
@@ -520,8 +536,7 @@ struct Engine::Loop {
             }
         }
         save();
-        engine.setIndexSlow(container, index, value, instruction().n);
-        return Step::Next;
+        return stepOf(engine.setIndexSlow(container, index, value, instruction().n));
     }
 
     /// What is added to is its own target: a number there stays one, so that only its payload changes.
@@ -539,8 +554,7 @@ struct Engine::Loop {
             return Step::Next;
         }
         save();
-        engine.arithmeticSlow<OpCode::Add>(sum, sum, amount, instruction().n);
-        return Step::Next;
+        return stepOf(engine.arithmeticSlow<OpCode::Add>(sum, sum, amount, instruction().n));
     }
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doCopyLocal() {
@@ -581,21 +595,20 @@ struct Engine::Loop {
     [[gnu::always_inline]] Step doCheckGlobal() {
         if (operand<kOp, 1>()->type == kUndefinedType) [[unlikely]] {
             save();
-            engine.failUndefined(static_cast<std::size_t>(instruction().wide()) / 2);
+            return stepOf(engine.failUndefined(static_cast<std::size_t>(instruction().wide()) / 2));
         }
         return Step::Next;
     }
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doLoadLocalOrGlobal() {
         const auto number = static_cast<std::size_t>(instruction().wide());
-        const LocalFallback& fallback = engine.m_current->code->fallbacks[number];
+        const LocalFallback& fallback = engine.m_context.frame->code->fallbacks[number];
         const RubyValue* const local = at(base, fallback.local);
         save();
         if (local->type == kUndefinedType) {
-            engine.loadFallback(operand<kOp, 0>(), fallback);
-        } else {
-            assignRegister(operand<kOp, 0>(), RubyValue(*local));
+            return stepOf(engine.loadFallback(operand<kOp, 0>(), fallback));
         }
+        assignRegister(operand<kOp, 0>(), RubyValue(*local));
         return Step::Next;
     }
     template <EngineOp kOp>
@@ -623,7 +636,7 @@ struct Engine::Loop {
             setFloat(to, -value->data.floating);
         } else {
             save();
-            engine.negateSlow(to, value, instruction().n);
+            return stepOf(engine.negateSlow(to, value, instruction().n));
         }
         return Step::Next;
     }
@@ -718,15 +731,17 @@ struct Engine::Loop {
         return logicalJump<kOp, false, true>();
     }
 
-    /// Calls through the general path; a raised error goes to the innermost pcall of this run, or out of the run.
-    [[gnu::always_inline]] void callGeneral(const RubyValue& callee, RubyValue* window, std::size_t argumentCount,
+    /// Calls through the general path.
+    [[gnu::always_inline]] Step callGeneral(const RubyValue& callee, RubyValue* window, std::size_t argumentCount,
                                             RubyValue* result) {
-        if (engine.callFunction(callee, window, argumentCount, result) == CallOutcome::Raised) {
-            if (!engine.recover(entry, engine.m_message)) {
-                engine.throwMessage();
-            }
+        return afterCall(engine.callFunction(callee, window, argumentCount, result));
+    }
+    [[gnu::always_inline]] Step afterCall(Status status) {
+        if (status == Status::Failed) [[unlikely]] {
+            return Step::Fail;
         }
         load();
+        return Step::Next;
     }
 
     /// Enters a script function whose translation is known; everything else goes through callFunction. The callee in
@@ -741,13 +756,12 @@ struct Engine::Loop {
             const Code* const code = static_cast<const Code*>(&known);
             const std::uint8_t argumentCount = instruction().n;
             if (known.engine == engine.m_identity.get() && code->parameterCount == argumentCount &&
-                engine.m_current != engine.m_lastFrame &&
-                code->registerCount < static_cast<std::size_t>(engine.m_stack.end() - window)) [[likely]] {
+                hasRoomFor(engine.m_context, *code, window)) [[likely]] {
                 RubyFunctionHandle* kept = handle;
                 if constexpr (kInWindow) {
                     window->type = Type::Nil;
                 } else {
-                    kept = keepCallee(handle, code, engine.m_current->code);
+                    kept = keepCallee(handle, code, engine.m_context.frame->code);
                 }
                 enter(*code, window + 1, operand<kOp, 1>(), kept);
                 return Step::Next;
@@ -762,30 +776,17 @@ struct Engine::Loop {
                 return Step::Next;
             }
             if (handle->intrinsic == RubyFunctionHandle::Intrinsic::Pcall) {
-                engine.callProtected(window, argumentCount, operand<kOp, 1>());
-                load();
-                return Step::Next;
+                return afterCall(engine.callProtected(window, argumentCount, operand<kOp, 1>()));
             }
         }
-        callGeneral(*function, window, instruction().n, operand<kOp, 1>());
-        return Step::Next;
+        return callGeneral(*function, window, instruction().n, operand<kOp, 1>());
     }
     [[gnu::always_inline]] void enter(const Code& code, RubyValue* registers, RubyValue* result,
                                       RubyFunctionHandle* kept) {
-        Frame* const frame = ++engine.m_current;
-        frame->code = &code;
-        frame->base = registers;
-        frame->result = result;
-        frame->handle = kept;
-        frame->flags = kPlainFrame;
+        enterPlainFrame(engine.m_context, code, registers, result, kept);
         base = registers;
         constants = code.constants.data();
         pc = code.instructions.data();
-        if (code.prologue == Prologue::ClearLastValue) {
-            base[code.localCount].type = Type::Nil;
-        } else if (code.prologue != Prologue::None) {
-            prepareRegisters(code, base);
-        }
     }
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doCallGlobal() {
@@ -798,9 +799,7 @@ struct Engine::Loop {
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doCallWithArray() {
         save();
-        engine.callWithArray(operand<kOp, 0>(), operand<kOp, 1>());
-        load();
-        return Step::Next;
+        return afterCall(engine.callWithArray(operand<kOp, 0>(), operand<kOp, 1>()));
     }
 
     /// True when the callee still is the built-in that the translation found under its name.
@@ -812,7 +811,7 @@ struct Engine::Loop {
     [[gnu::always_inline]] Step doLen() {
         const RubyValue* const callee = operand<kOp, 2>();
         RubyValue* const argument = operand<kOp, 1>();
-        RubyValue* const window = base + engine.m_current->code->firstTemporary + instruction().n;
+        RubyValue* const window = base + engine.m_context.frame->code->firstTemporary + instruction().n;
         if (isShortcut(callee, Shortcut::Len)) [[likely]] {
             if (argument->type == Type::Array && argument != window + 1) {
                 setInteger(operand<kOp, 0>(), static_cast<ArrayBox*>(argument->data.box)->elements.size());
@@ -827,8 +826,7 @@ struct Engine::Loop {
         if (argument != window + 1) {
             copyToDead(window + 1, argument);
         }
-        callGeneral(*callee, window, 1, operand<kOp, 0>());
-        return Step::Next;
+        return callGeneral(*callee, window, 1, operand<kOp, 0>());
     }
     /// The Drop of the call's result, which follows, is stepped over when there is none.
     template <EngineOp kOp>
@@ -836,7 +834,7 @@ struct Engine::Loop {
         const RubyValue* const callee = operand<kOp, 2>();
         RubyValue* const array = operand<kOp, 1>();
         RubyValue* const value = operand<kOp, 0>();
-        RubyValue* const window = base + engine.m_current->code->firstTemporary + instruction().n;
+        RubyValue* const window = base + engine.m_context.frame->code->firstTemporary + instruction().n;
         save();
         if (isShortcut(callee, Shortcut::ArrayPush) && array->type == Type::Array) [[likely]] {
             pushElement(array, value, value == window + 2);
@@ -852,13 +850,13 @@ struct Engine::Loop {
         if (value != window + 2) {
             copyToDead(window + 2, value);
         }
-        callGeneral(*callee, window, 2, window);
-        return Step::Next;
+        return callGeneral(*callee, window, 2, window);
     }
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doDefineFunction() {
         save();
-        engine.defineFunction(engine.m_current->code->definitions[static_cast<std::size_t>(instruction().wide())]);
+        engine.defineFunction(
+            engine.m_context.frame->code->definitions[static_cast<std::size_t>(instruction().wide())]);
         return Step::Next;
     }
 
@@ -880,12 +878,12 @@ struct Engine::Loop {
     }
     /// The first temporary, dead by now, takes the value to the common return.
     [[gnu::always_inline]] Step returnCopy(const RubyValue* source) {
-        RubyValue* const value = base + engine.m_current->code->firstTemporary;
+        RubyValue* const value = base + engine.m_context.frame->code->firstTemporary;
         copyToDead(value, source);
         return returnValue(value);
     }
     [[gnu::always_inline]] Step returnValue(RubyValue* value) {
-        Frame* const frame = engine.m_current;
+        const Frame* const frame = engine.m_context.frame;
         RubyValue* result = frame->result;
         if (frame->flags != kPlainFrame) [[unlikely]] {
             if (frame->flags != kProtectedFrame || !isLonePair(result)) {
@@ -893,7 +891,7 @@ struct Engine::Loop {
                 if (engine.leaveFrame(value)) {
                     return Step::Leave;
                 }
-                loadFrame(engine.m_current);
+                loadFrame(engine.m_context.frame);
                 return Step::Next;
             }
             // The pair that ends here, mostly the last outcome of pcall, becomes the new one.
@@ -901,31 +899,15 @@ struct Engine::Loop {
             setBoolean(pair, true);
             result = pair + 1;
         }
-        const Type type = value->type;
-        const RubyValue::Data data = value->data;
-        value->type = Type::Nil;
-        RubyValue* const lastLocal = base + frame->code->firstTemporary;
-        for (RubyValue* local = base; local != lastLocal; ++local) {
-            if (local->isBoxed()) {
-                releaseRegister(local);
-            }
-        }
-        if (result->isBoxed()) [[unlikely]] {
-            releaseRegister(result);
-        }
-        result->type = type;
-        result->data = data;
-        const Frame* const caller = --engine.m_current;
-        if (frame->handle != nullptr && --frame->handle->references == 0) [[unlikely]] {
-            destroyBox(static_cast<std::uint8_t>(Type::Function), frame->handle);
-        }
-        loadFrame(caller);
+        leavePlainFrame(engine.m_context, value, result);
+        loadFrame(engine.m_context.frame);
         return Step::Next;
     }
 };
 
 void Engine::interpret(std::size_t entry, Runs::Id run) {
-    Loop loop{*this, entry, run};
+    using Step = Loop::Step;
+    Loop loop{*this, run};
     loop.load();
 #if MORVEL_THREADED
     static const void* const kLabels[] = {
@@ -934,24 +916,41 @@ void Engine::interpret(std::size_t entry, Runs::Id run) {
 #undef MORVEL_LABEL
     };
 #define NEXT() goto* kLabels[static_cast<std::size_t>((loop.pc++)->op)]
-#define MORVEL_BODY(name, operation, ...)                                                    \
-    label##name : if (loop.do##operation<EngineOp::name>() == Loop::Step::Leave) { return; } \
     NEXT();
+failed:
+    deliverPendingError(entry);
+    loop.load();
     NEXT();
+    // clang-format off
+#define MORVEL_BODY(name, operation, ...)                    \
+    label##name:                                             \
+    switch (loop.do##operation<EngineOp::name>()) {          \
+        case Step::Leave: return;                            \
+        case Step::Fail: goto failed;                        \
+        case Step::Next: break;                              \
+    }                                                        \
+    NEXT();
+    // clang-format on
     MORVEL_ENGINE_INSTRUCTIONS(MORVEL_BODY)
 #undef MORVEL_BODY
 #undef NEXT
 #else
     while (true) {
+        Step step = Step::Next;
         switch ((loop.pc++)->op) {
-#define MORVEL_BODY(name, operation, ...)                                \
-    case EngineOp::name:                                                 \
-        if (loop.do##operation<EngineOp::name>() == Loop::Step::Leave) { \
-            return;                                                      \
-        }                                                                \
+#define MORVEL_BODY(name, operation, ...)            \
+    case EngineOp::name:                             \
+        step = loop.do##operation<EngineOp::name>(); \
         break;
             MORVEL_ENGINE_INSTRUCTIONS(MORVEL_BODY)
 #undef MORVEL_BODY
+        }
+        if (step == Step::Leave) {
+            return;
+        }
+        if (step == Step::Fail) {
+            deliverPendingError(entry);
+            loop.load();
         }
     }
 #endif

@@ -4,10 +4,10 @@
 #include <cstring>
 #include <string_view>
 
+#include "value/operators.h"
 #include "vm/engine/engine.h"
 #include "vm/engine/registers.h"
 #include "vm/engine/text_changes.h"
-#include "vm/errors.h"
 #include "vm/impl.h"
 #include "vm/indexing.h"
 
@@ -48,20 +48,22 @@ bool calculateMixed(RubyValue* target, const RubyValue& left, const RubyValue& r
 }
 
 template <OpCode Operation>
-RubyValue calculate(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
+Fault calculate(const RubyValue& left, const RubyValue& right, RubyValue& result) {
     switch (Operation) {
         case OpCode::Add:
-            return addValues(left, right, program, line);
+            return add(left, right, result);
         case OpCode::Subtract:
-            return subtractValues(left, right, program, line);
+            return subtract(left, right, result);
         case OpCode::Multiply:
-            return multiplyValues(left, right, program, line);
+            return multiply(left, right, result);
         case OpCode::Divide:
-            return divideValues(left, right, program, line);
+            return divide(left, right, result);
         default:
-            return moduloValues(left, right, program, line);
+            return modulo(left, right, result);
     }
 }
+
+Answer answerOf(bool yes) { return yes ? Answer::Yes : Answer::No; }
 
 /// A text of few bytes under construction.
 class ShortText {
@@ -114,62 +116,82 @@ bool Engine::joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std
 }
 
 template <OpCode Operation>
-void Engine::arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags) {
+Status Engine::arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags) {
     if (calculateMixed<Operation>(target, *left, *right)) {
-        return;
+        return Status::Done;
     }
     if constexpr (Operation == OpCode::Add) {
-        if ((flags & kEndsAppend) != 0 && endAppend(target, left, right, flags)) {
-            return;
-        }
-        if (joinShort(target, left, right, flags)) {
-            return;
-        }
-        if (target == left && left->isString() && isLone(*left)) {
-            withOverflowLocated([&] { append(boxOf(*left), *right); });
-            releaseIf((flags & kSecondDies) != 0 && right != left, right);
-            return;
-        }
-        if (left->isString() && addToText(target, left, right, flags)) {
-            return;
+        const Attempt attempt = addTexts(target, left, right, flags);
+        if (attempt != Attempt::Declined) {
+            return attempt == Attempt::Failed ? Status::Failed : Status::Done;
         }
     }
-    RubyValue value = calculate<Operation>(*left, *right, program(), line());
+    RubyValue value;
+    if (checked(calculate<Operation>(*left, *right, value)) == Status::Failed) {
+        return Status::Failed;
+    }
     releaseIf((flags & kFirstDies) != 0, left);
     releaseIf((flags & kSecondDies) != 0, right);
     assignRegister(target, std::move(value));
+    return Status::Done;
 }
 
-template void Engine::arithmeticSlow<OpCode::Add>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
-template void Engine::arithmeticSlow<OpCode::Subtract>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
-template void Engine::arithmeticSlow<OpCode::Multiply>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
-template void Engine::arithmeticSlow<OpCode::Divide>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
-template void Engine::arithmeticSlow<OpCode::Modulo>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
+template Status Engine::arithmeticSlow<OpCode::Add>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
+template Status Engine::arithmeticSlow<OpCode::Subtract>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
+template Status Engine::arithmeticSlow<OpCode::Multiply>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
+template Status Engine::arithmeticSlow<OpCode::Divide>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
+template Status Engine::arithmeticSlow<OpCode::Modulo>(RubyValue*, RubyValue*, RubyValue*, std::uint8_t);
 
-bool Engine::equalSlow(RubyValue* left, RubyValue* right, std::uint8_t flags) {
-    if (!left->isBoxed() && left->type == right->type) {
-        return valuesEqual(*left, *right);
+Attempt Engine::addTexts(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags) {
+    if ((flags & kEndsAppend) != 0) {
+        const Attempt attempt = endAppend(target, left, right, flags);
+        if (attempt != Attempt::Declined) {
+            return attempt;
+        }
     }
-    const bool equal = withOverflowLocated([&] { return valuesEqual(*left, *right); });
+    if (joinShort(target, left, right, flags)) {
+        return Attempt::Done;
+    }
+    if (target == left && left->isString() && isLone(*left)) {
+        if (append(boxOf(*left), *right) == Status::Failed) {
+            return Attempt::Failed;
+        }
+        releaseIf((flags & kSecondDies) != 0 && right != left, right);
+        return Attempt::Done;
+    }
+    return left->isString() ? addToText(target, left, right, flags) : Attempt::Declined;
+}
+
+Answer Engine::equalSlow(RubyValue* left, RubyValue* right, std::uint8_t flags) {
+    if (!left->isBoxed() && left->type == right->type) {
+        return answerOf(valuesEqual(*left, *right));
+    }
+    bool areEqual = false;
+    if (checked(equal(*left, *right, areEqual)) == Status::Failed) {
+        return Answer::Failed;
+    }
     releaseIf((flags & kFirstDies) != 0, left);
     releaseIf((flags & kSecondDies) != 0, right);
-    return equal;
+    return answerOf(areEqual);
 }
 
 template <bool OrEqual>
-bool Engine::lessSlow(RubyValue* left, RubyValue* right, std::uint8_t flags) {
+Answer Engine::lessSlow(RubyValue* left, RubyValue* right, std::uint8_t flags) {
     if (areMixedNumbers(*left, *right)) {
-        return OrEqual ? numberOf(*left) <= numberOf(*right) : numberOf(*left) < numberOf(*right);
+        return answerOf(OrEqual ? numberOf(*left) <= numberOf(*right) : numberOf(*left) < numberOf(*right));
     }
     constexpr Ordering kOrdering = OrEqual ? Ordering::LessEqual : Ordering::Less;
-    const bool less = compareOrdered(*left, *right, kOrdering, program(), line()).data.boolean;
+    bool isLess = false;
+    if (checked(compare(*left, *right, kOrdering, isLess)) == Status::Failed) {
+        return Answer::Failed;
+    }
     releaseIf((flags & kFirstDies) != 0, left);
     releaseIf((flags & kSecondDies) != 0, right);
-    return less;
+    return answerOf(isLess);
 }
 
-template bool Engine::lessSlow<false>(RubyValue*, RubyValue*, std::uint8_t);
-template bool Engine::lessSlow<true>(RubyValue*, RubyValue*, std::uint8_t);
+template Answer Engine::lessSlow<false>(RubyValue*, RubyValue*, std::uint8_t);
+template Answer Engine::lessSlow<true>(RubyValue*, RubyValue*, std::uint8_t);
 
 void Engine::loadByte(RubyValue* target, const std::string& text, std::size_t position) {
     RubyValue& cached = m_byteStrings[static_cast<unsigned char>(text[position])];
@@ -179,43 +201,51 @@ void Engine::loadByte(RubyValue* target, const std::string& text, std::size_t po
     assignRegister(target, RubyValue(cached));
 }
 
-void Engine::getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t flags) {
+Status Engine::getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t flags) {
     if (container->isMap() && (index->isString() || index->isInteger())) {
         const RubyValue* found = container->asMap().findValue(*index);
         RubyValue value = found == nullptr ? RubyValue() : *found;
         releaseIf((flags & kFirstDies) != 0, container);
         releaseIf((flags & kSecondDies) != 0, index);
         assignRegister(target, std::move(value));
-        return;
+        return Status::Done;
     }
     if (container->isString() && index->isInteger() && (flags & kFirstDies) == 0) {
         const std::string& text = container->asString();
         const auto position = static_cast<std::size_t>(index->data.integer);
         if (position < text.size()) {
             loadByte(target, text, position);
-            return;
+            return Status::Done;
         }
     }
-    RubyValue value = loadIndex(*container, *index, program(), line());
+    RubyValue value;
+    if (checked(getElement(*container, *index, value)) == Status::Failed) {
+        return Status::Failed;
+    }
     releaseIf((flags & kFirstDies) != 0, container);
     releaseIf((flags & kSecondDies) != 0, index);
     assignRegister(target, std::move(value));
+    return Status::Done;
 }
 
-bool Engine::testIndexSlow(RubyValue* container, RubyValue* index, std::uint8_t flags) {
+Answer Engine::testIndexSlow(RubyValue* container, RubyValue* index, std::uint8_t flags) {
     bool answer = false;
     if (container->isMap() && (index->isString() || index->isInteger())) {
         const RubyValue* found = container->asMap().findValue(*index);
         answer = found != nullptr && found->isTruthy();
     } else {
-        answer = loadIndex(*container, *index, program(), line()).isTruthy();
+        RubyValue value;
+        if (checked(getElement(*container, *index, value)) == Status::Failed) {
+            return Answer::Failed;
+        }
+        answer = value.isTruthy();
     }
     releaseIf((flags & kFirstDies) != 0, container);
     releaseIf((flags & kSecondDies) != 0, index);
-    return answer;
+    return answerOf(answer);
 }
 
-void Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* value, std::uint8_t flags) {
+Status Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* value, std::uint8_t flags) {
     if (container->isArray() && index->isInteger()) {
         RubyArray& elements = container->asArray();
         const auto position = static_cast<std::size_t>(index->data.integer);
@@ -226,21 +256,31 @@ void Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* val
             } else {
                 copyToDead(&elements[position], value);
             }
-            return;
+            return Status::Done;
         }
     }
-    if (container->isString() && replaceByte(container, *index, value, flags)) {
-        return;
+    if (container->isString()) {
+        const Attempt attempt = replaceByte(container, *index, value, flags);
+        if (attempt != Attempt::Declined) {
+            return attempt == Attempt::Failed ? Status::Failed : Status::Done;
+        }
     }
-    storeIndex(*container, *index, *value, program(), line());
+    if (checked(setElement(*container, *index, *value)) == Status::Failed) {
+        return Status::Failed;
+    }
     releaseIf((flags & kFirstDies) != 0, index);
     releaseIf((flags & kSecondDies) != 0, value);
+    return Status::Done;
 }
 
-void Engine::negateSlow(RubyValue* target, RubyValue* value, std::uint8_t flags) {
-    RubyValue negated = negateValue(*value, program(), line());
+Status Engine::negateSlow(RubyValue* target, RubyValue* value, std::uint8_t flags) {
+    RubyValue negated;
+    if (checked(negate(*value, negated)) == Status::Failed) {
+        return Status::Failed;
+    }
     releaseIf((flags & kFirstDies) != 0, value);
     assignRegister(target, std::move(negated));
+    return Status::Done;
 }
 
 void Engine::pushElement(RubyValue* array, RubyValue* value, bool valueDies) {
@@ -275,13 +315,12 @@ void Engine::defineFunction(const Definition& definition) {
                                                                  const_cast<Program&>(program()).shared_from_this()));
 }
 
-void Engine::loadFallback(RubyValue* target, const LocalFallback& fallback) {
+Status Engine::loadFallback(RubyValue* target, const LocalFallback& fallback) {
     if (!m_globals.isDefined(fallback.globalSlot)) {
-        failUndefined(fallback.globalSlot);
+        return failUndefined(fallback.globalSlot);
     }
     assignRegister(target, RubyValue(m_globals.value(fallback.globalSlot)));
+    return Status::Done;
 }
-
-void Engine::failUndefined(std::size_t globalSlot) { undefinedName(program(), line(), m_globals.nameOf(globalSlot)); }
 
 }  // namespace morvel::ruby::internal

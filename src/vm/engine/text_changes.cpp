@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "value/operators.h"
-#include "value/render.h"
 #include "vm/engine/engine.h"
 #include "vm/engine/registers.h"
 
@@ -34,25 +33,26 @@ RubyValue* findElement(RubyValue& container, const RubyValue& index) {
 
 }  // namespace
 
-void append(StringBox& box, const RubyValue& part) {
-    if (part.isString()) {
-        box.text += part.asString();
-    } else {
-        // A rendering may fail half-way.
-        std::string text;
-        appendText(text, part);
-        box.text += text;
-    }
+Status Engine::append(StringBox& box, const RubyValue& part) {
+    const Fault fault = appendOperand(box.text, part);
     box.hash = 0;
+    return checked(fault);
 }
 
-RubyValue Engine::operandText(const RubyValue& value) const {
-    return value.isString() ? value : withOverflowLocated([&] { return RubyValue(value.toString()); });
+Status Engine::operandText(const RubyValue& value, RubyValue& text) {
+    if (value.isString()) {
+        text = value;
+        return Status::Done;
+    }
+    std::string rendered;
+    const Fault fault = appendOperand(rendered, value);
+    text = RubyValue(std::move(rendered));
+    return checked(fault);
 }
 
 RubyValue* Engine::replacedNext(const RubyValue* value) const {
-    const EngineInstruction& next = *m_current->next;
-    const auto isRegister = [&](std::uint16_t number) { return m_current->base + number / 2 == value; };
+    const EngineInstruction& next = *m_context.frame->next;
+    const auto isRegister = [&](std::uint16_t number) { return m_context.frame->base + number / 2 == value; };
     if (next.op == EngineOp::StoreGlobalMove) {
         return isRegister(next.a) ? m_globals.values() + next.wide() / 2 : nullptr;
     }
@@ -60,10 +60,12 @@ RubyValue* Engine::replacedNext(const RubyValue* value) const {
     if (info.operation != Operation::SetIndex || (next.n & kSecondDies) == 0 || !isRegister(next.c)) {
         return nullptr;
     }
-    RubyValue* const containers = info.operands[0] == EngineOperand::Register ? m_current->base : m_globals.values();
-    const RubyValue* const indices = info.operands[1] == EngineOperand::Register   ? m_current->base
-                                     : info.operands[1] == EngineOperand::Constant ? m_current->code->constants.data()
-                                                                                   : m_globals.values();
+    RubyValue* const containers =
+        info.operands[0] == EngineOperand::Register ? m_context.frame->base : m_globals.values();
+    const RubyValue* const indices = info.operands[1] == EngineOperand::Register ? m_context.frame->base
+                                     : info.operands[1] == EngineOperand::Constant
+                                         ? m_context.frame->code->constants.data()
+                                         : m_globals.values();
     return findElement(containers[next.a / 2], indices[next.b / 2]);
 }
 
@@ -77,14 +79,14 @@ bool Engine::isReplacedNext(const RubyValue* text) const {
 
 void Engine::releaseLastValue(const RubyValue& text, std::uint8_t flags) const {
     if ((flags & kLastValueDies) != 0) {
-        RubyValue* const lastValue = m_current->base + m_current->code->localCount;
+        RubyValue* const lastValue = m_context.frame->base + m_context.frame->code->localCount;
         if (lastValue->isString() && lastValue->data.box == text.data.box) {
             releaseRegister(lastValue);
         }
     }
 }
 
-bool Engine::addToText(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags) {
+Attempt Engine::addToText(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags) {
     releaseLastValue(*left, flags);
     const bool leftDies = (flags & kFirstDies) != 0;
     if (target != left && leftDies && shareString(*target, *left)) {
@@ -94,23 +96,27 @@ bool Engine::addToText(RubyValue* target, RubyValue* left, RubyValue* right, std
     }
     const bool leftEnds = leftDies || target == left;
     if (leftEnds && (isLone(*left) || (target == left && isReplacedNext(left)))) {
-        withOverflowLocated([&] { append(boxOf(*left), *right); });
+        if (append(boxOf(*left), *right) == Status::Failed) {
+            return Attempt::Failed;
+        }
         releaseIf((flags & kSecondDies) != 0 && right != left, right);
         if (target != left) {
             releaseRegister(target);
             moveRegister(target, left);
         }
-        return true;
+        return Attempt::Done;
     }
     if ((flags & kBeginsAppend) != 0) {
-        beginAppend(target, left, right, flags);
-        return true;
+        return beginAppend(target, left, right, flags) == Status::Failed ? Attempt::Failed : Attempt::Done;
     }
-    return false;
+    return Attempt::Declined;
 }
 
-void Engine::beginAppend(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags) {
-    RubyValue parts = operandText(*right);
+Status Engine::beginAppend(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags) {
+    RubyValue parts;
+    if (operandText(*right, parts) == Status::Failed) {
+        return Status::Failed;
+    }
     RubyValue* const waiting = target - 1;
     if (left != waiting && (flags & kFirstDies) != 0) {
         moveRegister(waiting, left);
@@ -119,53 +125,68 @@ void Engine::beginAppend(RubyValue* target, RubyValue* left, RubyValue* right, s
     }
     releaseIf((flags & kSecondDies) != 0, right);
     assignRegister(target, std::move(parts));
+    return Status::Done;
 }
 
-bool Engine::endAppend(RubyValue* target, RubyValue* parts, RubyValue* right, std::uint8_t flags) {
+Attempt Engine::endAppend(RubyValue* target, RubyValue* parts, RubyValue* right, std::uint8_t flags) {
     RubyValue* const waiting = parts - 1;
     if (!waiting->isString()) {
-        return false;
+        return Attempt::Declined;
     }
     if (isLone(*parts)) {
-        withOverflowLocated([&] { append(boxOf(*parts), *right); });
+        if (append(boxOf(*parts), *right) == Status::Failed) {
+            return Attempt::Failed;
+        }
     } else {
-        assignRegister(parts, addValues(*parts, *right, program(), line()));
+        RubyValue joined;
+        if (checked(add(*parts, *right, joined)) == Status::Failed) {
+            return Attempt::Failed;
+        }
+        assignRegister(parts, std::move(joined));
     }
     releaseIf((flags & kSecondDies) != 0, right);
     releaseLastValue(*waiting, flags);
     const bool isInTarget = target != waiting && shareString(*target, *waiting);
     if (isLone(*waiting) || isInTarget || (target == waiting && isReplacedNext(waiting))) {
-        append(boxOf(*waiting), *parts);
+        if (append(boxOf(*waiting), *parts) == Status::Failed) {
+            return Attempt::Failed;
+        }
         if (target != waiting) {
             releaseRegister(target);
             moveRegister(target, waiting);
         }
     } else {
-        RubyValue joined = addValues(*waiting, *parts, program(), line());
+        RubyValue joined;
+        if (checked(add(*waiting, *parts, joined)) == Status::Failed) {
+            return Attempt::Failed;
+        }
         releaseRegister(waiting);
         assignRegister(target, std::move(joined));
     }
     releaseRegister(parts);
-    return true;
+    return Attempt::Done;
 }
 
-bool Engine::replaceByte(RubyValue* container, const RubyValue& index, RubyValue* value, std::uint8_t flags) {
+Attempt Engine::replaceByte(RubyValue* container, const RubyValue& index, RubyValue* value, std::uint8_t flags) {
     releaseLastValue(*container, flags);
     if (!index.isInteger()) {
-        return false;
+        return Attempt::Declined;
     }
     const auto position = static_cast<std::size_t>(index.data.integer);
     if (position >= container->asString().size() || !(isLone(*container) || isReplacedNext(container))) {
-        return false;
+        return Attempt::Declined;
     }
-    const RubyValue replacement = operandText(*value);
+    RubyValue replacement;
+    if (operandText(*value, replacement) == Status::Failed) {
+        return Attempt::Failed;
+    }
     if (replacement.asString().empty()) {
-        return false;
+        return Attempt::Declined;
     }
     boxOf(*container).text[position] = replacement.asString().front();
     boxOf(*container).hash = 0;
     releaseIf((flags & kSecondDies) != 0, value);
-    return true;
+    return Attempt::Done;
 }
 
 }  // namespace morvel::ruby::internal

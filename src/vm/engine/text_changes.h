@@ -11,7 +11,4 @@ namespace morvel::ruby::internal {
 /// True when nothing else holds this string.
 [[nodiscard]] inline bool isLone(const RubyValue& text) { return text.data.box->references == 1; }
 
-/// Appends the text of `part`. On failure the string is as it was.
-void append(StringBox& box, const RubyValue& part);
-
 }  // namespace morvel::ruby::internal

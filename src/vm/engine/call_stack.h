@@ -1,0 +1,182 @@
+// The active calls of the engine: frames, and the registers that belong to them.
+//
+//      frames                        registers (a chunk of the value stack)
+//   +-----------+  base   +-----------+-------------+------------+-----------------+
+//   |  callee   |-------->| parameters| more locals | last value | temporaries     |
+//   +-----------+         +-----------+-------------+------------+-----------------+
+//   |  caller   |--+                  ^ localCount               ^ firstTemporary  ^ registerCount
+//   +-----------+  |
+//   |    ...    |  |   +--------+------------+--------+-----------+-----------+
+//   +-----------+  +-->| locals | last value |  ...   |  window   | arguments |  the callee's registers begin
+//                      +--------+------------+--------+-----------+-----------+  at the arguments in the window
+//
+// The rule of dead registers: a register that nothing can read any more is dead, and a dead register never holds a
+// boxed value. So it can be written without looking at what it held, and a frame ends by releasing what comes before
+// its temporaries. All registers above the top frame are dead.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <type_traits>
+
+#include "morvel/ruby/function.h"
+#include "value/zeroed_array.h"
+#include "vm/engine/code.h"
+#include "vm/engine/registers.h"
+#include "vm/engine/value_stack.h"
+
+namespace morvel::ruby::internal {
+
+/// What is special about a frame; 0 for a plain call of one script function by another.
+enum FrameFlags : std::uint32_t {
+    kPlainFrame = 0,
+    /// Returning from the frame leaves the run.
+    kEntryFrame = 1,
+    /// The frame is the protected function of a pcall.
+    kProtectedFrame = 2,
+    /// The frame's registers begin a chunk of the value stack.
+    kChunkFrame = 4,
+    /// The frame runs a program's top-level code, and may be all that keeps the program.
+    kProgramFrame = 8,
+    /// The frame's run has failed below others. Its registers are dead, and it goes when it is the top frame.
+    kAbandonedFrame = 16,
+};
+
+/// An active call.
+struct Frame {
+    const Code* code;
+    RubyValue* base;
+    /// Where execution goes on; kept up to date only around what may fail or leave the frame.
+    const EngineInstruction* next;
+    /// Where the call's result goes.
+    RubyValue* result;
+    /// The function being called, kept alive by one reference; null when the caller keeps its program alive.
+    RubyFunctionHandle* handle;
+    std::uint32_t flags;
+    /// The chunk to go back to, for a kChunkFrame.
+    std::uint32_t previousChunk;
+};
+
+/// An error on its way to a pcall, or out of the run.
+struct PendingError {
+    /// Where it is, as messages begin; empty for errors without a place.
+    std::string location;
+    std::string text;
+    /// Raised as StackOverflow when it leaves the run.
+    bool isOverflow = false;
+};
+
+/// What the code of a VM works on while it runs: all state that the instruction loop and what it calls share.
+struct Context {
+    /// The top frame. Below the first real one lies an empty frame.
+    Frame* frame = nullptr;
+    // The limits up to which a call can be entered without further ado: the last frame that there is room for, and the
+    // end of the registers in this chunk.
+    Frame* lastFrame = nullptr;
+    RubyValue* registersEnd = nullptr;
+    /// The globals by slot.
+    RubyValue* globals = nullptr;
+    /// What has failed, once something says so.
+    PendingError error;
+};
+
+static_assert(std::is_standard_layout_v<Context>);
+
+/// True when a plain call of `code` can be entered with its registers at `base`.
+[[nodiscard, gnu::always_inline]] inline bool hasRoomFor(const Context& context, const Code& code,
+                                                         const RubyValue* base) noexcept {
+    return context.frame != context.lastFrame &&
+           code.registerCount < static_cast<std::size_t>(context.registersEnd - base);
+}
+
+/// Brings the registers of a new frame, which hold just the arguments, into the state that its code expects.
+void prepareRegisters(const Code& code, RubyValue* base) noexcept;
+
+/// Enters a plain call that there is room for. `handle`, null or not, takes over one reference.
+[[gnu::always_inline]] inline void enterPlainFrame(Context& context, const Code& code, RubyValue* base,
+                                                   RubyValue* result, RubyFunctionHandle* handle) noexcept {
+    Frame* const frame = ++context.frame;
+    frame->code = &code;
+    frame->base = base;
+    frame->result = result;
+    frame->handle = handle;
+    frame->flags = kPlainFrame;
+    if (code.prologue == Prologue::ClearLastValue) {
+        base[code.localCount].type = RubyValue::Type::Nil;
+    } else if (code.prologue != Prologue::None) {
+        prepareRegisters(code, base);
+    }
+}
+
+/// Leaves a frame that is like a plain one, with the value at `value`, the last temporary alive. `result` is where it
+/// goes.
+[[gnu::always_inline]] inline void leavePlainFrame(Context& context, RubyValue* value, RubyValue* result) noexcept {
+    const Frame* const frame = context.frame;
+    const RubyValue::Type type = value->type;
+    const RubyValue::Data data = value->data;
+    value->type = RubyValue::Type::Nil;
+    RubyValue* const firstTemporary = frame->base + frame->code->firstTemporary;
+    for (RubyValue* local = frame->base; local != firstTemporary; ++local) {
+        if (local->isBoxed()) {
+            releaseRegister(local);
+        }
+    }
+    if (result->isBoxed()) [[unlikely]] {
+        releaseRegister(result);
+    }
+    result->type = type;
+    result->data = data;
+    --context.frame;
+    if (frame->handle != nullptr && --frame->handle->references == 0) [[unlikely]] {
+        destroyBox(static_cast<std::uint8_t>(RubyValue::Type::Function), frame->handle);
+    }
+}
+
+/// The frames of a VM and their registers.
+class CallStack {
+public:
+    /// Keeps the frames and limits of `context` up to date. Throws std::bad_alloc.
+    explicit CallStack(Context& context);
+    CallStack(const CallStack&) = delete;
+    CallStack& operator=(const CallStack&) = delete;
+
+    /// How many frames there are.
+    [[nodiscard]] std::size_t depth() const noexcept {
+        return static_cast<std::size_t>(m_context.frame - m_frames.get());
+    }
+    /// The frame at that depth.
+    [[nodiscard]] const Frame& at(std::size_t depth) const noexcept { return m_frames[depth]; }
+
+    /// Puts a frame for `code` on top, with its registers at `base` or, when they do not fit there, in another chunk.
+    /// The registers are not prepared. False, with nothing changed, when calls nest too deep: "stack overflow". Throws
+    /// std::bad_alloc.
+    [[nodiscard]] bool push(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t flags);
+    /// Releases the first registers of the top frame, which must be all that are not dead, and takes it off.
+    void pop(std::uint32_t registerCount) noexcept;
+    /// Takes off all frames above that depth, and those below that are abandoned.
+    void unwindTo(std::size_t depth) noexcept;
+    /// Ends the frames above `from` up to `to` while others above them go on.
+    void abandon(std::size_t from, std::size_t to) noexcept;
+    /// The depth of the innermost frame of a pcall above `entry`, or `entry`.
+    [[nodiscard]] std::size_t protectedDepth(std::size_t entry) const noexcept;
+
+    /// Gives back what a deep recursion that is over has left.
+    void giveBack() noexcept;
+    /// Gives back the registers that no frame uses; true when there were any.
+    bool giveBackSpare() noexcept { return m_values.giveBackSpare(); }
+
+private:
+    [[nodiscard]] bool growFrames();
+    void moveFrames(std::size_t count);
+
+    Context& m_context;
+    ValueStack m_values;
+    /// The frame below all others has no code of its own.
+    const Code m_noCode{};
+    ZeroedArray<Frame> m_frames;
+    /// How many kProgramFrames there are.
+    std::size_t m_programFrames = 0;
+};
+
+}  // namespace morvel::ruby::internal
