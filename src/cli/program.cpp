@@ -1,7 +1,6 @@
 #include "cli/program.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -15,6 +14,7 @@
 #include <vector>
 
 #include "morvel/ruby/vm.h"
+#include "platform/signals.h"
 
 namespace morvel::ruby::cli {
 
@@ -137,8 +137,7 @@ std::optional<RubyResult> runMode(RubyVM& vm, std::span<char*> words) {
 
 int runProgram(std::span<char*> words) {
     // A reader that goes away or a file that may not grow is an error to report, not a reason to die without a word.
-    (void)std::signal(SIGPIPE, SIG_IGN);
-    (void)std::signal(SIGXFSZ, SIG_IGN);
+    platform::ignoreWriteSignals();
     int status = kSuccess;
     bool isLossReported = false;
     const auto fail = [&status, &isLossReported](std::string_view message) {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/large_pages.h"
 #include "stdlib/joining.h"
-#include "value/large_pages.h"
 #include "value/memory_limit.h"
 
 namespace morvel::ruby::internal::builtins {
@@ -21,7 +21,7 @@ RubyValue arrayNew(const BuiltinCall& call) {
     requireMemory(count, sizeof(RubyValue));
     RubyArray array;
     array.reserve(count);
-    preferLargePages(array.data(), count * sizeof(RubyValue));
+    platform::preferLargePages(array.data(), count * sizeof(RubyValue));
     array.resize(count, call.count() > 1 ? call[1] : RubyValue());
     return array;
 }

@@ -1,23 +1,10 @@
 #include "stdlib/numbers_from_text.h"
 
-// NOLINTNEXTLINE(modernize-deprecated-headers): newlocale is POSIX and not in <clocale>.
-#include <locale.h>
-
 #include <cerrno>
-#include <clocale>
-#include <cstdlib>
+
+#include "platform/c_locale.h"
 
 namespace morvel::ruby::internal {
-
-namespace {
-
-// The host may have set another locale for the process, with another decimal point.
-locale_t cLocale() {
-    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
-    return locale;
-}
-
-}  // namespace
 
 std::optional<std::int64_t> parseInteger(const std::string& text, int base) {
     if (text.empty()) {
@@ -25,7 +12,7 @@ std::optional<std::int64_t> parseInteger(const std::string& text, int base) {
     }
     char* end = nullptr;
     errno = 0;
-    const long long number = strtoll_l(text.c_str(), &end, base, cLocale());
+    const long long number = platform::integerFromText(text.c_str(), &end, base);
     if (errno != 0 || end != text.c_str() + text.size()) {
         return std::nullopt;
     }
@@ -35,7 +22,7 @@ std::optional<std::int64_t> parseInteger(const std::string& text, int base) {
 std::optional<double> parseFloat(const std::string& text) {
     char* end = nullptr;
     errno = 0;
-    const double number = strtod_l(text.c_str(), &end, cLocale());
+    const double number = platform::floatFromText(text.c_str(), &end);
     if (errno != 0 || end != text.c_str() + text.size()) {
         return std::nullopt;
     }

@@ -1,6 +1,6 @@
 #include "value/box_pools.h"
 
-#include "value/thread_end.h"
+#include "platform/thread_end.h"
 
 namespace morvel::ruby::internal {
 
@@ -8,7 +8,7 @@ constinit thread_local BoxPool boxPool;
 
 namespace {
 
-constinit ThreadEnd threadEnd;
+constinit platform::ThreadEnd threadEnd;
 
 void closePool(void* /*unused*/) noexcept {
     boxPool.state = BoxPool::State::Closed;

@@ -1,14 +1,12 @@
 #include "value/files.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <new>
 #include <system_error>
 
+#include "platform/files.h"
 #include "value/spare_memory.h"
 
 namespace morvel::ruby::internal {
@@ -17,7 +15,7 @@ namespace {
 
 bool holdsNul(const std::string& path) { return path.find('\0') != std::string::npos; }
 
-// Opening a directory for reading succeeds on this platform; only reading it fails.
+// Opening a directory for reading may succeed; only reading it fails.
 bool isDirectory(const std::string& path) {
     std::error_code ignored;
     return std::filesystem::is_directory(path, ignored);
@@ -44,14 +42,7 @@ bool openStream(Stream& file, const std::string& path, std::ios::openmode mode) 
 
 }  // namespace
 
-bool canOpenFile(const std::string& path) {
-    if (holdsNul(path)) {
-        return false;
-    }
-    // A file stream would wait for the other end of a pipe with a name.
-    const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    return file >= 0 && close(file) == 0;
-}
+bool canOpenFile(const std::string& path) { return !holdsNul(path) && platform::canOpenForReading(path); }
 
 bool readWholeFile(const std::string& path, std::string& content) {
     if (holdsNul(path) || isDirectory(path)) {

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "value/large_pages.h"
+#include "platform/large_pages.h"
 #include "value/map_probe.h"
 #include "value/numbers.h"
 
@@ -312,7 +312,7 @@ void RubyMap::addSegment(std::size_t segment) {
     }
     const Position count = kFirst << segment;
     Segment entries(static_cast<Entry*>(::operator new (std::size_t{count} * sizeof(Entry))));
-    internal::preferLargePages(entries.get(), std::size_t{count} * sizeof(Entry));
+    platform::preferLargePages(entries.get(), std::size_t{count} * sizeof(Entry));
     if (segment < m_few.size()) {
         // A scan looks at entries that were never used.
         std::uninitialized_value_construct_n(entries.get(), count);

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "morvel/ruby/map.h"
+#include "platform/large_pages.h"
 #include "value/hash.h"
-#include "value/large_pages.h"
 #include "value/map_probe.h"
 
 namespace morvel::ruby {
@@ -235,7 +235,7 @@ void RubyMap::rebuildIndex(std::size_t slots) {
     const auto segmentsOf = [](std::size_t count) { return static_cast<std::size_t>(std::bit_width(count)) - 3; };
     auto table = std::make_unique<NumberedSegment[]>(segmentsOf(slots));
     std::unique_ptr<std::uint32_t[]> fresh(new std::uint32_t[slots]);
-    internal::preferLargePages(fresh.get(), slots * sizeof(std::uint32_t));
+    platform::preferLargePages(fresh.get(), slots * sizeof(std::uint32_t));
     if (m_table == nullptr) {
         for (Position i = 0; i < m_few.size(); ++i) {
             table[i].hold(std::move(m_few[i]), kFirst << i);

@@ -1,8 +1,8 @@
 #include "value/zeroed_array.h"
 
-#include <sys/mman.h>
-
 #include <cstring>
+
+#include "platform/mapped_memory.h"
 
 namespace morvel::ruby::internal {
 
@@ -15,8 +15,7 @@ constexpr std::size_t kLargeBlock = std::size_t{256} * 1024;
 
 ZeroedBlock allocateZeroed(std::size_t bytes) {
     if (bytes >= kLargeBlock) {
-        void* const block = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (block != MAP_FAILED) {
+        if (void* const block = platform::mapZeroed(bytes)) {
             return {block, bytes};
         }
         // The allocator may hold as much that it cannot give back to the system.
@@ -26,7 +25,7 @@ ZeroedBlock allocateZeroed(std::size_t bytes) {
 
 void ZeroedArrayEnd::operator()(void* block) const noexcept {
     if (mappedBytes != 0) {
-        munmap(block, mappedBytes);
+        platform::unmap(block, mappedBytes);
     } else {
         ::operator delete(block);
     }

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "morvel/ruby/error.h"
+#include "platform/free_memory.h"
 #include "value/deferred_release.h"
-#include "value/free_memory.h"
 #include "value/native_stack.h"
 #include "value/spare_memory.h"
 #include "vm/calling.h"
@@ -123,7 +123,7 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
 void Engine::giveBackMemory() noexcept {
     SpareMemory::giveBackAll();
     m_calls.giveBack();
-    returnFreeMemory();
+    platform::returnFreeMemory();
 }
 
 Status Engine::fail(const Fault& fault) {

@@ -1,14 +1,13 @@
-#include "value/large_pages.h"
+#include "platform/large_pages.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstdint>
 
-namespace morvel::ruby::internal {
+namespace morvel::ruby::platform {
 
-void preferLargePages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t bytes) noexcept {
-#ifdef MADV_HUGEPAGE
+void preferLargePages(void* block, std::size_t bytes) noexcept {
     // Two large pages: at its ends a block lies on pages that it only has parts of.
     constexpr std::size_t kLargeBlock = std::size_t{4} * 1024 * 1024;
     if (bytes < kLargeBlock) {
@@ -19,7 +18,6 @@ void preferLargePages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t
     const std::uintptr_t firstPage = (begin + pageSize - 1) & ~(pageSize - 1);
     const std::uintptr_t lastPage = (begin + bytes) & ~(pageSize - 1);
     static_cast<void>(madvise(reinterpret_cast<void*>(firstPage), lastPage - firstPage, MADV_HUGEPAGE));
-#endif
 }
 
-}  // namespace morvel::ruby::internal
+}  // namespace morvel::ruby::platform

@@ -1,11 +1,10 @@
 // What is to be done when a thread ends.
 #pragma once
 
-#include <pthread.h>
-
 #include <atomic>
+#include <cstdint>
 
-namespace morvel::ruby::internal {
+namespace morvel::ruby::platform {
 
 /// A function that the system calls at the end of each thread that asked for it. To ask needs no memory of the general
 /// allocator on a usual system, and may fail without harm: a thread-local object with a destructor, which would do the
@@ -22,8 +21,9 @@ public:
     [[nodiscard]] bool ask() noexcept;
 
 private:
-    pthread_key_t m_key{};
+    /// The system's own name for the function.
+    std::uintptr_t m_key = 0;
     std::atomic<bool> m_isOpen{false};
 };
 
-}  // namespace morvel::ruby::internal
+}  // namespace morvel::ruby::platform

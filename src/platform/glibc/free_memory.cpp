@@ -1,16 +1,12 @@
-#include "value/free_memory.h"
+#include "platform/free_memory.h"
 
-#include <cstdlib>
-#ifdef __GLIBC__
 #include <malloc.h>
 
 #include <array>
 #include <cstddef>
-#endif
+#include <cstdlib>
 
-namespace morvel::ruby::internal {
-
-#ifdef __GLIBC__
+namespace morvel::ruby::platform {
 
 namespace {
 
@@ -44,10 +40,4 @@ void returnFreeMemory() noexcept {
     malloc_trim(0);
 }
 
-#else
-
-void returnFreeMemory() noexcept {}
-
-#endif
-
-}  // namespace morvel::ruby::internal
+}  // namespace morvel::ruby::platform

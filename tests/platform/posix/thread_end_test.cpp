@@ -1,6 +1,7 @@
-#include "value/thread_end.h"
+#include "platform/thread_end.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <thread>
 #include <vector>
@@ -9,7 +10,7 @@ namespace morvel::ruby::tests {
 
 namespace {
 
-using internal::ThreadEnd;
+using platform::ThreadEnd;
 
 int calls = 0;
 
