@@ -1,0 +1,86 @@
+n = 400
+# The game of life on a board with a margin of dead cells: cells reached by two indices, `and` and `or`.
+def make_board(size)
+  board = []
+  y = 0
+  while y < size + 2
+    board << Array.new(size + 2, 0)
+    y += 1
+  end
+  board
+end
+
+def scatter(board, size)
+  seed = 5
+  y = 1
+  while y <= size
+    row = board[y]
+    x = 1
+    while x <= size
+      seed = seed * 16807 % 2147483647
+      if seed % 3 == 0
+        row[x] = 1
+      end
+      x += 1
+    end
+    y += 1
+  end
+end
+
+def neighbours(board, x, y)
+  count = 0
+  dy = -1
+  while dy <= 1
+    dx = -1
+    while dx <= 1
+      if (dx != 0 || dy != 0) && board[y + dy][x + dx] == 1
+        count += 1
+      end
+      dx += 1
+    end
+    dy += 1
+  end
+  count
+end
+
+def next_generation(board, size)
+  fresh = make_board(size)
+  y = 1
+  while y <= size
+    row = fresh[y]
+    x = 1
+    while x <= size
+      count = neighbours(board, x, y)
+      if count == 3 || (count == 2 && board[y][x] == 1)
+        row[x] = 1
+      end
+      x += 1
+    end
+    y += 1
+  end
+  fresh
+end
+
+def run(generations)
+  size = 64
+  board = make_board(size)
+  scatter(board, size)
+  i = 0
+  while i < generations
+    board = next_generation(board, size)
+    i += 1
+  end
+  sum = 0
+  y = 1
+  while y <= size
+    x = 1
+    while x <= size
+      sum = (sum * 3 + board[y][x]) % 1000003
+      x += 1
+    end
+    y += 1
+  end
+  sum
+end
+
+puts run(n)
