@@ -1,0 +1,28 @@
+n = 150000
+# A map from the numbers 1 to n in their order: filled, updated and read.
+def run(count)
+  m = map_new()
+  i = 1
+  while i <= count
+    m[i] = i * i % 1009
+    i = i + 1
+  end
+  round = 0
+  while round < 200
+    i = 1
+    while i <= count
+      m[i] = m[i] + round
+      i = i + 1
+    end
+    round = round + 1
+  end
+  sum = 0
+  i = 1
+  while i <= count
+    sum = (sum * 3 + m[i]) % 1000003
+    i = i + 1
+  end
+  return sum
+end
+
+puts(run(n))

@@ -1,0 +1,23 @@
+n = 100000
+# Maps filled from the largest number down to 1, and read in that order.
+def run(count)
+  sum = 0
+  round = 0
+  while round < 50
+    m = map_new()
+    i = count
+    while i > 0
+      m[i] = i + round
+      i = i - 1
+    end
+    i = count
+    while i > 0
+      sum = (sum * 3 + m[i]) % 1000003
+      i = i - 1
+    end
+    round = round + 1
+  end
+  return sum
+end
+
+puts(run(n))
