@@ -40,6 +40,7 @@ need_build_tools() {
 need_test_tools() {
     need_build_tools
     need_file '/usr/*/gtest/gtest.h' libgtest-dev
+    need_command python3 python3
 }
 
 apt_install() {
