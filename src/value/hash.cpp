@@ -10,11 +10,6 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-struct HashKey {
-    std::uint64_t first;
-    std::uint64_t second;
-};
-
 HashKey drawHashKey() noexcept {
     try {
         std::random_device device;
@@ -27,9 +22,6 @@ HashKey drawHashKey() noexcept {
         return {ticks * 0x9E3779B97F4A7C15U, reinterpret_cast<std::uint64_t>(&drawHashKey)};
     }
 }
-
-// Drawn before any other initialiser runs, so that a map made by one finds the key ready.
-[[gnu::init_priority(101)]] const HashKey kHashKey = drawHashKey();
 
 struct SipState {
     std::uint64_t v0;
@@ -73,8 +65,11 @@ struct SipState {
 
 }  // namespace
 
+// Drawn before any other initialiser runs, so that a map made by one finds the key ready.
+[[gnu::init_priority(101)]] const HashKey hashKey = drawHashKey();
+
 std::uint64_t hashText(std::string_view text) noexcept {
-    SipState state(kHashKey);
+    SipState state(hashKey);
     const char* bytes = text.data();
     std::size_t left = text.size();
     for (; left >= 8; left -= 8, bytes += 8) {
@@ -90,13 +85,6 @@ std::uint64_t hashText(std::string_view text) noexcept {
     state.absorb(last | (std::uint64_t{text.size()} << 56));
     const std::uint64_t hash = state.finish();
     return hash == 0 ? 1 : hash;
-}
-
-std::uint64_t hashInteger(std::int64_t number) noexcept {
-    // Folding the 128-bit product mixes every bit of the number with the secret key.
-    __extension__ using Wide = unsigned __int128;
-    const Wide product = Wide{static_cast<std::uint64_t>(number) ^ kHashKey.first} * (kHashKey.second | 1);
-    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
 }  // namespace morvel::ruby::internal

@@ -18,7 +18,19 @@ struct TextHash {
     [[nodiscard]] std::size_t operator()(std::string_view text) const { return hashText(text); }
 };
 
-/// A hash of an integer key under the same random key.
-[[nodiscard]] std::uint64_t hashInteger(std::int64_t number) noexcept;
+struct HashKey {
+    std::uint64_t first;
+    std::uint64_t second;
+};
+
+/// The key of this process.
+extern const HashKey hashKey;
+
+/// A hash of an integer under the same random key. Folding the 128-bit product mixes every bit of the number with it.
+[[nodiscard]] inline std::uint64_t hashInteger(std::int64_t number) noexcept {
+    __extension__ using Wide = unsigned __int128;
+    const Wide product = Wide{static_cast<std::uint64_t>(number) ^ hashKey.first} * (hashKey.second | 1);
+    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
 
 }  // namespace morvel::ruby::internal

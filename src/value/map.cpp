@@ -98,6 +98,7 @@ void RubyMap::swap(RubyMap& other) noexcept {
     std::swap(m_free, other.m_free);
     std::swap(m_givenUpSlots, other.m_givenUpSlots);
     std::swap(m_isNumbered, other.m_isNumbered);
+    std::swap(m_numberShift, other.m_numberShift);
 }
 
 void RubyMap::reserve(std::size_t count) {
@@ -180,15 +181,13 @@ RubyMap::iterator RubyMap::erase(const_iterator first, const const_iterator& las
 }
 
 RubyValue& RubyMap::findOrInsert(const RubyValue& key) {
-    const Probe probe(key);
-    Entry* const entry = findEntry(probe);
-    if (entry != nullptr) {
-        return entry->value;
+    if (RubyValue* const found = findValue(key)) {
+        return *found;
     }
     if (m_last > kWorthShrinking && m_last / 8 > m_size) {
         giveBackRoom();
     }
-    return append(probe).value;
+    return append(Probe(key)).value;
 }
 
 void RubyMap::giveBackRoom() noexcept {
@@ -201,7 +200,8 @@ void RubyMap::giveBackRoom() noexcept {
 }
 
 std::optional<RubyValue> RubyMap::take(const RubyValue& key) {
-    Entry* const entry = findEntry(Probe(key));
+    Entry* const entry = key.isString() ? findTextEntry(static_cast<internal::StringBox*>(key.data.box))
+                                        : findIntegerEntry(key.data.integer);
     return entry == nullptr ? std::nullopt : std::optional(unlink(*entry));
 }
 
@@ -276,9 +276,8 @@ RubyMap::Entry& RubyMap::link(Key key) noexcept {
     m_tail = position;
     ++m_size;
     if (m_slots != nullptr) {
-        if (m_isNumbered && !numbersSlot(key)) {
+        if (m_isNumbered && !(isIntegerKey(key) && m_slots[numberedSlot(key)] == kNone)) {
             // All enter anew, this one too.
-            m_isNumbered = false;
             enterAllSlots();
         } else {
             enterSlot(key, position);
@@ -364,6 +363,7 @@ void RubyMap::copyPositions(const RubyMap& other) {
     m_free = other.m_free;
     m_givenUpSlots = other.m_givenUpSlots;
     m_isNumbered = other.m_isNumbered;
+    m_numberShift = other.m_numberShift;
 }
 
 }  // namespace morvel::ruby

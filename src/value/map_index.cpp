@@ -15,27 +15,25 @@ namespace morvel::ruby {
 
 using internal::boxOf;
 using internal::fitsKey;
-using internal::hashOfBox;
+using internal::hashOfInteger;
 using internal::integerKey;
 using internal::integerOf;
+using internal::isHashOfInteger;
 using internal::isIntegerKey;
+using internal::keyHashOf;
 using internal::keyOf;
 using internal::StringBox;
 
 namespace {
 
-// The part of a slot that holds bits of the hash; the rest, below, holds the position.
-std::uint32_t tagIn(std::uint32_t slot, std::size_t mask) noexcept { return slot & ~static_cast<std::uint32_t>(mask); }
-
-std::uint32_t tagOf(std::uint64_t hash, std::size_t mask) noexcept {
-    return tagIn(static_cast<std::uint32_t>(hash >> 32), mask);
-}
+// The part of a hash that a slot holds; the low bits choose the group, and in the slot hold the position.
+std::uint32_t tagOf(std::uint32_t hash, std::size_t mask) noexcept { return hash & ~static_cast<std::uint32_t>(mask); }
 
 // Slots are looked at in groups, all of a group at once: which slot of its group a key got is hard to foretell, and a
 // wrong guess of the processor costs more than the whole group.
 constexpr std::size_t kGroupSlots = 8;
 
-std::size_t groupStart(std::uint64_t hash, std::size_t mask) noexcept { return hash & mask & ~(kGroupSlots - 1); }
+std::size_t groupStart(std::size_t hash, std::size_t mask) noexcept { return hash & mask & ~(kGroupSlots - 1); }
 
 /// A group of slots.
 class SlotGroup {
@@ -72,7 +70,7 @@ constexpr std::uint32_t kGivenUp = 1;
 }  // namespace
 
 template <typename Matches>
-RubyMap::Entry* RubyMap::findIndexed(std::uint64_t hash, Matches matches) const noexcept {
+RubyMap::Position RubyMap::findHashed(std::uint32_t hash, Matches matches) const noexcept {
     const std::size_t mask = m_mask;
     const auto tag = tagOf(hash, mask);
     for (std::size_t start = groupStart(hash, mask);; start = groupStart(start + kGroupSlots, mask)) {
@@ -81,25 +79,27 @@ RubyMap::Entry* RubyMap::findIndexed(std::uint64_t hash, Matches matches) const 
             const std::uint32_t slot = m_slots[start + static_cast<unsigned>(std::countr_zero(bits))];
             const auto position = static_cast<Position>(slot & mask);
             // A slot that is free or given up may have the tag too.
-            if (position > kGivenUp) {
-                Entry& entry = indexedEntry(position);
-                if (matches(entry.key)) {
-                    return &entry;
-                }
+            if (position > kGivenUp && matches(indexedEntry(position).key)) {
+                return position;
             }
         }
         if (!group.isFull()) {
-            return nullptr;
+            return kNone;
         }
     }
 }
 
-RubyMap::Entry* RubyMap::findEntry(const Probe& probe) const noexcept {
+// Apart, so that the common cases need little or no memory on the stack.
+[[gnu::noinline]] RubyMap::Entry* RubyMap::findEntry(const Probe& probe) const noexcept {
+    if (m_isNumbered) {
+        return probe.integer == kErased ? nullptr : findIntegerEntry(integerOf(probe.integer));
+    }
     const auto isWanted = [&probe](Key stored) { return matches(stored, probe); };
     if (m_slots == nullptr) {
         return scan(isWanted);
     }
-    return m_isNumbered ? findNumbered(probe.integer) : findIndexed(probe.hash(), isWanted);
+    const Position position = findHashed(probe.hash(), isWanted);
+    return position == kNone ? nullptr : &indexedEntry(position);
 }
 
 bool RubyMap::matches(Key stored, const Probe& probe) noexcept {
@@ -110,83 +110,75 @@ bool RubyMap::matches(Key stored, const Probe& probe) noexcept {
     if (&box == probe.box) {
         return true;
     }
-    const bool differs = probe.box != nullptr && probe.box->hash != 0 && box.hash != 0 && box.hash != probe.box->hash;
+    const bool differs =
+        probe.box != nullptr && probe.box->keyHash != 0 && box.keyHash != 0 && box.keyHash != probe.box->keyHash;
     return !differs && box.text == probe.text;
 }
 
 RubyValue* RubyMap::findValue(const RubyValue& key) {
-    if (key.isString()) {
-        return findText(static_cast<StringBox*>(key.data.box));
+    return key.isString() ? findText(static_cast<StringBox*>(key.data.box)) : findInteger(key.data.integer);
+}
+
+RubyMap::Entry* RubyMap::findTextEntry(StringBox* box) const noexcept {
+    if (m_slots == nullptr) {
+        return findEntry(Probe(box));
     }
-    return findInteger(key.data.integer);
-}
-
-RubyValue* RubyMap::findEqualText(StringBox* box) noexcept {
-    Entry* entry = nullptr;
-    if (m_slots == nullptr || m_isNumbered || internal::canonicalInteger(box->text)) {
-        entry = findEntry(Probe(box));
-    } else {
-        // All texts that the index knows have their hash with them.
-        const std::uint64_t hash = hashOfBox(*box);
-        entry = findIndexed(hash, [box, hash](Key stored) {
-            if (stored == keyOf(box)) {
-                return true;
-            }
-            return !isIntegerKey(stored) && boxOf(stored)->hash == hash && boxOf(stored)->text == box->text;
-        });
+    const Key word = keyOf(box);
+    const Position remembered = box->keyPosition;
+    if (remembered >= kFirst && remembered <= m_last) {
+        Entry& entry = indexedEntry(remembered);
+        if (entry.key == word) {
+            return &entry;
+        }
     }
-    return entry == nullptr ? nullptr : &entry->value;
+    const std::uint32_t hash = keyHashOf(*box);
+    if (m_isNumbered || isHashOfInteger(hash)) {
+        return findEntry(Probe(box));
+    }
+    // All texts that the index knows have their hash with them.
+    const Position position = findHashed(hash, [box, word, hash](Key stored) {
+        return stored == word ||
+               (!isIntegerKey(stored) && boxOf(stored)->keyHash == hash && boxOf(stored)->text == box->text);
+    });
+    if (position == kNone) {
+        return nullptr;
+    }
+    box->keyPosition = position;
+    return &indexedEntry(position);
 }
 
-// Apart, so that the common cases need little or no memory on the stack.
-[[gnu::noinline]] RubyValue* RubyMap::findLargeInteger(std::int64_t number) noexcept {
-    Entry* const entry = findEntry(Probe(RubyValue(number)));
-    return entry == nullptr ? nullptr : &entry->value;
-}
-
-[[gnu::noinline]] RubyValue* RubyMap::findHashedInteger(std::int64_t number) noexcept {
-    Entry* const entry = findIndexed(internal::hashInteger(number),
-                                     [wanted = integerKey(number)](Key stored) { return stored == wanted; });
-    return entry == nullptr ? nullptr : &entry->value;
-}
-
-RubyValue* RubyMap::findInteger(std::int64_t number) noexcept {
+RubyMap::Entry* RubyMap::findIntegerEntry(std::int64_t number) const noexcept {
+    const Key word = integerKey(number);
     if (m_isNumbered) {
-        if (static_cast<std::uint64_t>(number) > m_mask) {
+        const Position position = m_slots[numberedSlot(word)];
+        if (position == kNone) {
             return nullptr;
         }
-        const Position position = m_slots[static_cast<std::size_t>(number)];
-        return position == kNone ? nullptr : &indexedEntry(position).value;
+        Entry& entry = indexedEntry(position);
+        // A number that is too large for a key word has the word of another one.
+        return integerOf(entry.key) == number ? &entry : nullptr;
     }
     if (!fitsKey(number)) [[unlikely]] {
-        return findLargeInteger(number);
+        return findEntry(Probe(RubyValue(number)));
     }
-    if (m_slots != nullptr) {
-        return findHashedInteger(number);
+    const auto isWanted = [word](Key stored) { return stored == word; };
+    if (m_slots == nullptr) {
+        return scan(isWanted);
     }
-    Entry* const entry = scan([wanted = integerKey(number)](Key stored) { return stored == wanted; });
-    return entry == nullptr ? nullptr : &entry->value;
-}
-
-bool RubyMap::numbersSlot(Key key) const noexcept {
-    return isIntegerKey(key) && static_cast<std::uint64_t>(integerOf(key)) <= m_mask;
-}
-
-RubyMap::Entry* RubyMap::findNumbered(Key key) const noexcept {
-    const Position position = numbersSlot(key) ? m_slots[static_cast<std::size_t>(integerOf(key))] : kNone;
+    const Position position = findHashed(hashOfInteger(number), isWanted);
     return position == kNone ? nullptr : &indexedEntry(position);
 }
 
-std::uint64_t RubyMap::hashOf(Key key) noexcept {
-    return isIntegerKey(key) ? internal::hashInteger(integerOf(key)) : hashOfBox(*boxOf(key));
+std::uint32_t RubyMap::hashOf(Key key) noexcept {
+    return isIntegerKey(key) ? hashOfInteger(integerOf(key)) : keyHashOf(*boxOf(key));
 }
 
 void RubyMap::enterSlot(Key key, Position position) noexcept {
     if (m_isNumbered) {
-        m_slots[static_cast<std::size_t>(integerOf(key))] = position;
+        m_slots[numberedSlot(key)] = position;
         return;
     }
-    const std::uint64_t hash = hashOf(key);
+    const std::uint32_t hash = hashOf(key);
     const std::size_t mask = m_mask;
     std::size_t slot = groupStart(hash, mask);
     while (m_slots[slot] > kGivenUp) {
@@ -198,10 +190,10 @@ void RubyMap::enterSlot(Key key, Position position) noexcept {
 
 void RubyMap::leaveSlot(Key key, Position position) noexcept {
     if (m_isNumbered) {
-        m_slots[static_cast<std::size_t>(integerOf(key))] = kNone;
+        m_slots[numberedSlot(key)] = kNone;
         return;
     }
-    const std::uint64_t hash = hashOf(key);
+    const std::uint32_t hash = hashOf(key);
     const std::size_t mask = m_mask;
     const std::uint32_t entered = tagOf(hash, mask) | position;
     std::size_t slot = groupStart(hash, mask);
@@ -223,11 +215,37 @@ void RubyMap::leaveSlot(Key key, Position position) noexcept {
 }
 
 void RubyMap::enterAllSlots() noexcept {
-    std::fill_n(m_slots.get(), slotCount(), 0);
     m_givenUpSlots = 0;
+    m_isNumbered = numberAllSlots();
+    if (m_isNumbered) {
+        return;
+    }
+    std::fill_n(m_slots.get(), slotCount(), 0);
     for (Position position = m_head; position != kNone; position = entryAt(position).next) {
         enterSlot(entryAt(position).key, position);
     }
+}
+
+/// Enters every key in the slot of its own number; false when two would have the same or one is a text.
+bool RubyMap::numberAllSlots() noexcept {
+    Key differing = 0;
+    for (Position position = m_head; position != kNone; position = entryAt(position).next) {
+        if (!isIntegerKey(entryAt(position).key)) {
+            return false;
+        }
+        differing |= entryAt(position).key ^ entryAt(m_head).key;
+    }
+    // Multiples of a power of two differ in higher bits only; the lowest bit says that a key is an integer.
+    m_numberShift = static_cast<std::uint8_t>(differing == 0 ? 1 : std::countr_zero(differing));
+    std::fill_n(m_slots.get(), slotCount(), kNone);
+    for (Position position = m_head; position != kNone; position = entryAt(position).next) {
+        std::uint32_t& slot = m_slots[numberedSlot(entryAt(position).key)];
+        if (slot != kNone) {
+            return false;
+        }
+        slot = position;
+    }
+    return true;
 }
 
 void RubyMap::rebuildIndex(std::size_t slots) {
@@ -246,10 +264,6 @@ void RubyMap::rebuildIndex(std::size_t slots) {
     m_table = std::move(table);
     m_slots = std::move(fresh);
     m_mask = static_cast<std::uint32_t>(slots - 1);
-    m_isNumbered = true;
-    for (Position position = m_head; m_isNumbered && position != kNone; position = entryAt(position).next) {
-        m_isNumbered = numbersSlot(entryAt(position).key);
-    }
     enterAllSlots();
 }
 

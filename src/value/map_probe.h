@@ -35,10 +35,15 @@ inline StringBox* boxOf(std::uint64_t key) noexcept {
 
 inline std::uint64_t keyOf(StringBox* box) noexcept { return reinterpret_cast<std::uintptr_t>(box); }
 
+/// True for texts that begin like an integer; most keys do not.
+inline bool beginsLikeInteger(std::string_view text) noexcept {
+    return !text.empty() && (text[0] == '-' || (text[0] >= '0' && text[0] <= '9'));
+}
+
 /// The integer whose decimal text is exactly `text`, so that the text and the integer stand for each other.
 inline std::optional<std::int64_t> canonicalInteger(std::string_view text) noexcept {
     constexpr std::size_t kMostCharacters = 20;
-    if (text.empty() || text.size() > kMostCharacters || (text[0] != '-' && (text[0] < '0' || text[0] > '9'))) {
+    if (!beginsLikeInteger(text) || text.size() > kMostCharacters) {
         return std::nullopt;
     }
     const bool negative = text[0] == '-';
@@ -54,13 +59,33 @@ inline std::optional<std::int64_t> canonicalInteger(std::string_view text) noexc
     return number;
 }
 
-/// The hash of a text, computed once and kept with it.
-inline std::uint64_t hashOfBox(const StringBox& box) noexcept {
-    if (box.hash == 0) {
-        box.hash = hashText(box.text);
-    }
-    return box.hash;
+// A key hash has 32 bits, of which the lowest three choose no group of slots: they tell other things.
+inline constexpr std::uint32_t kKnown = 1;
+inline constexpr std::uint32_t kIsInteger = 2;
+
+/// The hash of an integer key.
+inline std::uint32_t hashOfInteger(std::int64_t number) noexcept {
+    return static_cast<std::uint32_t>(hashInteger(number));
 }
+
+/// The hash of a text as a key, never 0.
+inline std::uint32_t keyHashOf(std::string_view text) noexcept {
+    if (canonicalInteger(text)) {
+        return kKnown | kIsInteger;
+    }
+    return (static_cast<std::uint32_t>(hashText(text)) & ~kIsInteger) | kKnown;
+}
+
+/// The same for a box, computed once and kept with it.
+inline std::uint32_t keyHashOf(const StringBox& box) noexcept {
+    if (box.keyHash == 0) {
+        box.keyHash = keyHashOf(std::string_view(box.text));
+    }
+    return box.keyHash;
+}
+
+/// True when the key hash of a text says that the text is an integer, whose own hash counts then.
+inline bool isHashOfInteger(std::uint32_t hash) noexcept { return (hash & kIsInteger) != 0; }
 
 }  // namespace internal
 
@@ -68,13 +93,11 @@ inline std::uint64_t hashOfBox(const StringBox& box) noexcept {
 struct RubyMap::Probe {
     explicit Probe(std::string_view keyText) noexcept : text(keyText) { recognizeInteger(); }
 
-    explicit Probe(internal::StringBox* keyBox) noexcept : box(keyBox), text(keyBox->text) { recognizeInteger(); }
+    explicit Probe(internal::StringBox* keyBox) noexcept { setBox(keyBox); }
 
     explicit Probe(const RubyValue& keyValue) noexcept {
         if (!keyValue.isInteger()) {
-            box = static_cast<internal::StringBox*>(keyValue.data.box);
-            text = box->text;
-            recognizeInteger();
+            setBox(static_cast<internal::StringBox*>(keyValue.data.box));
         } else if (internal::fitsKey(keyValue.data.integer)) {
             integer = internal::integerKey(keyValue.data.integer);
         } else {
@@ -86,17 +109,25 @@ struct RubyMap::Probe {
     Probe(const Probe&) = delete;
     Probe& operator=(const Probe&) = delete;
 
+    void setBox(internal::StringBox* keyBox) noexcept {
+        box = keyBox;
+        text = keyBox->text;
+        if (internal::beginsLikeInteger(text) && internal::isHashOfInteger(internal::keyHashOf(*keyBox))) {
+            recognizeInteger();
+        }
+    }
+
     void recognizeInteger() noexcept {
         if (const auto number = internal::canonicalInteger(text)) {
             integer = internal::integerKey(*number);
         }
     }
 
-    [[nodiscard]] std::uint64_t hash() const noexcept {
+    [[nodiscard]] std::uint32_t hash() const noexcept {
         if (integer != kErased) {
-            return internal::hashInteger(internal::integerOf(integer));
+            return internal::hashOfInteger(internal::integerOf(integer));
         }
-        return box != nullptr ? internal::hashOfBox(*box) : internal::hashText(text);
+        return box != nullptr ? internal::keyHashOf(*box) : internal::keyHashOf(text);
     }
 
     /// The key word to store; owns one reference when it is a box.

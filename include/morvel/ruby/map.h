@@ -275,10 +275,10 @@ public:
                 return &entry->value;
             }
         }
-        return findEqualText(box);
+        return valueOf(findTextEntry(box));
     }
     /// The same for a key that is an integer.
-    [[nodiscard]] RubyValue* findInteger(std::int64_t number) noexcept;
+    [[nodiscard]] RubyValue* findInteger(std::int64_t number) noexcept { return valueOf(findIntegerEntry(number)); }
     /// The keys in insertion order, as string values that share their text with the map where they can.
     [[nodiscard]] RubyArray keyValues() const;
     /// The stored values in insertion order.
@@ -384,24 +384,28 @@ private:
     static void retainKey(Key key) noexcept;
     static void releaseKey(Key key) noexcept;
     static bool matches(Key stored, const Probe& probe) noexcept;
-    static std::uint64_t hashOf(Key key) noexcept;
+    static std::uint32_t hashOf(Key key) noexcept;
 
-    [[nodiscard]] RubyValue* findEqualText(internal::StringBox* box) noexcept;
-    [[nodiscard]] RubyValue* findLargeInteger(std::int64_t number) noexcept;
-    [[nodiscard]] RubyValue* findHashedInteger(std::int64_t number) noexcept;
+    static RubyValue* valueOf(Entry* entry) noexcept { return entry == nullptr ? nullptr : &entry->value; }
+
+    // The finders give the entry of a key, or null. The first two are those of scripts; the third takes any key.
+    [[nodiscard]] Entry* findTextEntry(internal::StringBox* box) const noexcept;
+    [[nodiscard]] Entry* findIntegerEntry(std::int64_t number) const noexcept;
     [[nodiscard]] Entry* findEntry(const Probe& probe) const noexcept;
-    /// The entry whose key word has this hash and `matches`, looked up through the index, or null.
+    /// The position of the key word that has this hash and `matches`, by the index of a map that is not numbered.
     template <typename Matches>
-    [[nodiscard]] Entry* findIndexed(std::uint64_t hash, Matches matches) const noexcept;
-    /// The entry with this key in a map whose slots are numbered by keys, or null.
-    [[nodiscard]] Entry* findNumbered(Key key) const noexcept;
-    /// True for the integers that number a slot.
-    [[nodiscard]] bool numbersSlot(Key key) const noexcept;
+    [[nodiscard]] Position findHashed(std::uint32_t hash, Matches matches) const noexcept;
+
+    /// The slot of an integer key in a numbered map.
+    [[nodiscard]] std::size_t numberedSlot(Key key) const noexcept {
+        return static_cast<std::size_t>(key >> m_numberShift) & m_mask;
+    }
 
     [[nodiscard]] std::size_t slotCount() const noexcept { return m_slots == nullptr ? 0 : std::size_t{m_mask} + 1; }
     void enterSlot(Key key, Position position) noexcept;
     void leaveSlot(Key key, Position position) noexcept;
     void enterAllSlots() noexcept;
+    [[nodiscard]] bool numberAllSlots() noexcept;
     void rebuildIndex(std::size_t slots);
 
     Entry& append(const Probe& probe);
@@ -422,8 +426,8 @@ private:
     /// low bits, as many as the size of the table needs, and in the bits above them those of the key's hash, so that
     /// most other keys are told apart without a look at their entries. A group is filled from its first slot on; 0 is a
     /// free slot, 1 a slot of a full group that was given up: the search for a key goes on past full groups, so they
-    /// stay full until all slots are entered anew. When every key is the number of a slot, each entry's position is in
-    /// just that slot, and `m_isNumbered` is set.
+    /// stay full until all slots are entered anew. In a numbered map, a slot holds just the position of the one key
+    /// that it belongs to.
     std::unique_ptr<std::uint32_t[]> m_slots;
     /// The number of slots less 1.
     std::uint32_t m_mask = 0;
@@ -435,7 +439,10 @@ private:
     /// The position that was erased last and is not in use again.
     Position m_free = kNone;
     std::uint32_t m_givenUpSlots = 0;
+    /// True when all keys are integers whose low bits are the numbers of slots, a different one for each.
     bool m_isNumbered = false;
+    /// The number of low bits of a key word that all keys of a numbered map have in common.
+    std::uint8_t m_numberShift = 0;
 };
 
 /// What insert_or_assign gives: the entry and whether it is new; as a bool, whether it is new.

@@ -37,8 +37,11 @@ struct StringBox : Box {
     explicit StringBox(std::string content) noexcept : text(std::move(content)) {}
     explicit StringBox(std::string_view content) : text(content) {}
 
-    /// Cached map hash of `text`; 0 while not known. Whoever changes `text` resets it.
-    mutable std::uint64_t hash = 0;
+    /// What maps know about `text`, 0 while it is not known: its hash as a key, and whether it is the text of an
+    /// integer. Whoever changes `text` resets it.
+    mutable std::uint32_t keyHash = 0;
+    /// Where this very box was last found as a key of a map with an index: mostly it is there again.
+    mutable std::uint32_t keyPosition = 0;
     std::string text;
 
     static void* operator new(std::size_t size);

@@ -35,7 +35,7 @@ RubyValue* findElement(RubyValue& container, const RubyValue& index) {
 
 Status Engine::append(StringBox& box, const RubyValue& part) {
     const Fault fault = appendOperand(box.text, part);
-    box.hash = 0;
+    box.keyHash = 0;
     return checked(fault);
 }
 
@@ -184,7 +184,7 @@ Attempt Engine::replaceByte(RubyValue* container, const RubyValue& index, RubyVa
         return Attempt::Declined;
     }
     boxOf(*container).text[position] = replacement.asString().front();
-    boxOf(*container).hash = 0;
+    boxOf(*container).keyHash = 0;
     releaseIf((flags & kSecondDies) != 0, value);
     return Attempt::Done;
 }
