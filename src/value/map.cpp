@@ -187,6 +187,10 @@ RubyValue& RubyMap::findOrInsert(const RubyValue& key) {
     if (m_last > kWorthShrinking && m_last / 8 > m_size) {
         giveBackRoom();
     }
+    if (key.isInteger() && internal::fitsKey(key.data.integer)) {
+        makeRoom();
+        return link(internal::integerKey(key.data.integer)).value;
+    }
     return append(Probe(key)).value;
 }
 
@@ -254,7 +258,7 @@ void RubyMap::releaseKey(Key key) noexcept {
     }
 }
 
-RubyMap::Entry& RubyMap::append(const Probe& probe) {
+[[gnu::noinline]] RubyMap::Entry& RubyMap::append(const Probe& probe) {
     makeRoom();
     return link(probe.makeKey());
 }
@@ -276,11 +280,13 @@ RubyMap::Entry& RubyMap::link(Key key) noexcept {
     m_tail = position;
     ++m_size;
     if (m_slots != nullptr) {
-        if (m_isNumbered && !(isIntegerKey(key) && m_slots[numberedSlot(key)] == kNone)) {
+        if (!m_isNumbered) {
+            enterSlot(key, position);
+        } else if (isIntegerKey(key) && m_slots[numberedSlot(key)] == kNone) {
+            m_slots[numberedSlot(key)] = position;
+        } else {
             // All enter anew, this one too.
             enterAllSlots();
-        } else {
-            enterSlot(key, position);
         }
     }
     return entry;
@@ -325,7 +331,9 @@ void RubyMap::addSegment(std::size_t segment) {
 
 RubyValue RubyMap::unlink(Entry& entry) noexcept {
     const Position position = positionOf(entry);
-    if (m_slots != nullptr) {
+    if (m_isNumbered) {
+        m_slots[numberedSlot(entry.key)] = kNone;
+    } else if (m_slots != nullptr) {
         leaveSlot(entry.key, position);
     }
     (entry.previous == kNone ? m_head : entryAt(entry.previous).next) = entry.next;

@@ -120,21 +120,22 @@ RubyValue* RubyMap::findValue(const RubyValue& key) {
 }
 
 RubyMap::Entry* RubyMap::findTextEntry(StringBox* box) const noexcept {
-    if (m_slots == nullptr) {
-        return findEntry(Probe(box));
-    }
-    const Key word = keyOf(box);
     const Position remembered = box->keyPosition;
-    if (remembered >= kFirst && remembered <= m_last) {
+    if (m_table != nullptr && remembered >= kFirst && remembered <= m_last) {
         Entry& entry = indexedEntry(remembered);
-        if (entry.key == word) {
+        if (entry.key == keyOf(box)) {
             return &entry;
         }
     }
+    return findEqualText(box);
+}
+
+[[gnu::noinline]] RubyMap::Entry* RubyMap::findEqualText(StringBox* box) const noexcept {
     const std::uint32_t hash = keyHashOf(*box);
-    if (m_isNumbered || isHashOfInteger(hash)) {
+    if (m_slots == nullptr || m_isNumbered || isHashOfInteger(hash)) {
         return findEntry(Probe(box));
     }
+    const Key word = keyOf(box);
     // All texts that the index knows have their hash with them.
     const Position position = findHashed(hash, [box, word, hash](Key stored) {
         return stored == word ||
@@ -158,14 +159,18 @@ RubyMap::Entry* RubyMap::findIntegerEntry(std::int64_t number) const noexcept {
         // A number that is too large for a key word has the word of another one.
         return integerOf(entry.key) == number ? &entry : nullptr;
     }
-    if (!fitsKey(number)) [[unlikely]] {
+    if (m_slots == nullptr && fitsKey(number)) {
+        return scan([word](Key stored) { return stored == word; });
+    }
+    return findHashedInteger(number);
+}
+
+[[gnu::noinline]] RubyMap::Entry* RubyMap::findHashedInteger(std::int64_t number) const noexcept {
+    if (m_slots == nullptr || !fitsKey(number)) {
         return findEntry(Probe(RubyValue(number)));
     }
-    const auto isWanted = [word](Key stored) { return stored == word; };
-    if (m_slots == nullptr) {
-        return scan(isWanted);
-    }
-    const Position position = findHashed(hashOfInteger(number), isWanted);
+    const Position position =
+        findHashed(hashOfInteger(number), [word = integerKey(number)](Key stored) { return stored == word; });
     return position == kNone ? nullptr : &indexedEntry(position);
 }
 
@@ -174,10 +179,6 @@ std::uint32_t RubyMap::hashOf(Key key) noexcept {
 }
 
 void RubyMap::enterSlot(Key key, Position position) noexcept {
-    if (m_isNumbered) {
-        m_slots[numberedSlot(key)] = position;
-        return;
-    }
     const std::uint32_t hash = hashOf(key);
     const std::size_t mask = m_mask;
     std::size_t slot = groupStart(hash, mask);
@@ -189,10 +190,6 @@ void RubyMap::enterSlot(Key key, Position position) noexcept {
 }
 
 void RubyMap::leaveSlot(Key key, Position position) noexcept {
-    if (m_isNumbered) {
-        m_slots[numberedSlot(key)] = kNone;
-        return;
-    }
     const std::uint32_t hash = hashOf(key);
     const std::size_t mask = m_mask;
     const std::uint32_t entered = tagOf(hash, mask) | position;

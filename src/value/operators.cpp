@@ -297,13 +297,6 @@ RubyValue& setMapValue(RubyMap& map, const RubyValue& key) {
     return map.findOrInsert(valueKeyString(key));
 }
 
-std::optional<RubyValue> takeMapValue(RubyMap& map, const RubyValue& key) {
-    if (key.isString() || key.isInteger()) {
-        return map.take(key);
-    }
-    return map.take(valueKeyString(key));
-}
-
 }  // namespace morvel::ruby::internal
 
 namespace morvel::ruby {

@@ -85,6 +85,11 @@ inline constexpr Fault kNoMapKey{"unsupported map key type", Fault::Kind::Placel
 [[nodiscard]] RubyValue& setMapValue(RubyMap& map, const RubyValue& key);
 
 /// Removes the entry of `key`; its value, or nothing when there is none. Fails as valueKeyString.
-[[nodiscard]] std::optional<RubyValue> takeMapValue(RubyMap& map, const RubyValue& key);
+[[nodiscard]] inline std::optional<RubyValue> takeMapValue(RubyMap& map, const RubyValue& key) {
+    if (key.isString() || key.isInteger()) {
+        return map.take(key);
+    }
+    return map.take(valueKeyString(key));
+}
 
 }  // namespace morvel::ruby::internal

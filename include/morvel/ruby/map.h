@@ -328,7 +328,7 @@ private:
 
     /// The number of the highest bit of a position.
     [[nodiscard]] static std::size_t highestBit(Position position) noexcept {
-        return 31U ^ static_cast<unsigned>(std::countl_zero(position));
+        return 31U - static_cast<unsigned>(std::countl_zero(position));
     }
     /// The number of the segment that a position is in.
     [[nodiscard]] static std::size_t segmentOf(Position position) noexcept { return highestBit(position) - 2; }
@@ -392,6 +392,8 @@ private:
     [[nodiscard]] Entry* findTextEntry(internal::StringBox* box) const noexcept;
     [[nodiscard]] Entry* findIntegerEntry(std::int64_t number) const noexcept;
     [[nodiscard]] Entry* findEntry(const Probe& probe) const noexcept;
+    [[nodiscard]] Entry* findEqualText(internal::StringBox* box) const noexcept;
+    [[nodiscard]] Entry* findHashedInteger(std::int64_t number) const noexcept;
     /// The position of the key word that has this hash and `matches`, by the index of a map that is not numbered.
     template <typename Matches>
     [[nodiscard]] Position findHashed(std::uint32_t hash, Matches matches) const noexcept;
@@ -402,8 +404,10 @@ private:
     }
 
     [[nodiscard]] std::size_t slotCount() const noexcept { return m_slots == nullptr ? 0 : std::size_t{m_mask} + 1; }
+    // Of a map that is not numbered.
     void enterSlot(Key key, Position position) noexcept;
     void leaveSlot(Key key, Position position) noexcept;
+
     void enterAllSlots() noexcept;
     [[nodiscard]] bool numberAllSlots() noexcept;
     void rebuildIndex(std::size_t slots);

@@ -259,6 +259,17 @@ Status Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* v
             return Status::Done;
         }
     }
+    if (container->isMap() && (index->isString() || index->isInteger())) {
+        RubyValue& entry = container->asMap().findOrInsert(*index);
+        releaseIf((flags & kFirstDies) != 0, index);
+        const RubyValue old = std::move(entry);
+        if ((flags & kSecondDies) != 0) {
+            moveRegister(&entry, value);
+        } else {
+            copyToDead(&entry, value);
+        }
+        return Status::Done;
+    }
     if (container->isString()) {
         const Attempt attempt = replaceByte(container, *index, value, flags);
         if (attempt != Attempt::Declined) {
