@@ -3,6 +3,7 @@
 #include <cmath>
 #include <random>
 
+#include "value/numbers.h"
 #include "vm/impl.h"
 
 namespace morvel::ruby::internal::builtins {
@@ -38,12 +39,6 @@ bool readNumber(const RubyValue& argument, double& number) {
     }
     number = static_cast<double>(argument.data.integer);
     return argument.isInteger();
-}
-
-/// True for integers that a double holds exactly, with all that lie between two of them.
-bool isExactInteger(const RubyValue& argument) {
-    constexpr std::int64_t kLargestExact = std::int64_t{1} << 53;
-    return argument.isInteger() && argument.data.integer < kLargestExact && argument.data.integer > -kLargestExact;
 }
 
 /// Stores what `function` makes of the only argument.

@@ -9,16 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "value/numbers.h"
+
 namespace morvel::ruby::internal {
 
 namespace {
-
-// Integers up to this size are exact as doubles, so that comparing them directly gives the same order.
-constexpr std::int64_t kLargestExact = std::int64_t{1} << 53;
-
-bool isExactInteger(const RubyValue& value) {
-    return value.isInteger() && value.data.integer >= -kLargestExact && value.data.integer <= kLargestExact;
-}
 
 bool isOrderedNumber(const RubyValue& value) { return value.isNumeric() && !std::isnan(value.asFloat()); }
 

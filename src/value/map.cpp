@@ -23,9 +23,10 @@ namespace {
 
 // Up to this many entries a scan is faster than an index.
 constexpr std::size_t kScannedEntries = 8;
-// Room for more entries than are scanned, and for their positions.
+// Three quarters of them take more entries than are scanned, and their numbers are large enough for the positions of
+// those; with 16, the map would have to make a larger index soon after the first.
 constexpr std::size_t kFewestSlots = 32;
-// Memory of erased entries is not worth the trouble below this many.
+// Memory of erased entries is not worth the trouble below this many: it is one or two KiB, less than a page.
 constexpr std::size_t kWorthShrinking = 64;
 
 }  // namespace
@@ -285,8 +286,9 @@ RubyMap::Entry& RubyMap::link(Key key) noexcept {
         } else if (isIntegerKey(key) && m_slots[numberedSlot(key)] == kNone) {
             m_slots[numberedSlot(key)] = position;
         } else {
-            // All enter anew, this one too.
-            enterAllSlots();
+            // All enter anew, this one too. The step between numbers may only get smaller, so that keys that come and
+            // go cannot make it change back and forth.
+            enterAllSlots(m_numberShift);
         }
     }
     return entry;
@@ -301,9 +303,10 @@ void RubyMap::makeRoom() {
         if (m_size >= kMostEntries) {
             throw std::bad_alloc();
         }
+        // Twice as many, so that over all its growth an entry is entered twice on average.
         rebuildIndex(slotCount() * 2);
     } else if (m_givenUpSlots > slotCount() / 16) {
-        enterAllSlots();
+        enterAllSlots(kKeyBits);
     }
     // A power of two is the first position of a segment.
     if (m_free == kNone && (m_last & (m_last + 1)) == 0) {

@@ -11,6 +11,23 @@
 #include "value/hash.h"
 #include "value/map_probe.h"
 
+// How the parts of a map belong together, here of one with the keys "a", "b" and "c", of which "b" was erased:
+//
+//   m_slots     | 0 | 0 | tag,6 | 0 | ... | tag,4 | 0 |     one array; the hash of a key chooses a group of eight
+//                           |                 |
+//                           +-----------------|---------------------+
+//                       +---------------------+                     |
+//                       v                                           v
+//   m_table[0]   4: "a", 1, next 6   5: erased   6: "c", 3, previous 4   7: unused
+//   m_table[1]   8: ...                 ^
+//   m_table[2]  16: ...                 m_free, which the next new key takes
+//
+// The list from m_head to m_tail through `next` is the insertion order. The segments stay where they are; when the
+// slots get too few, only these are made anew. In a numbered map, whose keys are integers, slots hold no tags, and the
+// key alone tells the slot:
+//
+//   key -3  =  ...11111101        4 low bits  ->  slot 13, which holds its position or nothing
+//   key 16, 32, 48: the 4 low bits, which all have in common, are left out  ->  slots 1, 2, 3
 namespace morvel::ruby {
 
 using internal::boxOf;
@@ -30,7 +47,7 @@ namespace {
 std::uint32_t tagOf(std::uint32_t hash, std::size_t mask) noexcept { return hash & ~static_cast<std::uint32_t>(mask); }
 
 // Slots are looked at in groups, all of a group at once: which slot of its group a key got is hard to foretell, and a
-// wrong guess of the processor costs more than the whole group.
+// wrong guess of the processor costs more than the whole group. Eight slots are two vectors, and half a cache line.
 constexpr std::size_t kGroupSlots = 8;
 
 std::size_t groupStart(std::size_t hash, std::size_t mask) noexcept { return hash & mask & ~(kGroupSlots - 1); }
@@ -211,9 +228,9 @@ void RubyMap::leaveSlot(Key key, Position position) noexcept {
     m_slots[last] = 0;
 }
 
-void RubyMap::enterAllSlots() noexcept {
+void RubyMap::enterAllSlots(unsigned shiftLimit) noexcept {
     m_givenUpSlots = 0;
-    m_isNumbered = numberAllSlots();
+    m_isNumbered = numberAllSlots(shiftLimit);
     if (m_isNumbered) {
         return;
     }
@@ -223,8 +240,10 @@ void RubyMap::enterAllSlots() noexcept {
     }
 }
 
-/// Enters every key in the slot of its own number; false when two would have the same or one is a text.
-bool RubyMap::numberAllSlots() noexcept {
+/// Enters every key in the slot of its own number; false when two would have the same, or one is a text, or the keys
+/// have as many low bits in common as the limit says.
+bool RubyMap::numberAllSlots(unsigned shiftLimit) noexcept {
+    constexpr Key kHighestBit = Key{1} << (kKeyBits - 1);
     Key differing = 0;
     for (Position position = m_head; position != kNone; position = entryAt(position).next) {
         if (!isIntegerKey(entryAt(position).key)) {
@@ -233,7 +252,11 @@ bool RubyMap::numberAllSlots() noexcept {
         differing |= entryAt(position).key ^ entryAt(m_head).key;
     }
     // Multiples of a power of two differ in higher bits only; the lowest bit says that a key is an integer.
-    m_numberShift = static_cast<std::uint8_t>(differing == 0 ? 1 : std::countr_zero(differing));
+    const int inCommon = std::countr_zero(differing | kHighestBit);
+    if (static_cast<unsigned>(inCommon) >= shiftLimit) {
+        return false;
+    }
+    m_numberShift = static_cast<std::uint8_t>(inCommon);
     std::fill_n(m_slots.get(), slotCount(), kNone);
     for (Position position = m_head; position != kNone; position = entryAt(position).next) {
         std::uint32_t& slot = m_slots[numberedSlot(entryAt(position).key)];
@@ -261,7 +284,7 @@ void RubyMap::rebuildIndex(std::size_t slots) {
     m_table = std::move(table);
     m_slots = std::move(fresh);
     m_mask = static_cast<std::uint32_t>(slots - 1);
-    enterAllSlots();
+    enterAllSlots(kKeyBits);
 }
 
 }  // namespace morvel::ruby

@@ -1,10 +1,13 @@
 // A cache of short strings, so that equal ones made one after the other share their memory.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,8 +21,9 @@ inline constexpr std::size_t kLongestShortString = 15;
 
 /// Remembers the last short strings that were made. Words, fields and keys repeat: sharing them saves the allocation,
 /// the memory, and the hash of each further copy. The cache takes 32 bytes for each of its sets, a power of two, from
-/// its first use on.
-template <std::size_t Sets>
+/// its first use on. It doubles, up to `MostSets`, when it has forgotten as many strings that are still in use as it
+/// has places for: further copies of those would cost more memory than the places.
+template <std::size_t Sets, std::size_t MostSets = Sets>
 class ShortStrings {
 public:
     /// The string value of a text: of a short one, the same as for an equal text before, where that is remembered.
@@ -28,28 +32,30 @@ public:
             return text;
         }
         if (m_recent.empty()) {
-            m_recent.resize(Sets * 2);
+            m_recent.resize(Sets * kStringsOfSet);
+            m_setShift = shiftFor(Sets);
         }
         const Bytes bytes = bytesOf(text);
-        RubyValue* const set = &m_recent[setOf(bytes, text.size()) * 2];
+        RubyValue* set = &m_recent[setOf(bytes, text.size()) * kStringsOfSet];
         if (!holds(set[0], bytes, text.size())) {
             if (holds(set[1], bytes, text.size())) {
                 return set[1];
             }
             RubyValue fresh(text);
+            if (set[1].isString() && set[1].data.box->references > 1 && ++m_forgotten > m_recent.size() && grow()) {
+                set = &m_recent[setOf(bytes, text.size()) * kStringsOfSet];
+            }
             set[1] = std::move(set[0]);
             set[0] = std::move(fresh);
         }
         return set[0];
     }
 
-    /// Forgets them all; true when there were any.
+    /// Forgets them all, and gives back the memory of the cache; true when there were any.
     bool clear() noexcept {
-        bool hadAny = false;
-        for (RubyValue& string : m_recent) {
-            hadAny |= string.isString();
-            string = RubyValue();
-        }
+        const bool hadAny = std::any_of(m_recent.begin(), m_recent.end(), [](const auto& s) { return s.isString(); });
+        m_recent = {};
+        m_forgotten = 0;
         return hadAny;
     }
 
@@ -84,14 +90,42 @@ private:
                 wordAt<std::uint8_t>(begin + size / 2) << kByteBits | wordAt<std::uint8_t>(begin + size - 1)};
     }
 
-    static std::size_t setOf(const Bytes& bytes, std::size_t size) noexcept {
-        // Two odd numbers without a pattern; the best bits of a product are its highest.
+    /// Doubles the cache; false when it has its full size, or there is no memory for more.
+    bool grow() noexcept {
+        m_forgotten = 0;
+        const std::size_t sets = m_recent.size();
+        if (sets > MostSets) {
+            return false;
+        }
+        try {
+            std::vector<RubyValue> smaller(sets * kStringsOfSet);
+            smaller.swap(m_recent);
+            m_setShift = shiftFor(sets);
+            // Each set spreads over two: the older string of a set goes first.
+            for (std::size_t i = smaller.size(); i-- > 0;) {
+                if (smaller[i].isString()) {
+                    const std::string& text = smaller[i].asString();
+                    RubyValue* const set = &m_recent[setOf(bytesOf(text), text.size()) * kStringsOfSet];
+                    set[1] = std::move(set[0]);
+                    set[0] = std::move(smaller[i]);
+                }
+            }
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+        return true;
+    }
+
+    /// The best bits of a product are its highest: this leaves those that number one of so many sets.
+    static unsigned shiftFor(std::size_t sets) noexcept {
+        return static_cast<unsigned>(std::numeric_limits<std::uint64_t>::digits - std::countr_zero(sets));
+    }
+
+    std::size_t setOf(const Bytes& bytes, std::size_t size) const noexcept {
+        // Two odd numbers without a pattern.
         constexpr std::uint64_t kMixFirst = 0x9E3779B97F4A7C15;
         constexpr std::uint64_t kMixLast = 0xD6E8FEB86659FD93;
-        constexpr unsigned kSetBits = std::bit_width(Sets) - 1;
-        static_assert(std::has_single_bit(Sets) && Sets > 1);
-        return static_cast<std::size_t>(((bytes.first * kMixFirst) ^ (bytes.last + size)) * kMixLast >>
-                                        (64 - kSetBits));
+        return static_cast<std::size_t>(((bytes.first * kMixFirst) ^ (bytes.last + size)) * kMixLast >> m_setShift);
     }
 
     static bool holds(const RubyValue& value, const Bytes& bytes, std::size_t size) noexcept {
@@ -106,7 +140,15 @@ private:
         return held.first == bytes.first && held.last == bytes.last;
     }
 
+    static_assert(std::has_single_bit(Sets) && Sets > 1 && std::has_single_bit(MostSets));
+
+    /// The newer of the two strings of a set stands first.
+    static constexpr std::size_t kStringsOfSet = 2;
+
     std::vector<RubyValue> m_recent;
+    unsigned m_setShift = 0;
+    /// How many strings went that others still held, since the cache got its size.
+    std::size_t m_forgotten = 0;
 };
 
 }  // namespace morvel::ruby::internal

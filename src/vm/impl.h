@@ -22,7 +22,7 @@ namespace internal {
 class Engine;
 
 /// Memory for the words of a text.
-using RecentStrings = ShortStrings<2048>;
+using RecentStrings = ShortStrings<2048, 16384>;
 
 /// Which executor runs functions. Tests compare the two; nothing else changes the choice.
 enum class ExecutorChoice : std::uint8_t { Automatic, PlainOnly };

@@ -145,6 +145,52 @@ TEST_P(MapPatterns, ShrinkingToOneAndGrowing) {
     });
 }
 
+// Integers that are all multiples of eight, but for one that comes and goes, and a large one that comes and goes.
+TEST(MapPatternsOfIntegers, TheStepBetweenThemChanges) {
+    expectConstantCost([](int count) {
+        RubyMap map;
+        for (int i = 0; i < count; ++i) {
+            map.findOrInsert(RubyValue(i * 8)) = i;
+        }
+        // There is room for far more keys then.
+        for (int i = count / 7; i < count; ++i) {
+            map.take(RubyValue(i * 8));
+        }
+        for (int i = 0; i < count; ++i) {
+            const RubyValue large(std::int64_t{1} << (10 + i % 16));
+            map.findOrInsert(large) = i;
+            map.take(large);
+            map.findOrInsert(RubyValue(1)) = i;
+            map.take(RubyValue(1));
+        }
+    });
+}
+
+double secondsToFill(const std::function<std::int64_t(std::int64_t)>& keyOf) {
+    const Work work = [&keyOf](int count) {
+        for (int round = 0; round < 10; ++round) {
+            RubyMap map;
+            for (int i = 0; i < count; ++i) {
+                map.findOrInsert(RubyValue(keyOf(i))) = i;
+            }
+            for (int i = 0; i < 4 * count; ++i) {
+                EXPECT_EQ(i % count, map.findInteger(keyOf(i % count))->data.integer);
+            }
+        }
+    };
+    return secondsFor(work, kFactor * kOperations);
+}
+
+// Like those that count up from 0: no look-up needs a hash.
+TEST(MapPatternsOfIntegers, CostTheSameInSeries) {
+    constexpr std::int64_t kStart = 7'000'000'000;
+    constexpr double kMostSeriesRatio = 1.6;
+    const double upwards = secondsToFill([](std::int64_t i) { return i; });
+    EXPECT_LT(secondsToFill([](std::int64_t i) { return -i; }), kMostSeriesRatio * upwards);
+    EXPECT_LT(secondsToFill([](std::int64_t i) { return kStart - i; }), kMostSeriesRatio * upwards);
+    EXPECT_LT(secondsToFill([](std::int64_t i) { return kStart + i * 1024; }), kMostSeriesRatio * upwards);
+}
+
 INSTANTIATE_TEST_SUITE_P(All, MapPatterns,
                          testing::Values(Keys{"Texts", textKey}, Keys{"Integers", integerKey},
                                          Keys{"ScatteredIntegers", scatteredKey}),

@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <map>
 #include <optional>
 #include <random>
 #include <stdexcept>
 
+#include "morvel/ruby/vm.h"
 #include "support/allocation_meter.h"
 #include "support/describe.h"
 #include "value/hash.h"
@@ -372,6 +374,69 @@ TEST(Map, ASmallMapKeepsItsMemory) {
         map.findOrInsert(RubyValue(5)) = 1;
     }
     EXPECT_EQ(0u, AllocationMeter::count());
+}
+
+/// Integers far from each other, some of which have the same low bits as others.
+TEST(Map, FindsIntegersOfAnyDistance) {
+    constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
+    for (const std::int64_t step : {std::int64_t{1}, std::int64_t{-1}, std::int64_t{3}, std::int64_t{1000},
+                                    std::int64_t{-4096}, std::int64_t{7919}, kLargest / 1024}) {
+        RubyMap map;
+        map.reserve(40);
+        for (std::int64_t i = 0; i < 1000; ++i) {
+            map.findOrInsert(RubyValue(5 + i * step)) = i;
+        }
+        // Others that none of them is, but that belong in the same slots.
+        for (std::int64_t i = 0; i < 1000; ++i) {
+            ASSERT_NE(nullptr, map.findInteger(5 + i * step)) << step;
+            EXPECT_EQ(i, map.findInteger(5 + i * step)->asInteger());
+            EXPECT_EQ(nullptr, map.findInteger(static_cast<std::int64_t>(static_cast<std::uint64_t>(5 + i * step) ^
+                                                                         (std::uint64_t{1} << 63))));
+            EXPECT_EQ(nullptr, map.findInteger((5 + i * step) ^ (std::int64_t{1} << 62)));
+            EXPECT_EQ(nullptr, map.findInteger((5 + i * step) ^ (std::int64_t{1} << 40)));
+        }
+        EXPECT_EQ(nullptr, map.findValue(RubyValue("text")));
+        for (std::int64_t i = 0; i < 1000; i += 2) {
+            EXPECT_TRUE(map.take(RubyValue(5 + i * step)));
+            map.findOrInsert(RubyValue(5 + (i + 1000) * (step / 2))) = -i;
+        }
+        for (std::int64_t i = 1; i < 1000; i += 2) {
+            ASSERT_NE(nullptr, map.findInteger(5 + i * step)) << step;
+        }
+        map["text"] = "text";
+        for (std::int64_t i = 1; i < 1000; i += 2) {
+            EXPECT_NE(nullptr, map.findInteger(5 + i * step));
+        }
+        EXPECT_EQ("text", map.at("text").asString());
+    }
+}
+
+TEST(Map, AStringKnowsWhetherItIsAnInteger) {
+    RubyMap map = makeIntegerMap(100);
+    map["w12"] = "text";
+    const RubyValue twelve("12");
+    const RubyValue text("w12");
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(12, map.findValue(twelve)->asInteger());
+        EXPECT_EQ("text", map.findValue(text)->asString());
+    }
+    // A string that changes in place forgets what it knew.
+    RubyVM vm;
+    const RubyResult result = vm.runScriptString(R"(
+def f()
+  m = map_new()
+  m["1x"] = 1
+  m[12] = 2
+  s = "1"
+  s = s + ""
+  x = m[s]
+  s = s + "2"
+  return m[s]
+end
+f()
+)",
+                                                 "t");
+    EXPECT_EQ("2", tests::describe(result.value)) << result.error;
 }
 
 /// The same operations on a map and on a model made of standard containers.

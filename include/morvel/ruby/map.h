@@ -22,6 +22,10 @@
 
 namespace morvel::ruby {
 
+namespace internal {
+class MapPlace;
+}
+
 /// A hash map from byte strings to values that keeps insertion order.
 ///
 /// Overwriting an entry keeps its place; erasing it and storing it again moves it to the end. Look-ups take a
@@ -285,10 +289,13 @@ public:
     [[nodiscard]] RubyArray entryValues() const;
 
 private:
+    friend class internal::MapPlace;
+
     /// A key in one word: 0 for an erased entry, an odd number for the integer (key >> 1), else a StringBox pointer
     /// that owns one reference.
     using Key = std::uint64_t;
     static constexpr Key kErased = 0;
+    static constexpr unsigned kKeyBits = 64;
 
     /// Where an entry is, for as long as it lives. The first positions are not used: so the highest bit of a position
     /// numbers the segment that it is in.
@@ -408,8 +415,8 @@ private:
     void enterSlot(Key key, Position position) noexcept;
     void leaveSlot(Key key, Position position) noexcept;
 
-    void enterAllSlots() noexcept;
-    [[nodiscard]] bool numberAllSlots() noexcept;
+    void enterAllSlots(unsigned shiftLimit) noexcept;
+    [[nodiscard]] bool numberAllSlots(unsigned shiftLimit) noexcept;
     void rebuildIndex(std::size_t slots);
 
     Entry& append(const Probe& probe);
