@@ -1,10 +1,12 @@
-// Any bytes as an image: loaded, written again, and run with a bound.
+// Any bytes as an image: loaded, written again, listed, and run with a bound.
 #include <algorithm>
 #include <vector>
 
 #include "bounded_vm.h"
 #include "bytecode/image.h"
+#include "engine_listing.h"
 #include "fuzz_target.h"
+#include "listing.h"
 
 namespace {
 
@@ -18,6 +20,8 @@ void checkRoundTrip(const RubyBytecode& image) {
     } catch (const RubyError&) {
         return;
     }
+    (void)tools::listProgram(program);
+    (void)tools::listEngineCode(program);
     const RubyBytecode once = internal::serializeProgram(program);
     const RubyBytecode twice = internal::serializeProgram(internal::deserializeProgram(once));
     if (once.bytes != twice.bytes) {

@@ -2,14 +2,18 @@
 //
 //   morvel-disassemble IMAGE            lists an image file
 //   morvel-disassemble --source SCRIPT  compiles a script in memory and lists the result
+//
+// With --engine in front, the listing is of the engine's register code.
 
 #include <cstddef>
 #include <exception>
 #include <iostream>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "bytecode/image.h"
+#include "engine_listing.h"
 #include "listing.h"
 #include "morvel/ruby/error.h"
 #include "morvel/ruby/vm.h"
@@ -36,17 +40,21 @@ RubyBytecode readImage(const std::string& path) {
 RubyBytecode compileScriptFile(const std::string& path) { return RubyVM().compileScript(readFile(path), path); }
 
 int usage(const char* invocation) {
-    std::cerr << "Usage:\n  " << invocation << " <image>\n  " << invocation << " --source <script>\n";
+    std::cerr << "Usage:\n  " << invocation << " [--engine] <image>\n  " << invocation
+              << " [--engine] --source <script>\n";
     return 1;
 }
 
-int run(std::span<char*> words) {
-    const bool fromSource = words.size() == 3 && std::string(words[1]) == "--source";
-    if (words.size() != 2 && !fromSource) {
-        return usage(words.empty() ? "morvel-disassemble" : words[0]);
+int run(const char* invocation, std::span<char*> words) {
+    const bool ofEngine = !words.empty() && std::string_view(words[0]) == "--engine";
+    words = words.subspan(ofEngine ? 1 : 0);
+    const bool fromSource = words.size() == 2 && std::string_view(words[0]) == "--source";
+    if (words.size() != 1 && !fromSource) {
+        return usage(invocation);
     }
-    const RubyBytecode image = fromSource ? compileScriptFile(words[2]) : readImage(words[1]);
-    std::cout << tools::listProgram(internal::deserializeProgram(image)) << std::flush;
+    const internal::Program program =
+        internal::deserializeProgram(fromSource ? compileScriptFile(words[1]) : readImage(words[0]));
+    std::cout << (ofEngine ? tools::listEngineCode(program) : tools::listProgram(program)) << std::flush;
     return std::cout ? 0 : 1;
 }
 
@@ -54,7 +62,8 @@ int run(std::span<char*> words) {
 
 int main(int argumentCount, char** arguments) {
     try {
-        return run(std::span(arguments, static_cast<std::size_t>(argumentCount)));
+        const std::span words(arguments, static_cast<std::size_t>(argumentCount));
+        return words.empty() ? usage("morvel-disassemble") : run(words[0], words.subspan(1));
     } catch (const std::exception& exception) {
         std::cerr << "morvel-disassemble: " << exception.what() << '\n';
         return 1;

@@ -1,14 +1,11 @@
 #include "listing.h"
 
-#include <array>
-#include <charconv>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 #include "compiler/program.h"
-#include "morvel/ruby/value.h"
+#include "listing_text.h"
 
 namespace morvel::ruby::tools {
 
@@ -26,36 +23,6 @@ constexpr std::size_t kLineWidth = 5;
 constexpr std::size_t kNameWidth = 15;
 constexpr std::size_t kOperandWidth = 6;
 
-void appendPadded(std::string& text, std::string_view cell, std::size_t width, bool toTheRight) {
-    const std::size_t gap = cell.size() < width ? width - cell.size() : 0;
-    if (toTheRight) {
-        text.append(gap, ' ');
-    }
-    text += cell;
-    if (!toTheRight) {
-        text.append(gap, ' ');
-    }
-}
-
-// The shortest digits that read back as the same number; "inf" and "nan" need no more.
-std::string floatText(double number) {
-    if (!std::isfinite(number)) {
-        return RubyValue(number).toString();
-    }
-    std::array<char, 32> buffer{};
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
-    std::string text(buffer.data(), result.ptr);
-    // Floats always show that they are floats.
-    return text.find_first_of(".e") == std::string::npos ? text + ".0" : text;
-}
-
-std::string constantText(const RubyValue& constant) {
-    if (constant.isString()) {
-        return quoteText(constant.asString());
-    }
-    return constant.isFloat() ? floatText(constant.asFloat()) : constant.toString();
-}
-
 bool isIndex(std::int32_t index, std::size_t size) { return index >= 0 && static_cast<std::size_t>(index) < size; }
 
 std::string constantMeaning(const Program& program, std::int32_t index) {
@@ -64,15 +31,6 @@ std::string constantMeaning(const Program& program, std::int32_t index) {
     }
     return constantText(program.constants[static_cast<std::size_t>(index)]);
 }
-
-// A name that could stand in a source text is shown bare.
-bool isPlainName(std::string_view text) {
-    constexpr std::string_view kNameBytes = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_0123456789?!";
-    return !text.empty() && text.find_first_not_of(kNameBytes) == std::string_view::npos &&
-           (text[0] < '0' || text[0] > '9') && text[0] != '?' && text[0] != '!';
-}
-
-std::string nameText(const std::string& name) { return isPlainName(name) ? name : quoteText(name); }
 
 std::string nameMeaning(const Program& program, const CompiledFunction& function, std::size_t index) {
     const std::int32_t constant = function.code[index].a;
@@ -161,14 +119,7 @@ std::string fastFormText(const CompiledFunction& function) {
 
 void appendFunction(std::string& text, const Program& program, std::size_t index) {
     const CompiledFunction& function = program.functions[index];
-    text += "\nfunction " + std::to_string(index) + " " +
-            (index == 0 && function.name == "<main>" ? function.name : nameText(function.name)) + "(";
-    const char* separator = "";
-    for (const std::string& param : function.params) {
-        text += separator + nameText(param);
-        separator = ", ";
-    }
-    text += ")\n" + fastFormText(function);
+    text += '\n' + functionTitle(program, index) + '\n' + fastFormText(function);
     for (std::size_t i = 0; i < function.code.size(); ++i) {
         appendInstruction(text, program, function, i);
     }
@@ -183,31 +134,6 @@ std::string listProgram(const Program& program) {
         appendFunction(text, program, i);
     }
     return text;
-}
-
-std::string quoteText(const std::string& text) {
-    constexpr std::string_view kHexDigits = "0123456789abcdef";
-    std::string quoted = "\"";
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '"' || c == '\\') {
-            quoted += '\\';
-            quoted += c;
-        } else if (c == '\n') {
-            quoted += "\\n";
-        } else if (c == '\t') {
-            quoted += "\\t";
-        } else if (c == '\r') {
-            quoted += "\\r";
-        } else if (byte < 0x20 || byte > 0x7e) {
-            quoted += "\\x";
-            quoted += kHexDigits[byte >> 4];
-            quoted += kHexDigits[byte & 0xf];
-        } else {
-            quoted += c;
-        }
-    }
-    return quoted + '"';
 }
 
 }  // namespace morvel::ruby::tools

@@ -1,24 +1,24 @@
-// Listings of compiled scripts against the files in tests/golden/, and the disassembler program.
+// Listings of compiled and translated scripts against the files in tests/golden/, and the disassembler program.
 #include "listing.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
 #include <limits>
 #include <random>
 
 #include "bytecode/image.h"
+#include "engine_listing.h"
 #include "morvel/ruby/error.h"
 #include "support/assembler.h"
+#include "support/golden.h"
 #include "support/process.h"
 #include "support/temporary_directory.h"
 
 namespace morvel::ruby::tests {
 namespace {
 
-namespace fs = std::filesystem;
 using internal::OpCode;
+using tools::listEngineCode;
 using tools::listProgram;
 using tools::quoteText;
 
@@ -28,39 +28,42 @@ std::string listScript(const std::string& source, const std::string& chunkName) 
 
 std::string listImage(const RubyBytecode& image) { return listProgram(internal::deserializeProgram(image)); }
 
-std::vector<std::string> goldenNames() {
-    std::vector<std::string> names;
-    for (const fs::directory_entry& entry : fs::directory_iterator(MORVELTESK_GOLDEN_DIR)) {
-        if (entry.path().extension() == ".rb") {
-            names.push_back(entry.path().stem().string());
-        }
-    }
-    std::sort(names.begin(), names.end());
-    return names;
+std::string engineListing(const RubyBytecode& image) { return listEngineCode(internal::deserializeProgram(image)); }
+
+std::string engineListing(const std::string& source, const std::string& chunkName) {
+    return engineListing(RubyVM().compileScript(source, chunkName));
 }
 
-std::string goldenFile(const std::string& name) { return (fs::path(MORVELTESK_GOLDEN_DIR) / name).string(); }
+const std::string kGolden = MORVELTESK_GOLDEN_DIR;
+const std::string kEngineGolden = kGolden + "/engine";
+
+std::string fileIn(const std::string& directory, const std::string& file) { return directory + '/' + file; }
 
 class GoldenListing : public testing::TestWithParam<std::string> {};
 
 TEST_P(GoldenListing, IsWhatTheScriptCompilesTo) {
-    const std::string source = readTestFile(goldenFile(GetParam() + ".rb"));
-    EXPECT_EQ(readTestFile(goldenFile(GetParam() + ".listing")), listScript(source, GetParam() + ".rb"));
+    const std::string source = readTestFile(fileIn(kGolden, GetParam() + ".rb"));
+    EXPECT_EQ(readTestFile(fileIn(kGolden, GetParam() + ".listing")), listScript(source, GetParam() + ".rb"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Scripts, GoldenListing, testing::ValuesIn(goldenNames()),
+INSTANTIATE_TEST_SUITE_P(Scripts, GoldenListing, testing::ValuesIn(namesIn(kGolden, ".rb")),
+                         [](const testing::TestParamInfo<std::string>& script) { return script.param; });
+
+class GoldenEngineListing : public testing::TestWithParam<std::string> {};
+
+TEST_P(GoldenEngineListing, IsWhatTheScriptIsTranslatedTo) {
+    const std::string source = readTestFile(fileIn(kEngineGolden, GetParam() + ".rb"));
+    EXPECT_EQ(readTestFile(fileIn(kEngineGolden, GetParam() + ".listing")), engineListing(source, GetParam() + ".rb"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Scripts, GoldenEngineListing, testing::ValuesIn(namesIn(kEngineGolden, ".rb")),
                          [](const testing::TestParamInfo<std::string>& script) { return script.param; });
 
 TEST(GoldenListings, EachBelongsToAScript) {
-    int listings = 0;
-    for (const fs::directory_entry& entry : fs::directory_iterator(MORVELTESK_GOLDEN_DIR)) {
-        if (entry.path().extension() == ".listing") {
-            ++listings;
-            EXPECT_TRUE(fs::exists(fs::path(entry.path()).replace_extension(".rb"))) << entry.path();
-        }
-    }
-    EXPECT_EQ(goldenNames().size(), static_cast<std::size_t>(listings));
-    EXPECT_GE(listings, 15);
+    EXPECT_EQ(namesIn(kGolden, ".rb"), namesIn(kGolden, ".listing"));
+    EXPECT_EQ(namesIn(kEngineGolden, ".rb"), namesIn(kEngineGolden, ".listing"));
+    EXPECT_GE(namesIn(kGolden, ".rb").size(), 15U);
+    EXPECT_GE(namesIn(kEngineGolden, ".rb").size(), 20U);
 }
 
 TEST(QuoteText, StaysOnOneLine) {
@@ -117,6 +120,52 @@ TEST(Listing, ConstantsOfEveryKind) {
     EXPECT_EQ("nil\ntrue\nfalse\n-7\n2.0\n0.1\n1e+300\n-0.0\ninf\nnan\n\"a\\nb\"\n", meanings);
 }
 
+TEST(EngineListing, TellsWhatTheBaselineInterpreterRuns) {
+    EXPECT_EQ(
+        "engine code of program \"hand\", 3 functions\n"
+        "\n"
+        "function 0 <main>()\n"
+        "  run by the baseline interpreter\n"
+        "\n"
+        "function 1 f(a, \"not a name\", a)\n"
+        "  locals: a, \"not a name\"\n"
+        "  temporaries: 2\n"
+        "  on entry: the registers are prepared\n"
+        "     0  line 2     ReturnLocal          <\"not a name\">\n"
+        "     1  line 0     ReturnNil\n"
+        "\n"
+        "function 2 \"\"()\n"
+        "  temporaries: 1\n"
+        "     0  line 0     ReturnNil\n",
+        engineListing(assemble({"not a name"}, {op(OpCode::Pop)},
+                               {function("f", {"a", "not a name", "a"}, {op(OpCode::LoadName, 0), op(OpCode::Return)}),
+                                function("", {}, {})})));
+}
+
+TEST(EngineListing, IsNotMuchLongerThanTheCode) {
+    constexpr std::size_t kUses = 2000;
+    const std::string text(100'000, 'x');
+    std::vector<internal::Instruction> code;
+    for (std::size_t i = 0; i < kUses; ++i) {
+        code.insert(code.end(), {op(OpCode::LoadName, 0), op(OpCode::PushConst, 0), op(OpCode::Add), op(OpCode::Pop)});
+    }
+    const std::string listing = engineListing(assemble({RubyValue(text)}, code, {function("f", {text}, code)}));
+    EXPECT_NE(listing.find('$' + text.substr(0, 60) + "... 100000 bytes"), std::string::npos);
+    EXPECT_LT(listing.size(), 2 * kUses * 2 * 300 + text.size() * 2);
+}
+
+TEST(EngineListing, EndsWhereTheCodeEnds) {
+    // Reached from a jump, the end of the code is an instruction of its own.
+    EXPECT_EQ(
+        "engine code of program \"hand\", 1 functions\n"
+        "\n"
+        "function 0 <main>()\n"
+        "  temporaries: 1\n"
+        ">    0  line 1     Jump                 -> 0\n"
+        "     1  line 0     ReturnNil\n",
+        engineListing(assemble({}, {op(OpCode::Jump, 0)})));
+}
+
 TEST(Listing, AnythingThatLoadsCanBeListed) {
     const RubyBytecode whole = RubyVM().compileScript(
         "def f(a, b) if a then error('m') end return a * b end\nwhile x do f(1, [2.5, 'x']) x[0] = nil end", "t");
@@ -129,6 +178,7 @@ TEST(Listing, AnythingThatLoadsCanBeListed) {
         }
         try {
             EXPECT_EQ("program ", listImage(damaged).substr(0, 8));
+            EXPECT_EQ("engine code of program ", engineListing(damaged).substr(0, 23));
             ++listed;
         } catch (const RubyError&) {
             // It did not load.
@@ -149,6 +199,12 @@ TEST(Disassembler, ListsScriptsAndImages) {
     EXPECT_EQ(0, fromScript.status);
     EXPECT_EQ(listScript(source, script), fromScript.out);
     EXPECT_EQ("", fromScript.err);
+
+    const ProcessOutcome ofEngine = runProcess(MORVELTESK_DISASSEMBLER, {"--engine", "--source", script});
+    EXPECT_EQ(0, ofEngine.status);
+    EXPECT_EQ(engineListing(source, script), ofEngine.out);
+    EXPECT_EQ("", ofEngine.err);
+    EXPECT_EQ(engineListing(source, "name"), runProcess(MORVELTESK_DISASSEMBLER, {"--engine", image}).out);
 
     const ProcessOutcome fromImage = runProcess(MORVELTESK_DISASSEMBLER, {image});
     EXPECT_EQ(0, fromImage.status);
@@ -171,9 +227,12 @@ TEST(Disassembler, ReportsFailures) {
     EXPECT_EQ("morvel-disassemble: bytecode file is too small\n", failure({path}));
     EXPECT_EQ("morvel-disassemble: " + path + ":1:6: expected expression\n", failure({"--source", path}));
     const std::string program = MORVELTESK_DISASSEMBLER;
-    const std::string usage = "Usage:\n  " + program + " <image>\n  " + program + " --source <script>\n";
+    const std::string usage =
+        "Usage:\n  " + program + " [--engine] <image>\n  " + program + " [--engine] --source <script>\n";
     EXPECT_EQ(usage, failure({}));
     EXPECT_EQ(usage, failure({path, path}));
+    EXPECT_EQ(usage, failure({"--engine"}));
+    EXPECT_EQ(usage, failure({path, "--engine"}));
     EXPECT_EQ(usage, failure({"--source", path, path}));
 }
 

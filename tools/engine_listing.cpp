@@ -1,0 +1,266 @@
+#include "engine_listing.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "compiler/program.h"
+#include "listing.h"
+#include "listing_text.h"
+#include "morvel/ruby/vm.h"
+#include "vm/engine/translator.h"
+#include "vm/impl.h"
+
+namespace morvel::ruby::tools {
+
+namespace {
+
+using internal::Code;
+using internal::CompiledFunction;
+using internal::EngineInstruction;
+using internal::EngineOp;
+using internal::EngineOperand;
+using internal::EngineOpInfo;
+using internal::GlobalTable;
+using internal::Operation;
+using internal::Program;
+
+constexpr std::size_t kPositionWidth = 4;
+constexpr std::size_t kLineWidth = 6;
+constexpr std::size_t kNameWidth = 20;
+// However long a text is that many instructions name, the listing is not much longer than the code.
+constexpr std::size_t kLongestText = 60;
+
+/// What follows a text that is cut.
+std::string restOf(const std::string& text) { return "... " + std::to_string(text.size()) + " bytes"; }
+
+std::string shortText(const RubyValue& constant) {
+    if (!constant.isString() || constant.asString().size() <= kLongestText) {
+        return constantText(constant);
+    }
+    const std::string& text = constant.asString();
+    return quoteText(text.substr(0, kLongestText)) + restOf(text);
+}
+
+std::string shortName(const std::string& name) {
+    return name.size() <= kLongestText ? nameText(name) : nameText(name.substr(0, kLongestText)) + restOf(name);
+}
+
+/// Renders the instructions of one function.
+class CodeListing {
+public:
+    CodeListing(const Code& code, const GlobalTable& globals, std::string& text)
+        : m_code(code), m_globals(globals), m_text(text) {}
+
+    void append() {
+        appendFrame();
+        const std::vector<bool> targets = findTargets();
+        for (std::size_t i = 0; i < m_code.instructions.size(); ++i) {
+            const bool isNewLine = i == 0 || m_code.lines[i] != m_code.lines[i - 1];
+            appendInstruction(i, targets[i], isNewLine);
+        }
+    }
+
+private:
+    void appendFrame() {
+        std::string names;
+        for (const std::string_view name : m_code.function->localNames) {
+            names += (names.empty() ? "" : ", ") + shortName(std::string(name));
+        }
+        if (!names.empty()) {
+            m_text += "  locals: " + names + '\n';
+        }
+        m_text += "  temporaries: " + std::to_string(m_code.registerCount - m_code.firstTemporary) + '\n';
+        std::string constants;
+        for (const RubyValue& constant : m_code.constants) {
+            constants += (constants.empty() ? "" : ", ") + shortText(constant);
+        }
+        if (!constants.empty()) {
+            m_text += "  constants: " + constants + '\n';
+        }
+        if (m_code.prologue == internal::Prologue::ClearLastValue) {
+            m_text += "  on entry: the last value is cleared\n";
+        } else if (m_code.prologue == internal::Prologue::PrepareRegisters) {
+            m_text += "  on entry: the registers are prepared\n";
+        }
+    }
+
+    [[nodiscard]] std::vector<bool> findTargets() const {
+        std::vector<bool> targets(m_code.instructions.size(), false);
+        for (std::size_t i = 0; i < m_code.instructions.size(); ++i) {
+            const EngineInstruction& instruction = m_code.instructions[i];
+            for (std::size_t operand = 0; operand < 3; ++operand) {
+                const EngineOperand kind = infoOf(instruction.op).operands[operand];
+                if (kind == EngineOperand::Distance || kind == EngineOperand::WideDistance) {
+                    targets.at(targetOf(i, kind)) = true;
+                }
+            }
+        }
+        return targets;
+    }
+
+    /// The position that the jump at `position` goes to.
+    [[nodiscard]] std::size_t targetOf(std::size_t position, EngineOperand kind) const {
+        const EngineInstruction& jump = m_code.instructions[position];
+        const std::int64_t distance = kind == EngineOperand::Distance ? static_cast<std::int16_t>(jump.c) : jump.wide();
+        return static_cast<std::size_t>(static_cast<std::int64_t>(position) + 1 + distance);
+    }
+
+    void appendInstruction(std::size_t position, bool isTarget, bool isNewLine) {
+        const EngineInstruction& instruction = m_code.instructions[position];
+        std::string row = isTarget ? "> " : "  ";
+        appendPadded(row, std::to_string(position), kPositionWidth, true);
+        row += isNewLine ? "  line " : "       ";
+        appendPadded(row, isNewLine ? std::to_string(m_code.lines[position]) : "", kLineWidth, false);
+        appendPadded(row, internal::kEngineOpNames[static_cast<std::size_t>(instruction.op)], kNameWidth, false);
+        const std::string operands = operandsText(position);
+        row += operands.empty() ? "" : ' ' + operands;
+        const std::string notes = notesOf(instruction);
+        row += notes.empty() ? "" : "  ; " + notes;
+        row.erase(row.find_last_not_of(' ') + 1);
+        m_text += row + '\n';
+    }
+
+    [[nodiscard]] std::string operandsText(std::size_t position) const {
+        const EngineInstruction& instruction = m_code.instructions[position];
+        const EngineOpInfo& info = infoOf(instruction.op);
+        const std::array<std::uint16_t, 3> fields{instruction.a, instruction.b, instruction.c};
+        std::string text;
+        std::uint8_t deathFlag = internal::kFirstDies;
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            const char use = info.does().uses[i];
+            bool dies = use == 'm';
+            if (use == 'd' || use == 'u') {
+                dies = (instruction.n & deathFlag) != 0;
+                deathFlag = internal::kSecondDies;
+            }
+            const std::string operand = operandText(position, info.operands[i], fields[i]);
+            if (!operand.empty()) {
+                text += (text.empty() ? "" : ", ") + (dies ? '<' + operand + '>' : operand);
+            }
+        }
+        return text;
+    }
+
+    [[nodiscard]] std::string operandText(std::size_t position, EngineOperand kind, std::uint16_t field) const {
+        const EngineInstruction& instruction = m_code.instructions[position];
+        const auto wide = static_cast<std::size_t>(instruction.wide());
+        switch (kind) {
+            case EngineOperand::None:
+                return "";
+            case EngineOperand::Register:
+                return registerText(field / 2U);
+            case EngineOperand::Constant:
+                return shortText(m_code.constants.at(field / 2U));
+            case EngineOperand::WideConstant:
+                return shortText(m_code.constants.at(wide / 2));
+            case EngineOperand::Global:
+                return globalText(field / 2U);
+            case EngineOperand::WideGlobal:
+                return globalText(wide / 2);
+            case EngineOperand::Count:
+                return std::to_string(field);
+            case EngineOperand::Distance:
+            case EngineOperand::WideDistance:
+                return "-> " + std::to_string(targetOf(position, kind));
+            case EngineOperand::WideNumber:
+                return numberText(instruction.op, wide);
+        }
+        return "";
+    }
+
+    [[nodiscard]] std::string registerText(std::size_t index) const {
+        if (index < m_code.localCount) {
+            return shortName(std::string(m_code.function->localNames[index]));
+        }
+        if (index < m_code.firstTemporary) {
+            return "%last";
+        }
+        return '%' + std::to_string(index - m_code.firstTemporary);
+    }
+
+    [[nodiscard]] std::string globalText(std::size_t slot) const { return '$' + shortName(m_globals.nameOf(slot)); }
+
+    /// What a number means that is a place in a side table, or else the number.
+    [[nodiscard]] std::string numberText(EngineOp op, std::size_t number) const {
+        if (infoOf(op).operation == Operation::LoadLocalOrGlobal) {
+            const internal::LocalFallback& fallback = m_code.fallbacks.at(number);
+            return registerText(fallback.local / 2U) + " or " + globalText(fallback.globalSlot);
+        }
+        if (infoOf(op).operation == Operation::DefineFunction) {
+            const internal::Definition& definition = m_code.definitions.at(number);
+            return globalText(definition.globalSlot) + ", function " + std::to_string(definition.functionIndex);
+        }
+        return std::to_string(number);
+    }
+
+    /// What `n` says beside which operands die.
+    [[nodiscard]] std::string notesOf(const EngineInstruction& instruction) const {
+        const EngineOpInfo& info = infoOf(instruction.op);
+        if (info.does().uses[0] == 'p') {
+            return instruction.n == 0 ? "" : "takes " + rangeText(instruction.a / 2U + 1, instruction.n);
+        }
+        if (info.has(internal::kMayCall)) {
+            return "window %" + std::to_string(instruction.n);
+        }
+        std::string notes;
+        for (const auto& [flag, meaning] : {std::pair{internal::kBeginsAppend, "begins an append"},
+                                            std::pair{internal::kEndsAppend, "ends an append"},
+                                            std::pair{internal::kLastValueDies, "the last value dies"}}) {
+            if ((instruction.n & flag) != 0) {
+                notes += (notes.empty() ? "" : ", ") + std::string(meaning);
+            }
+        }
+        return notes;
+    }
+
+    [[nodiscard]] std::string rangeText(std::size_t first, std::size_t count) const {
+        const std::string begin = registerText(first);
+        return count == 1 ? begin : begin + " to " + registerText(first + count - 1);
+    }
+
+    const Code& m_code;
+    const GlobalTable& m_globals;
+    std::string& m_text;
+};
+
+/// Defines, as nil, the globals that the top-level code of a program gives values.
+void defineGlobals(const Program& program, RubyVM::Impl& vm) {
+    for (const internal::Instruction& instruction : program.functions[0].code) {
+        const bool defines =
+            instruction.op == internal::OpCode::StoreName || instruction.op == internal::OpCode::DefineFunction;
+        const std::string* name = defines ? internal::getStringConstantPtr(program, instruction.a) : nullptr;
+        if (name != nullptr) {
+            vm.setGlobal(*name, RubyValue());
+        }
+    }
+}
+
+}  // namespace
+
+std::string listEngineCode(const Program& program) {
+    RubyVM vm;
+    RubyVM::Impl& impl = RubyVM::Impl::of(vm);
+    internal::GlobalNames names(program, impl.globals);
+    std::string text = "engine code of program " + quoteText(program.name) + ", " +
+                       std::to_string(program.functions.size()) + " functions\n";
+    for (std::size_t i = 0; i < program.functions.size(); ++i) {
+        text += '\n' + functionTitle(program, i) + '\n';
+        const std::unique_ptr<Code> code = translateFunction(program, static_cast<std::int32_t>(i), names);
+        if (code != nullptr) {
+            CodeListing(*code, impl.globals, text).append();
+        } else {
+            text += "  run by the baseline interpreter\n";
+        }
+        if (i == 0) {
+            defineGlobals(program, impl);
+        }
+    }
+    return text;
+}
+
+}  // namespace morvel::ruby::tools
