@@ -10,6 +10,7 @@
 #include "engine_listing.h"
 #include "morvel/ruby/error.h"
 #include "support/assembler.h"
+#include "support/engine_facts.h"
 #include "support/golden.h"
 #include "support/process.h"
 #include "support/temporary_directory.h"
@@ -140,6 +141,17 @@ TEST(EngineListing, TellsWhatTheBaselineInterpreterRuns) {
         engineListing(assemble({"not a name"}, {op(OpCode::Pop)},
                                {function("f", {"a", "not a name", "a"}, {op(OpCode::LoadName, 0), op(OpCode::Return)}),
                                 function("", {}, {})})));
+}
+
+TEST(EngineListing, ShortcutsAreTakenUpToADepthOf255) {
+    // The callee of len is at the depth that is given.
+    const auto atDepth = [](int depth) {
+        return engineListing("def f(a) return " + repeated("[1, ", depth) + "len(a)" + repeated("]", depth) + " end",
+                             "t");
+    };
+    EXPECT_NE(atDepth(255).find(" Len "), std::string::npos);
+    EXPECT_EQ(atDepth(256).find(" Len "), std::string::npos);
+    EXPECT_NE(atDepth(256).find("CallGlobal"), std::string::npos);
 }
 
 TEST(EngineListing, IsNotMuchLongerThanTheCode) {

@@ -11,6 +11,7 @@
 #include "compiler/metadata.h"
 #include "morvel/ruby/error.h"
 #include "support/assembler.h"
+#include "support/engine_facts.h"
 #include "support/runs.h"
 #include "vm/engine/translator.h"
 #include "vm/globals.h"
@@ -34,14 +35,6 @@ std::string list(int count, const std::string& text = "#") {
         items += (i == 0 ? "" : ", ") + item;
     }
     return items;
-}
-
-std::string repeated(const std::string& text, int count) {
-    std::string all;
-    for (int i = 0; i < count; ++i) {
-        all += text;
-    }
-    return all;
 }
 
 /// The translation of a program's functions, null where there is none.

@@ -29,3 +29,10 @@ while i < 3 do
   g = g + i + "x"
   i = i + 1
 end
+def other_variable(s, t)
+  s = t + s + "b"
+  s = t + "a" + "b"
+  s[0] = t[0] + "a" + "b"
+  return s
+end
+g = s + "a" + "b"

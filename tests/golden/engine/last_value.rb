@@ -37,3 +37,9 @@ def never_kept(a)
 end
 def nothing
 end
+def passes_it_on(s)
+  while s do
+    s
+    s = puts(s)
+  end
+end

@@ -44,3 +44,8 @@ def empty(a)
   while a < 1 do end
   return a
 end
+def longest_condition(a)
+  while -(a + 1 + 2 + 3 + 4 + 5 + 6 + 7 + 8 + 9 + 10) < 100 do a = a + 1 end
+  while nil do a = a + 1 end
+  return a
+end

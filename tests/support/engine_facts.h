@@ -1,0 +1,47 @@
+// What the translator knows about a function, for tests of its parts.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "compiler/program.h"
+#include "vm/engine/code.h"
+#include "vm/engine/function_facts.h"
+#include "vm/engine/global_names.h"
+#include "vm/globals.h"
+
+namespace morvel::ruby::tests {
+
+/// A program with a table of globals of its own, in which nothing is defined.
+class TranslatedProgram {
+public:
+    /// The derived tables of the program are filled here.
+    explicit TranslatedProgram(internal::Program program);
+    /// Compiles a script.
+    explicit TranslatedProgram(const std::string& source);
+
+    [[nodiscard]] const internal::Program& program() const { return m_program; }
+    [[nodiscard]] const internal::CompiledFunction& function(std::size_t index) const {
+        return m_program.functions.at(index);
+    }
+    [[nodiscard]] const internal::GlobalTable& globals() const { return m_globals; }
+    [[nodiscard]] std::size_t slotOf(const std::string& global) { return m_globals.ensureSlot(global); }
+
+    /// What is found out about function `index`, which must be sound.
+    [[nodiscard]] internal::FunctionFacts facts(std::size_t index);
+    /// The register code of function `index`; null when there is none.
+    [[nodiscard]] std::unique_ptr<internal::Code> code(std::size_t index);
+    /// The names of the instructions of that code, such as "AddRR ReturnLocal ReturnNil".
+    [[nodiscard]] std::string names(std::size_t index);
+
+private:
+    internal::Program m_program;
+    internal::GlobalTable m_globals;
+    internal::GlobalNames m_names;
+};
+
+/// `text` `count` times.
+[[nodiscard]] std::string repeated(const std::string& text, int count);
+
+}  // namespace morvel::ruby::tests
