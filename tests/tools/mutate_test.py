@@ -1,0 +1,74 @@
+"""What tools/mutate makes of sources."""
+
+import importlib.machinery
+import sys
+import types
+import unittest
+from pathlib import Path
+
+PATH = Path(__file__).resolve().parents[2] / "tools" / "mutate"
+mutate = types.ModuleType("mutate")
+mutate.__file__ = str(PATH)
+sys.dont_write_bytecode = True
+importlib.machinery.SourceFileLoader("mutate", str(PATH)).exec_module(mutate)
+
+
+def results(source, kind):
+    """The source with each of its mutations of a kind."""
+    return sorted(mutate.mutated(source, found) for found in mutate.find_mutations(source) if found.kind == kind)
+
+
+class Mutations(unittest.TestCase):
+    def test_comparisons_are_turned_and_shifted(self):
+        self.assertEqual(["a <= b", "a >= b"], results("a < b", "comparison"))
+        self.assertEqual(["a != b"], results("a == b", "comparison"))
+
+    def test_templates_and_references_are_no_operators(self):
+        self.assertEqual([], results("std::vector<T<U>> f(T&& value, U& other, V* third);", "comparison"))
+        self.assertEqual([], results("std::vector<T<U>> f(T&& value, U& other, V* third);", "logic"))
+        self.assertEqual([], results("std::vector<T<U>> f(T&& value, U& other, V* third);", "arithmetic"))
+
+    def test_operators(self):
+        self.assertEqual(["a || b"], results("a && b", "logic"))
+        self.assertEqual(["a * b - c", "a / b + c"], results("a * b + c", "arithmetic"))
+        self.assertEqual(["--i"], results("++i", "arithmetic"))
+        self.assertEqual(["f(false)"], results("f(true)", "boolean"))
+
+    def test_constants_are_one_off(self):
+        self.assertEqual(["x = 6U;", "x = 8U;"], results("x = 7U;", "constant"))
+        self.assertEqual(["x = 1;"], results("x = 0;", "constant"))
+        self.assertEqual([], results("x1 = 2.5 + 0xff;", "constant"))
+
+    def test_conditions_are_negated(self):
+        self.assertEqual(["if (!(f(a) && b)) {"], results("if (f(a) && b) {", "condition"))
+        self.assertEqual([], results("if (const T* a = f()) {", "condition"))
+        self.assertEqual(["while (!(a == b)) {"], results("while (a == b) {", "condition"))
+
+    def test_returned_values_are_others(self):
+        self.assertEqual(["return {};"], results("return f(a);", "returned value"))
+        self.assertEqual([], results("return;", "returned value"))
+
+    def test_statements_are_removed(self):
+        around = "void f() {\n    %s\n}\n"
+        for statement in ("g(a, b);", "m_a = b;", "++m_count;", "a.b->c(d);", "a[i] += 2;", "break;"):
+            self.assertEqual([around % ";"], results(around % statement, "statement"), statement)
+        for statement in ("return a;", "T a = b;", "const T& a = b;", "throw f(a);", "if (a) {"):
+            self.assertEqual([], results(around % statement, "statement"), statement)
+
+    def test_what_is_no_code_stays(self):
+        for text in ("// a < 1", "/* a < 1\n && b */", '"a < 1 && \\" b"', "#if a < 1 && \\\n  b < 1",
+                     "static_assert(a < 1 && b);"):
+            self.assertEqual([], mutate.find_mutations(text), text)
+        self.assertEqual(["a <= b; // a < 1", "a >= b; // a < 1"], results("a < b; // a < 1", "comparison"))
+
+    def test_the_same_seed_draws_the_same(self):
+        sources = {"a.cpp": "if (a < 1 && b) {", "b.cpp": "return c + 2;"}
+        drawn = [list(mutate.draw(sources, seed)) for seed in (1, 1, 2)]
+        self.assertEqual(drawn[0], drawn[1])
+        self.assertNotEqual(drawn[0], drawn[2])
+        self.assertEqual(sorted(drawn[0]), sorted(drawn[2]))
+        self.assertEqual(len(set(drawn[0])), len(drawn[0]))
+
+
+if __name__ == "__main__":
+    unittest.main()
