@@ -8,6 +8,7 @@
 #include "bounded_vm.h"
 #include "byte_source.h"
 #include "fuzz_target.h"
+#include "support/builtins.h"
 
 namespace {
 
@@ -113,22 +114,10 @@ private:
     std::vector<RubyValue> m_made;
 };
 
-std::vector<std::string> builtinNames() {
-    RubyVM vm;
-    const auto& globals = RubyVM::Impl::of(vm).globals;
-    std::vector<std::string> names;
-    for (std::size_t slot = 0; slot < globals.size(); ++slot) {
-        if (globals.value(slot).isFunction()) {
-            names.push_back(globals.nameOf(slot));
-        }
-    }
-    return names;
-}
-
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const std::vector<std::string> kNames = builtinNames();
+    static const std::vector<std::string> kNames = tests::builtinNames();
     fuzz::BoundedVm bounded;
     if (!bounded.runSource("def twice(x) y = x return [y, y] end def fails(x) return x - nil end", "setup").ok) {
         fuzz::reportFinding("the set-up failed", "");

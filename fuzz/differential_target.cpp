@@ -1,6 +1,4 @@
 // Generated programs on both executors: results, messages, output and globals must be the same.
-#include <pthread.h>
-
 #include <algorithm>
 #include <functional>
 #include <span>
@@ -31,11 +29,6 @@ struct Observed {
     std::size_t leftBehind = 0;
 };
 
-void* runBody(void* body) {
-    (*static_cast<const std::function<void()>*>(body))();
-    return nullptr;
-}
-
 /// Runs `body` on a thread of its own: what the runtime keeps for reuse goes when the thread ends. The stack is large
 /// enough for either executor to take all steps in calls of calls, and not larger, because rendering something that
 /// contains itself uses all of it.
@@ -46,15 +39,7 @@ void runOnThread(const std::function<void()>& body) {
     constexpr bool kSmallFrames = false;
 #endif
     constexpr std::size_t kStack = std::size_t{kSmallFrames ? 4 : 64} * 1024 * 1024;
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, kStack);
-    pthread_t thread{};
-    if (pthread_create(&thread, &attributes, runBody, const_cast<std::function<void()>*>(&body)) != 0) {
-        fuzz::reportFinding("no thread", "");
-    }
-    pthread_attr_destroy(&attributes);
-    pthread_join(thread, nullptr);
+    tests::runOnStack(kStack, body);
 }
 
 std::string globalTexts(const RubyVM& vm) {

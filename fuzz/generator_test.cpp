@@ -5,16 +5,21 @@
 #include <sanitizer/lsan_interface.h>
 #endif
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <random>
+#include <regex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "bounded_vm.h"
 #include "byte_source.h"
 #include "program_generator.h"
 #include "source_generator.h"
+#include "source_words.h"
+#include "support/builtins.h"
 
 namespace morvel::ruby::fuzz {
 
@@ -55,6 +60,28 @@ TEST(GeneratedSource, Compiles) {
         const std::string source = sourceOf(seed);
         EXPECT_NO_THROW((void)vm.compileScript(source, "generated")) << source;
     }
+}
+
+// A call of a name that there is not would only try how that fails.
+TEST(GeneratedSource, CallsBuiltInsThatThereAre) {
+    const std::vector<std::string> builtins = tests::builtinNames();
+    const auto expectBuiltins = [&builtins](const auto& calls) {
+        const std::regex nameOfCall("([a-z0-9_?]+)\\(");
+        for (const std::string_view call : calls) {
+            const std::string text(call);
+            ASSERT_TRUE(std::regex_search(text, nameOfCall)) << text;
+            for (std::sregex_iterator name(text.begin(), text.end(), nameOfCall); name != std::sregex_iterator();
+                 ++name) {
+                EXPECT_EQ(std::count(builtins.begin(), builtins.end(), (*name)[1].str()), 1) << text;
+            }
+        }
+    };
+    expectBuiltins(kNumberCalls);
+    expectBuiltins(kTextCalls);
+    expectBuiltins(kArrayCalls);
+    expectBuiltins(kMapCalls);
+    expectBuiltins(kFlagCalls);
+    expectBuiltins(kAnyCalls);
 }
 
 TEST(GeneratedSource, IsVaried) {

@@ -11,7 +11,7 @@ namespace morvel::ruby::fuzz {
 /// What an expression should give. Most of the time it does.
 enum class Kind : std::uint8_t { Number, Text, Array, Map, Flag, Anything };
 
-constexpr std::array kKinds{Kind::Number, Kind::Text, Kind::Array, Kind::Map, Kind::Flag, Kind::Anything};
+inline constexpr std::array kKinds{Kind::Number, Kind::Text, Kind::Array, Kind::Map, Kind::Flag, Kind::Anything};
 
 /// The variables, each usually of one kind. Functions use the same names for their locals.
 struct Variable {
@@ -20,7 +20,7 @@ struct Variable {
     std::string_view first;
 };
 
-constexpr std::array kVariables{
+inline constexpr std::array kVariables{
     Variable{"a", Kind::Number, "3"},        Variable{"b", Kind::Number, "2.5"},
     Variable{"s", Kind::Text, "'text'"},     Variable{"t", Kind::Text, "'a text of more than fifteen bytes'"},
     Variable{"c", Kind::Array, "[1, 2, 3]"}, Variable{"d", Kind::Array, "['x', [1], nil]"},
@@ -33,80 +33,81 @@ struct Callable {
     std::size_t parameters;
 };
 
-constexpr std::array kFunctions{Callable{"f", 1}, Callable{"g", 2}, Callable{"h", 0}, Callable{"k", 1}};
+inline constexpr std::array kFunctions{Callable{"f", 1}, Callable{"g", 2}, Callable{"h", 0}, Callable{"k", 1}};
 
-constexpr std::array<std::string_view, 7> kRebound{"len", "array_push", "to_s", "pcall", "table_get", "table_set", "f"};
+inline constexpr std::array<std::string_view, 7> kRebound{"len",       "array_push", "to_s", "pcall",
+                                                          "table_get", "table_set",  "f"};
 
-constexpr std::array<std::string_view, 4> kParameters{"p", "q", "a", "error"};
+inline constexpr std::array<std::string_view, 4> kParameters{"p", "q", "a", "error"};
 
-constexpr std::array<std::string_view, 14> kNumbers{"0",
-                                                    "1",
-                                                    "2",
-                                                    "7",
-                                                    "100",
-                                                    "9223372036854775807",
-                                                    "4611686018427387904",
-                                                    "9007199254740993",
-                                                    "0.5",
-                                                    "1.0",
-                                                    "2.5",
-                                                    "0.0000000000000000001",
-                                                    "123456789.125",
-                                                    "(-1)"};
-constexpr std::array<std::string_view, 7> kTexts{
+inline constexpr std::array<std::string_view, 14> kNumbers{"0",
+                                                           "1",
+                                                           "2",
+                                                           "7",
+                                                           "100",
+                                                           "9223372036854775807",
+                                                           "4611686018427387904",
+                                                           "9007199254740993",
+                                                           "0.5",
+                                                           "1.0",
+                                                           "2.5",
+                                                           "0.0000000000000000001",
+                                                           "123456789.125",
+                                                           "(-1)"};
+inline constexpr std::array<std::string_view, 7> kTexts{
     "''", "'a'", "'1'", "'abc,def'", "'text of more than fifteen bytes'", "\"q\\n\"", "'2.5'"};
-constexpr std::array<std::string_view, 5> kFlags{"true", "false", "nil", "0", "''"};
-constexpr std::array<std::string_view, 7> kArithmetic{"+", "-", "*", "/", "%", "+", "-"};
-constexpr std::array<std::string_view, 6> kComparisons{"==", "!=", "<", "<=", ">", ">="};
+inline constexpr std::array<std::string_view, 5> kFlags{"true", "false", "nil", "0", "''"};
+inline constexpr std::array<std::string_view, 7> kArithmetic{"+", "-", "*", "/", "%", "+", "-"};
+inline constexpr std::array<std::string_view, 6> kComparisons{"==", "!=", "<", "<=", ">", ">="};
 
 // Calls of built-ins by what they give. In the templates N, T, A, M, B and ? stand for arguments of the six kinds.
-constexpr std::array<std::string_view, 17> kNumberCalls{"len(A)",
-                                                        "len(T)",
-                                                        "len(M)",
-                                                        "math_floor(N)",
-                                                        "math_max(N, N)",
-                                                        "to_i(T)",
-                                                        "to_number(N)",
-                                                        "table_get(A, N, N)",
-                                                        "math_abs(N)",
-                                                        "to_f(N)",
-                                                        "math_clamp(N, 0, 9)",
-                                                        "utf8_len(T)",
-                                                        "math_random(1, 6)",
-                                                        "array_shift(A)",
-                                                        "table_remove(A)",
-                                                        "table_get(M, T, N)",
-                                                        "table_set(A, N, N)"};
-constexpr std::array<std::string_view, 13> kTextCalls{
+inline constexpr std::array<std::string_view, 17> kNumberCalls{"len(A)",
+                                                               "len(T)",
+                                                               "len(M)",
+                                                               "math_floor(N)",
+                                                               "math_max(N, N)",
+                                                               "to_i(T)",
+                                                               "to_number(N)",
+                                                               "table_get(A, N, N)",
+                                                               "math_abs(N)",
+                                                               "to_f(N)",
+                                                               "math_clamp(N, 0, 9)",
+                                                               "utf8_len(T)",
+                                                               "math_random(1, 6)",
+                                                               "array_shift(A)",
+                                                               "table_remove(A)",
+                                                               "table_get(M, T, N)",
+                                                               "table_set(A, N, N)"};
+inline constexpr std::array<std::string_view, 13> kTextCalls{
     "to_s(?)",           "type_of(?)",      "string_sub(T, N, N)",  "string_rep(T, N)",
     "array_join(A, T)",  "string_upper(T)", "string_gsub(T, T, T)", "string_reverse(T)",
     "string_strip(T)",   "table_concat(A)", "string_char(N)",       "string_format('%s %d', ?, N)",
     "string_match(T, T)"};
-constexpr std::array<std::string_view, 20> kArrayCalls{"array_push(A, ?)",
-                                                       "array_push(A, ?, ?)",
-                                                       "array_unshift(A, ?)",
-                                                       "array_slice(A, N, N)",
-                                                       "array_reverse(A)",
-                                                       "array_pop(A, N)",
-                                                       "keys(M)",
-                                                       "values(M)",
-                                                       "keys(A)",
-                                                       "table_clone(A)",
-                                                       "range(N % 20)",
-                                                       "string_split(T, T)",
-                                                       "string_byte(T, N, N)",
-                                                       "array_new(N % 20, ?)",
-                                                       "table_clear(A)",
-                                                       "string_find(T, T)",
-                                                       "string_gmatch(T, T)",
-                                                       "values(A)",
-                                                       "[table_sort(A), A]",
-                                                       "[table_insert(A, 0, ?), A]"};
-constexpr std::array<std::string_view, 5> kMapCalls{"map_new()", "map_clone(M)", "map_merge(M, M)", "table_clone(M)",
-                                                    "table_clear(M)"};
-constexpr std::array<std::string_view, 4> kFlagCalls{"table_has_key(M, T)", "table_has_key(A, N)",
-                                                     "string_include?(T, T)", "string_start_with?(T, T)"};
-constexpr std::array<std::string_view, 6> kAnyCalls{"table_get(A, N)",    "map_delete(M, T)", "array_pop(A)",
-                                                    "table_set(M, ?, ?)", "error(?)",         "puts(?, ?)"};
+inline constexpr std::array<std::string_view, 20> kArrayCalls{"array_push(A, ?)",
+                                                              "array_push(A, ?, ?)",
+                                                              "array_unshift(A, ?)",
+                                                              "array_slice(A, N, N)",
+                                                              "array_reverse(A)",
+                                                              "array_pop(A, N)",
+                                                              "keys(M)",
+                                                              "values(M)",
+                                                              "keys(A)",
+                                                              "table_clone(A)",
+                                                              "range(N % 20)",
+                                                              "string_split(T, T)",
+                                                              "string_byte(T, N, N)",
+                                                              "array_new(N % 20, ?)",
+                                                              "table_clear(A)",
+                                                              "string_find(T, T)",
+                                                              "string_gmatch(T, T)",
+                                                              "values(A)",
+                                                              "[table_sort(A), A]",
+                                                              "[table_insert(A, 0, ?), A]"};
+inline constexpr std::array<std::string_view, 5> kMapCalls{"map_new()", "map_clone(M)", "map_merge(M, M)",
+                                                           "table_clone(M)", "table_clear(M)"};
+inline constexpr std::array<std::string_view, 4> kFlagCalls{"table_has_key(M, T)", "table_has_key(A, N)",
+                                                            "string_include?(T, T)", "string_start_with?(T, T)"};
+inline constexpr std::array<std::string_view, 6> kAnyCalls{"table_get(A, N)",    "map_delete(M, T)", "array_pop(A)",
+                                                           "table_set(M, ?, ?)", "error(?)",         "puts(?, ?)"};
 
 }  // namespace morvel::ruby::fuzz

@@ -2,125 +2,37 @@
 // block tagged "text" with its standard output, by one tagged "text error" with its standard error, or by both.
 // Also checks that the library reference leaves no built-in out and that links inside the documents lead somewhere.
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cctype>
-#include <cerrno>
-#include <cstdlib>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <optional>
 #include <ostream>
-#include <stdexcept>
+#include <regex>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
+
+#include "support/builtins.h"
+#include "support/files.h"
+#include "support/output.h"
+#include "support/process.h"
+#include "support/runs.h"
+#include "support/temporary_directory.h"
+
+namespace morvel::ruby::tests {
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned kTimeLimitSeconds = 60;
-
-constexpr std::array kBuiltIns{
-    "puts",
-    "print",
-    "len",
-    "time_ms",
-    "to_s",
-    "type_of",
-    "to_i",
-    "to_f",
-    "to_number",
-    "collect_garbage",
-    "error",
-    "pcall",
-    "load",
-    "range",
-    "array_new",
-    "map_new",
-    "array_push",
-    "array_pop",
-    "array_shift",
-    "array_unshift",
-    "array_slice",
-    "array_reverse",
-    "array_join",
-    "map_delete",
-    "map_merge",
-    "map_clone",
-    "table_clone",
-    "table_clear",
-    "keys",
-    "values",
-    "table_get",
-    "table_has_key",
-    "table_set",
-    "table_insert",
-    "table_remove",
-    "table_sort",
-    "table_concat",
-    "math_floor",
-    "math_ceil",
-    "math_abs",
-    "math_min",
-    "math_max",
-    "math_sin",
-    "math_cos",
-    "math_rad",
-    "math_log",
-    "math_sqrt",
-    "math_pow",
-    "math_deg",
-    "math_exp",
-    "math_clamp",
-    "math_random_seed",
-    "math_random",
-    "string_upper",
-    "string_lower",
-    "string_sub",
-    "string_find",
-    "string_match",
-    "string_gmatch",
-    "string_byte",
-    "string_char",
-    "string_format",
-    "string_rep",
-    "string_gsub",
-    "string_split",
-    "string_strip",
-    "string_lstrip",
-    "string_rstrip",
-    "string_reverse",
-    "string_include?",
-    "string_start_with?",
-    "string_end_with?",
-    "utf8_len",
-    "file_exists?",
-    "read_file",
-    "write_file",
-    "append_file",
-};
-static_assert(kBuiltIns.size() == 77);
-
 // ---------------------------------------------------------------------------------------------------------------------
 // Documents
-
-std::string readFile(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        throw std::runtime_error("cannot read " + path.string());
-    }
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 std::vector<std::string> readLines(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -238,71 +150,15 @@ std::vector<Example> findExamples() {
 
 fs::path libraryReference() { return fs::path(MORVELTESK_DOCS_DIR) / "library.md"; }
 
-// ---------------------------------------------------------------------------------------------------------------------
-// Running the program
-
-class TemporaryDirectory {
-public:
-    TemporaryDirectory() {
-        std::string name = (fs::temp_directory_path() / "morveltesk-docs-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) {
-            throw std::system_error(errno, std::generic_category(), "mkdtemp");
-        }
-        path_ = name;
-    }
-    TemporaryDirectory(const TemporaryDirectory&) = delete;
-    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-    ~TemporaryDirectory() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-
-    [[nodiscard]] const fs::path& path() const { return path_; }
-
-private:
-    fs::path path_;
-};
-
-struct Outcome {
-    int status = -1;  // the exit status, or -1 when the program was killed
-    std::string out;
-    std::string err;
-};
-
-bool redirect(int stream, const fs::path& file) {
-    const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    return fd >= 0 && ::dup2(fd, stream) >= 0;
-}
-
 // Runs the code as example.rb in an empty directory.
-Outcome runCode(const std::string& code) {
+ProcessOutcome runCode(const std::string& code) {
     const TemporaryDirectory directory;
-    const fs::path work = directory.path() / "work";
-    fs::create_directory(work);
-    std::ofstream(work / "example.rb", std::ios::binary) << code;
-
-    const std::string program = fs::absolute(MORVELTESK_PROGRAM).string();
-    const pid_t child = ::fork();
-    if (child < 0) {
-        throw std::system_error(errno, std::generic_category(), "fork");
-    }
-    if (child == 0) {
-        // The alarm outlives the change of program and ends one that does not end by itself.
-        ::alarm(kTimeLimitSeconds);
-        if (redirect(1, directory.path() / "out") && redirect(2, directory.path() / "err") &&
-            ::chdir(work.c_str()) == 0) {
-            ::execl(program.c_str(), program.c_str(), "example.rb", static_cast<char*>(nullptr));
-        }
-        ::_exit(127);
-    }
-    int state = 0;
-    while (::waitpid(child, &state, 0) < 0 && errno == EINTR) {
-    }
-    Outcome outcome;
-    outcome.status = WIFEXITED(state) ? WEXITSTATUS(state) : -1;
-    outcome.out = readFile(directory.path() / "out");
-    outcome.err = readFile(directory.path() / "err");
-    return outcome;
+    writeFile(directory.file("example.rb"), code);
+    ProcessSetup setup;
+    setup.arguments = {"example.rb"};
+    setup.directory = directory.path().string();
+    setup.timeLimit = std::chrono::seconds(60);
+    return runProcess(setup);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -313,9 +169,9 @@ class DocumentExample : public testing::TestWithParam<Example> {};
 TEST_P(DocumentExample, DoesWhatTheDocumentShows) {
     const Example& example = GetParam();
     ASSERT_TRUE(example.out || example.err) << "no block with the output follows the example";
-    const Outcome outcome = runCode(example.code);
-    EXPECT_EQ(example.out.value_or(""), outcome.out);
-    EXPECT_EQ(example.err.value_or(""), outcome.err);
+    const ProcessOutcome outcome = runCode(example.code);
+    EXPECT_EQ(example.out.value_or(""), outcome.output);
+    EXPECT_EQ(example.err.value_or(""), outcome.error);
     EXPECT_EQ(example.err ? 1 : 0, outcome.status);
 }
 
@@ -332,17 +188,30 @@ TEST(LanguageReference, HasExamples) {
     EXPECT_GT(examplesOf(fs::path(MORVELTESK_DOCS_DIR) / "language.md").size(), 0u);
 }
 
-TEST(LibraryReference, DescribesEveryBuiltInWithAnExample) {
-    std::map<std::string, int> headings;
+// The names that the reference describes, with the text of each.
+std::map<std::string, std::string> describedBuiltins() {
+    std::map<std::string, std::string> sections;
+    std::string* section = nullptr;
     for (const Element& element : elementsOf(libraryReference())) {
-        if (element.text.starts_with("### ")) {
-            ++headings[headingOf(element).value_or("")];
+        if (headingOf(element)) {
+            const bool isBuiltin = element.text.starts_with("### ");
+            section = isBuiltin ? &sections[*headingOf(element)] : nullptr;
+            EXPECT_TRUE(section == nullptr || section->empty()) << "two headings: " << element.text;
+        }
+        if (section != nullptr) {
+            *section += element.text + "\n";
         }
     }
-    EXPECT_EQ(kBuiltIns.size(), headings.size()) << "headings of built-ins";
+    return sections;
+}
+
+TEST(LibraryReference, DescribesEveryBuiltInWithAnExample) {
+    const std::map<std::string, std::string> sections = describedBuiltins();
+    const std::vector<std::string> builtins = builtinNames();
+    EXPECT_EQ(builtins.size(), sections.size()) << "headings of built-ins";
     const std::vector<Example> examples = examplesOf(libraryReference());
-    for (const std::string name : kBuiltIns) {
-        EXPECT_EQ(1, headings[name]) << "headings of " << name;
+    for (const std::string& name : builtins) {
+        EXPECT_EQ(1U, sections.count(name)) << "headings of " << name;
         const bool shown = std::any_of(examples.begin(), examples.end(), [&](const Example& example) {
             return example.section == name && example.code.find(name + "(") != std::string::npos;
         });
@@ -350,16 +219,71 @@ TEST(LibraryReference, DescribesEveryBuiltInWithAnExample) {
     }
 }
 
+TEST(LibraryReference, CountsTheBuiltIns) {
+    const std::string start = "Every script starts with " + std::to_string(builtinNames().size()) + " functions ";
+    EXPECT_NE(readFile(libraryReference()).find(start), std::string::npos) << start;
+}
+
 TEST(LibraryReference, DescribesOnlyWhatTheProgramHas) {
     std::string code;
     std::string expected;
-    for (const std::string name : kBuiltIns) {
+    for (const auto& [name, section] : describedBuiltins()) {
         code += "puts(" + name + ")\n";
         expected += "[function " + name + "]\n";
     }
-    const Outcome outcome = runCode(code);
-    EXPECT_EQ(expected, outcome.out);
-    EXPECT_EQ("", outcome.err);
+    const ProcessOutcome outcome = runCode(code);
+    EXPECT_EQ(expected, outcome.output);
+    EXPECT_EQ("", outcome.error);
+}
+
+// How many arguments a built-in takes by its description, and the message for any other number.
+struct Arity {
+    std::size_t least = 0;
+    std::optional<std::size_t> most;
+    std::string message;
+};
+
+Arity arityOf(const std::string& name, const std::string& section) {
+    const std::regex form("`([a-z0-9_?]+ expects (exactly|at least|between) ([0-9]+)( and ([0-9]+))? arguments?)`");
+    std::vector<Arity> found;
+    for (std::sregex_iterator match(section.begin(), section.end(), form); match != std::sregex_iterator(); ++match) {
+        const std::string kind = (*match)[2];
+        Arity arity{std::stoul((*match)[3]), std::nullopt, (*match)[1]};
+        if (kind != "at least") {
+            arity.most = kind == "exactly" ? arity.least : std::stoul((*match)[5]);
+        }
+        // A description may also tell what happens to a call that it makes.
+        if (arity.message.starts_with(name + " ")) {
+            found.push_back(arity);
+        }
+    }
+    EXPECT_LE(found.size(), 1U) << name;
+    // Nothing is said where any number will do.
+    return found.empty() ? Arity() : found.front();
+}
+
+std::string callWith(const std::string& name, std::size_t count) {
+    std::string source = name + "(";
+    for (std::size_t i = 0; i < count; ++i) {
+        source += i == 0 ? "nil" : ", nil";
+    }
+    return source + ")";
+}
+
+TEST(LibraryReference, SaysHowManyArgumentsABuiltInTakes) {
+    const CapturedOutput printed;
+    for (const auto& [name, section] : describedBuiltins()) {
+        const Arity arity = arityOf(name, section);
+        for (const unsigned count : {0U, 1U, 2U, 3U, 4U, 5U, 40U}) {
+            if (count < arity.least || (arity.most && count > *arity.most)) {
+                expectScriptError(arity.message, callWith(name, count));
+            } else {
+                const RubyResult result = RubyVM().runScriptString(callWith(name, count), "t");
+                EXPECT_FALSE(std::regex_search(result.error, std::regex("expects (exactly|at least|between) .*arg")))
+                    << count << ": " << result.error;
+            }
+        }
+    }
 }
 
 // The anchor that a heading gets when the document is shown: lower case, without signs, blanks as dashes.
@@ -424,3 +348,5 @@ TEST(Documents, LinksLeadSomewhere) {
 }
 
 }  // namespace
+
+}  // namespace morvel::ruby::tests

@@ -8,6 +8,7 @@
 
 #include "documents/attacks.h"
 #include "morvel/ruby/vm.h"
+#include "support/files.h"
 #include "support/leaks_allowed.h"
 #include "support/process.h"
 #include "support/temporary_directory.h"
@@ -51,8 +52,8 @@ class AttackedProgram : public testing::TestWithParam<std::string> {};
 TEST_P(DocumentProgram, PrintsWhatTheDocumentSays) {
     const ProcessOutcome outcome = run(GetParam(), "");
     EXPECT_EQ(0, outcome.status);
-    EXPECT_EQ(readTestFile(outputFile(GetParam())), outcome.out);
-    EXPECT_EQ("", outcome.err);
+    EXPECT_EQ(readFile(outputFile(GetParam())), outcome.output);
+    EXPECT_EQ("", outcome.error);
 }
 
 TEST_P(AttackedProgram, OutlivesHostileGuests) {
@@ -60,7 +61,7 @@ TEST_P(AttackedProgram, OutlivesHostileGuests) {
         const ProcessOutcome outcome = run(GetParam(), std::string(attack.name));
         EXPECT_TRUE(outcome.status == 0 || outcome.status == 1)
             << "attack: " << attack.name << "\nstatus: " << outcome.status << '\n'
-            << outcome.err.substr(0, 2000);
+            << outcome.error.substr(0, 2000);
     }
 }
 

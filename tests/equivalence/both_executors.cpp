@@ -1,28 +1,12 @@
 #include "equivalence/both_executors.h"
 
-#include <iostream>
-#include <sstream>
+#include "support/output.h"
 
 namespace morvel::ruby::equivalence {
 
 namespace {
 
 using internal::ExecutorChoice;
-
-/// Takes what is written to standard output while it lives.
-class OutputCapture {
-public:
-    OutputCapture() : m_previous(std::cout.rdbuf(m_text.rdbuf())) {}
-    ~OutputCapture() { std::cout.rdbuf(m_previous); }
-    OutputCapture(const OutputCapture&) = delete;
-    OutputCapture& operator=(const OutputCapture&) = delete;
-
-    [[nodiscard]] std::string text() const { return m_text.str(); }
-
-private:
-    std::ostringstream m_text;
-    std::streambuf* m_previous;
-};
 
 std::string renderingOf(const RubyValue& value) {
     try {
@@ -48,7 +32,7 @@ std::string Observation::describe() const {
 Observation observeSource(const std::string& source, const std::string& chunkName, ExecutorChoice executor) {
     RubyVM vm;
     RubyVM::Impl::of(vm).executor = executor;
-    const OutputCapture capture;
+    const tests::CapturedOutput capture;
     const RubyResult result = vm.runScriptString(source, chunkName);
     return {result.ok, renderingOf(result.value), result.error, capture.text()};
 }

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "equivalence/both_executors.h"
+#include "support/files.h"
+#include "support/temporary_directory.h"
 
 namespace morvel::ruby::equivalence {
 
@@ -18,31 +18,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string contentsOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream content;
-    content << file.rdbuf();
-    return content.str();
-}
-
 /// An empty folder to run file-writing scripts in.
 class WorkingDirectory {
 public:
-    WorkingDirectory() : m_previous(fs::current_path()) {
-        std::string name = (fs::temp_directory_path() / "morvel-equivalence-XXXXXX").string();
-        m_path = mkdtemp(name.data());
-        fs::current_path(m_path);
-    }
-    ~WorkingDirectory() {
-        fs::current_path(m_previous);
-        fs::remove_all(m_path);
-    }
+    WorkingDirectory() : m_previous(fs::current_path()) { fs::current_path(m_directory.path()); }
+    ~WorkingDirectory() { fs::current_path(m_previous); }
     WorkingDirectory(const WorkingDirectory&) = delete;
     WorkingDirectory& operator=(const WorkingDirectory&) = delete;
 
 private:
     fs::path m_previous;
-    fs::path m_path;
+    tests::TemporaryDirectory m_directory;
 };
 
 Observation observeFile(const fs::path& script, internal::ExecutorChoice executor) {
@@ -52,7 +38,7 @@ Observation observeFile(const fs::path& script, internal::ExecutorChoice executo
     if (fs::is_directory(files)) {
         fs::copy(files, ".", fs::copy_options::recursive);
     }
-    return observeSource(contentsOf(script), script.filename().string(), executor);
+    return observeSource(tests::readFile(script), script.filename().string(), executor);
 }
 
 std::vector<fs::path> corpus() {
@@ -90,14 +76,14 @@ TEST(Equivalence, ScriptTestsAndExamples) {
 TEST(Equivalence, Benchmarks) {
     std::size_t compared = 0;
     for (const auto& entry : fs::directory_iterator(fs::path(MORVELTESK_BENCH_DIR) / "programs")) {
-        std::string source = contentsOf(entry.path() / "morveltesk.rb");
-        std::string small = contentsOf(entry.path() / "small");
+        std::string source = tests::readFile(entry.path() / "morveltesk.rb");
+        std::string small = tests::readFile(entry.path() / "small");
         small.erase(std::remove(small.begin(), small.end(), '\n'), small.end());
         source.replace(0, source.find('\n'), "n = " + small);
         for (const auto executor : {internal::ExecutorChoice::Automatic, internal::ExecutorChoice::PlainOnly}) {
             const Observation run = observeSource(source, "benchmark", executor);
             EXPECT_TRUE(run.ok) << entry.path() << run.error;
-            EXPECT_EQ(run.output, contentsOf(entry.path() / "expected")) << entry.path();
+            EXPECT_EQ(run.output, tests::readFile(entry.path() / "expected")) << entry.path();
         }
         ++compared;
     }

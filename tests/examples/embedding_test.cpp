@@ -9,7 +9,7 @@ namespace {
 TEST(EmbeddingExample, PrintsItsResults) {
     const ProcessOutcome outcome = runProcess(MORVELTESK_EMBEDDING_EXAMPLE, {});
     EXPECT_EQ(0, outcome.status);
-    EXPECT_EQ("", outcome.err);
+    EXPECT_EQ("", outcome.error);
     EXPECT_EQ(
         "result: Ada #1: 4\n"
         "total: 16\n"
@@ -21,7 +21,7 @@ TEST(EmbeddingExample, PrintsItsResults) {
         "failure: distance expects exactly 2 arguments\n"
         "failure: enough\n"
         "compile error: failing:1:11: expected 'end' after while block\n",
-        outcome.out);
+        outcome.output);
 }
 
 }  // namespace

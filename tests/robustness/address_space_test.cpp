@@ -30,15 +30,15 @@ namespace {
 TEST(SmallAddressSpace, IsReportedAsOutOfMemory) {
     constexpr rlim_t kAddressSpace = 256 * 1024 * 1024;
     const TemporaryDirectory directory;
-    const std::string source = directory.path("script.rb");
+    const std::string source = directory.file("script.rb");
     writeFile(source, "x = 1");
     std::filesystem::resize_file(source, kAddressSpace * 2);
     for (const bool isCompiling : {true, false}) {
-        ChildSetup setup;
+        ProcessSetup setup;
         setup.arguments =
-            isCompiling ? std::vector<std::string>{"--compile", source, directory.path("image")} : std::vector{source};
+            isCompiling ? std::vector<std::string>{"--compile", source, directory.file("image")} : std::vector{source};
         setup.prepare = limited(RLIMIT_AS, kAddressSpace);
-        const ChildOutcome child = runProgram(setup);
+        const ProcessOutcome child = runProcess(setup);
         EXPECT_EQ(child.status, 1);
         EXPECT_EQ(child.error, "morveltesk: out of memory\n");
     }
@@ -46,11 +46,11 @@ TEST(SmallAddressSpace, IsReportedAsOutOfMemory) {
 
 TEST(SmallAddressSpace, EndsTheReplWithAnErrorWhenALineDoesNotFit) {
     constexpr rlim_t kAddressSpace = 128 * 1024 * 1024;
-    ChildSetup setup;
+    ProcessSetup setup;
     setup.arguments = {"--repl"};
     setup.input = "puts('before')\nx = '" + std::string(kAddressSpace, 'x') + "'\nputs('after')\n";
     setup.prepare = limited(RLIMIT_AS, kAddressSpace);
-    const ChildOutcome child = runProgram(setup);
+    const ProcessOutcome child = runProcess(setup);
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.output, "rb> before\nrb> ");
     EXPECT_EQ(child.error, "morveltesk: out of memory\n");
@@ -59,18 +59,18 @@ TEST(SmallAddressSpace, EndsTheReplWithAnErrorWhenALineDoesNotFit) {
 constexpr rlim_t kKiB = 1024;
 constexpr rlim_t kMiB = 1024 * kKiB;
 
-ChildOutcome runScript(const std::string& source, const std::function<void()>& prepare) {
+ProcessOutcome runScript(const std::string& source, const std::function<void()>& prepare) {
     const TemporaryDirectory directory;
-    writeFile(directory.path("script.rb"), source);
-    ChildSetup setup;
-    setup.arguments = {directory.path("script.rb")};
+    writeFile(directory.file("script.rb"), source);
+    ProcessSetup setup;
+    setup.arguments = {directory.file("script.rb")};
     setup.prepare = prepare;
-    return runProgram(setup);
+    return runProcess(setup);
 }
 
 /// What a script prints under a limit of its address space: the numbers, once it has ended in order.
 std::vector<double> numbersWithin(const std::string& source, rlim_t addressSpace) {
-    const ChildOutcome child = runScript(source, limited(RLIMIT_AS, addressSpace));
+    const ProcessOutcome child = runScript(source, limited(RLIMIT_AS, addressSpace));
     EXPECT_EQ(child.status, 0) << addressSpace << child.error;
     std::istringstream output(child.output);
     return {std::istream_iterator<double>(output), {}};
@@ -91,7 +91,7 @@ constexpr const char* kDeepListsInFullMemory =
 constexpr const char* kRing = "ring = [] array_push(ring, ring)\n";
 
 void expectNoSignal(const std::string& source, rlim_t addressSpace) {
-    const ChildOutcome child = runScript(source, limited(RLIMIT_AS, addressSpace));
+    const ProcessOutcome child = runScript(source, limited(RLIMIT_AS, addressSpace));
     const bool isRefused = child.error.ends_with("stack overflow\n") || child.error.ends_with("out of memory\n");
     EXPECT_EQ(child.signal, 0) << addressSpace << ' ' << source.substr(0, 60);
     EXPECT_TRUE(child.status == 0 || (child.status == 1 && isRefused)) << addressSpace << ' ' << child.error;
@@ -121,7 +121,7 @@ TEST(LimitsOfTheStack, UnlimitedStillEndsARing) {
         limited(RLIMIT_AS, kAddressSpace)();
     };
     for (const char* work : {"to_s(ring)", "ring == [ring]", "puts(1, ring)"}) {
-        const ChildOutcome child = runScript(std::string(kRing) + work, limits);
+        const ProcessOutcome child = runScript(std::string(kRing) + work, limits);
         EXPECT_EQ(child.status, 1) << work;
         EXPECT_TRUE(child.error.ends_with("stack overflow\n")) << child.error;
         EXPECT_EQ(child.output, "");
@@ -134,14 +134,14 @@ TEST(LimitsOfTheStack, UnlimitedStillEndsARing) {
 // What is not used is not resident.
 TEST(LimitsOfTheStack, GrowingTakesLittleMemory) {
     constexpr std::size_t kMostMemory = 6 * kMiB;
-    const ChildOutcome child = runScript("x = 1", [] { limited(RLIMIT_STACK, RLIM_INFINITY)(); });
+    const ProcessOutcome child = runScript("x = 1", [] { limited(RLIMIT_STACK, RLIM_INFINITY)(); });
     EXPECT_EQ(child.status, 0);
     EXPECT_LT(child.peakMemory, kMostMemory);
 }
 
 TEST(LimitsOfTheStack, MayBeLoweredWhileTheProcessRuns) {
     constexpr unsigned kSeconds = 20;
-    const ChildOutcome child = runInChild(
+    const ProcessOutcome child = runInChild(
         [] {
             RubyVM vm;
             (void)outcome(vm, "x = 1");
@@ -175,7 +175,7 @@ void forbid(unsigned systemCall) {
 
 TEST(LimitsOfTheStack, AreBelievedWhereTheSystemCannotBeAsked) {
     const auto prepare = [] { forbid(SYS_rt_sigprocmask); };
-    const ChildOutcome ring = runScript(std::string(kRing) + "to_s(ring)", prepare);
+    const ProcessOutcome ring = runScript(std::string(kRing) + "to_s(ring)", prepare);
     EXPECT_EQ(ring.status, 1);
     EXPECT_EQ(ring.error, "morveltesk: stack overflow\n");
     EXPECT_EQ(runScript(parentheses(5000) + " puts(x)", prepare).output, "1\n");
@@ -186,17 +186,17 @@ TEST(LimitsOfTheStack, AreBelievedWhereTheSystemCannotBeAsked) {
 // The last of the memory goes in small pieces, and at any of them.
 TEST(SmallAddressSpace, EndsImagesThatFillItWithAnError) {
     const TemporaryDirectory directory;
-    const std::string script = directory.path("script.rb");
-    const std::string image = directory.path("image");
+    const std::string script = directory.file("script.rb");
+    const std::string image = directory.file("image");
     writeFile(script, "a = nil\nwhile true do a = [a, 1] end\n");
-    ChildSetup compiling;
+    ProcessSetup compiling;
     compiling.arguments = {"--compile", script, image};
-    ASSERT_EQ(runProgram(compiling).status, 0);
+    ASSERT_EQ(runProcess(compiling).status, 0);
     for (rlim_t size = 8'000; size <= 200'000; size += size / 2 + 7) {
-        ChildSetup setup;
+        ProcessSetup setup;
         setup.arguments = {"--run-bytecode", image};
         setup.prepare = limited(RLIMIT_AS, size * kKiB);
-        const ChildOutcome child = runProgram(setup);
+        const ProcessOutcome child = runProcess(setup);
         EXPECT_EQ(child.status, 1) << size;
         EXPECT_EQ(child.error, "morveltesk: out of memory\n") << size;
     }

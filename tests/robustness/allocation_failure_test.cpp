@@ -175,7 +175,7 @@ class AllocationFailure : public ::testing::TestWithParam<std::tuple<Scenario, F
 TEST_P(AllocationFailure, EndsInAnErrorAndLeaksNothing) {
     const auto& [scenario, mode] = GetParam();
     const TemporaryDirectory directory;
-    const std::string path = directory.path("file");
+    const std::string path = directory.file("file");
     // Once without failures, so that what a process sets up once is there before the counting starts.
     constexpr std::size_t kNever = 1U << 30;
     const Attempt smooth = attempt(scenario, path, kNever, mode);

@@ -48,7 +48,7 @@ TEST(DamagedImages, AreCaughtByTheHarness) {
     EXPECT_EQ(damagedCopies(image), image.bytes.size() * 9);
     EXPECT_EQ(damagedCopy(image, 9).bytes[1], image.bytes[1] ^ 2);
     EXPECT_EQ(damagedCopy(image, image.bytes.size() * 8 + 5).bytes.size(), 5U);
-    const ChildOutcome crash = runInChild(
+    const ProcessOutcome crash = runInChild(
         [] {
             std::abort();
             return 0;

@@ -26,16 +26,16 @@ TEST_P(FailingMemory, EndsInOrder) {
     const std::string mode = std::get<0>(GetParam());
     const char* const failing = std::get<1>(GetParam());
     const TemporaryDirectory directory;
-    const std::string script = directory.path("script.rb");
-    const std::string image = directory.path("image");
+    const std::string script = directory.file("script.rb");
+    const std::string image = directory.file("image");
     writeFile(script, kScript);
-    ChildSetup compiling;
+    ProcessSetup compiling;
     compiling.arguments = {"--compile", script, image};
-    ASSERT_EQ(runProgram(compiling).status, 0);
-    ChildSetup setup;
+    ASSERT_EQ(runProcess(compiling).status, 0);
+    ProcessSetup setup;
     setup.program = MORVEL_DYNAMIC_PROGRAM;
     setup.arguments = mode == "script"    ? std::vector{script}
-                      : mode == "compile" ? std::vector<std::string>{"--compile", script, directory.path("other")}
+                      : mode == "compile" ? std::vector<std::string>{"--compile", script, directory.file("other")}
                       : mode == "image"   ? std::vector<std::string>{"--run-bytecode", image}
                                           : std::vector<std::string>{"--repl"};
     setup.input = "x = [1, 'a text of more than sixteen bytes']\nputs(x)\nnil + 1\nexit\n";
@@ -43,7 +43,7 @@ TEST_P(FailingMemory, EndsInOrder) {
         setenv("MORVEL_FAILING_MEMORY", failing, 1);
         setenv("LD_PRELOAD", MORVEL_FAILING_MEMORY_LIBRARY, 1);
     };
-    const ChildOutcome child = runProgram(setup);
+    const ProcessOutcome child = runProcess(setup);
     EXPECT_EQ(child.status, 0) << child.output << child.error;
     // Fewer would mean that the requests are not seen.
     constexpr int kFewestRequests = 200;

@@ -46,24 +46,24 @@ TEST(WritingFiles, ReportsAFullDevice) {
 TEST(WritingFiles, RefusesDirectoriesAndNulBytes) {
     const TemporaryDirectory directory;
     RubyVM vm;
-    vm.setGlobal("dir", directory.path(""));
-    vm.setGlobal("nul", directory.path("file\0.txt"s));
-    EXPECT_EQ(outcome(vm, "write_file(dir, 'x')"), "error: failed to open file for writing: " + directory.path(""));
-    EXPECT_EQ(outcome(vm, "append_file(dir, 'x')"), "error: failed to open file for appending: " + directory.path(""));
-    EXPECT_EQ(outcome(vm, "read_file(dir)"), "error: failed to open file: " + directory.path(""));
+    vm.setGlobal("dir", directory.file(""));
+    vm.setGlobal("nul", directory.file("file\0.txt"s));
+    EXPECT_EQ(outcome(vm, "write_file(dir, 'x')"), "error: failed to open file for writing: " + directory.file(""));
+    EXPECT_EQ(outcome(vm, "append_file(dir, 'x')"), "error: failed to open file for appending: " + directory.file(""));
+    EXPECT_EQ(outcome(vm, "read_file(dir)"), "error: failed to open file: " + directory.file(""));
     EXPECT_EQ(outcome(vm, "file_exists?(dir)"), "true");
-    const std::string nul = directory.path("file\0.txt"s);
+    const std::string nul = directory.file("file\0.txt"s);
     EXPECT_EQ(outcome(vm, "write_file(nul, 'x')"), "error: failed to open file for writing: " + nul);
     EXPECT_EQ(outcome(vm, "append_file(nul, 'x')"), "error: failed to open file for appending: " + nul);
     EXPECT_EQ(outcome(vm, "read_file(nul)"), "error: failed to open file: " + nul);
     EXPECT_EQ(outcome(vm, "file_exists?(nul)"), "false");
-    EXPECT_TRUE(std::filesystem::is_empty(directory.path("")));
+    EXPECT_TRUE(std::filesystem::is_empty(directory.file("")));
     EXPECT_EQ(vm.runScriptFile(nul).error, "unable to open script file: " + nul);
     EXPECT_EQ(vm.runBytecodeFile(nul).error, "unable to open bytecode file: " + nul);
     std::string error;
     EXPECT_FALSE(vm.writeBytecodeFile("x = 1", nul, "t", &error));
     EXPECT_EQ(error, "unable to open bytecode output file: " + nul);
-    for (const std::string& path : {directory.path(std::string(5000, 'x')), ""s, directory.path("no/such/dir")}) {
+    for (const std::string& path : {directory.file(std::string(5000, 'x')), ""s, directory.file("no/such/dir")}) {
         vm.setGlobal("path", path);
         EXPECT_EQ(outcome(vm, "write_file(path, 'x')"), "error: failed to open file for writing: " + path);
         EXPECT_EQ(outcome(vm, "read_file(path)"), "error: failed to open file: " + path);
@@ -85,34 +85,34 @@ TEST(WritingFiles, ReportsAClosedPipe) {
 // Otherwise the system ends the process when a file reaches the limit of its size.
 TEST(WritingFiles, ReportsALimitOfSize) {
     const TemporaryDirectory directory;
-    ChildSetup setup;
+    ProcessSetup setup;
     setup.prepare = limited(RLIMIT_FSIZE, 100'000);
-    const std::string large = directory.path("large");
-    writeFile(directory.path("s.rb"), "puts(pcall(write_file, '" + large + "', string_rep('x', 1000000))[2])");
-    setup.arguments = {directory.path("s.rb")};
-    const ChildOutcome script = runProgram(setup);
+    const std::string large = directory.file("large");
+    writeFile(directory.file("s.rb"), "puts(pcall(write_file, '" + large + "', string_rep('x', 1000000))[2])");
+    setup.arguments = {directory.file("s.rb")};
+    const ProcessOutcome script = runProcess(setup);
     EXPECT_EQ(script.status, 0);
     EXPECT_EQ(script.output, "failed to write file: " + large + '\n');
 
-    writeFile(directory.path("s.rb"), "x = '" + std::string(1'000'000, 'x') + "'");
-    setup.arguments = {"--compile", directory.path("s.rb"), directory.path("image")};
-    const ChildOutcome compiled = runProgram(setup);
+    writeFile(directory.file("s.rb"), "x = '" + std::string(1'000'000, 'x') + "'");
+    setup.arguments = {"--compile", directory.file("s.rb"), directory.file("image")};
+    const ProcessOutcome compiled = runProcess(setup);
     EXPECT_EQ(compiled.status, 1);
-    EXPECT_EQ(compiled.error, "morveltesk: failed to write file: " + directory.path("image") + '\n');
+    EXPECT_EQ(compiled.error, "morveltesk: failed to write file: " + directory.file("image") + '\n');
 }
 
 TEST(NamedPipes, AreFoundWithoutWaitingForTheirOtherEnd) {
     const TemporaryDirectory directory;
-    const std::string path = directory.path("pipe");
+    const std::string path = directory.file("pipe");
     ASSERT_EQ(mkfifo(path.c_str(), S_IRUSR | S_IWUSR), 0);
-    const ChildOutcome child =
+    const ProcessOutcome child =
         runInChild([&] { return outcome("file_exists?('" + path + "')") == "true" ? 0 : 1; }, 20);
     EXPECT_EQ(child.status, 0);
 }
 
 TEST(Sockets, AreThereButCannotBeOpened) {
     const TemporaryDirectory directory;
-    const std::string path = directory.path("socket");
+    const std::string path = directory.file("socket");
     sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
     ASSERT_LT(path.size(), sizeof address.sun_path);
     path.copy(address.sun_path, path.size());
@@ -142,7 +142,7 @@ TEST(ReadingFiles, TakesWhatIsThere) {
     EXPECT_EQ(outcome("len(read_file('/proc/self/status')) > 100"), "true");
     EXPECT_EQ(outcome("read_file('/dev/null')"), "");
     const TemporaryDirectory directory;
-    const std::string path = directory.path("shrinking");
+    const std::string path = directory.file("shrinking");
     constexpr std::size_t kSize = 3'000'000;
     writeFile(path, std::string(kSize, 'x'));
     std::atomic<bool> done{false};
@@ -173,8 +173,8 @@ TEST(OpenFiles, AreClosedAtOnce) {
     };
     const auto before = openFiles();
     RubyVM vm;
-    vm.setGlobal("dir", directory.path(""));
-    vm.setGlobal("path", directory.path("data"));
+    vm.setGlobal("dir", directory.file(""));
+    vm.setGlobal("path", directory.file("data"));
     vm.bindFunction("open_files", [&](RubyVM&, RubyArguments) { return RubyValue(openFiles() - before); });
     EXPECT_EQ(outcome(vm, "write_file(path, 'a') open_files()"), "0");
     EXPECT_EQ(outcome(vm, "append_file(path, 'b') open_files()"), "0");
@@ -182,26 +182,26 @@ TEST(OpenFiles, AreClosedAtOnce) {
     EXPECT_EQ(outcome(vm, "[file_exists?(path), file_exists?(dir), open_files()]"), "[true, true, 0]");
     // Also those that open but cannot be used.
     EXPECT_EQ(outcome(vm, "pcall(read_file, dir) pcall(write_file, '/dev/full', 'x') open_files()"), "0");
-    const std::string script = directory.path("script.rb");
-    const std::string image = directory.path("image");
+    const std::string script = directory.file("script.rb");
+    const std::string image = directory.file("image");
     writeFile(script, "open_files()");
     EXPECT_TRUE(vm.writeBytecodeFile("open_files()", image, "image"));
     EXPECT_EQ(vm.runScriptFile(script).value.toString(), "0");
     EXPECT_EQ(vm.runBytecodeFile(image).value.toString(), "0");
     writeFile(image, "no image");
     EXPECT_FALSE(vm.runBytecodeFile(image).ok);
-    EXPECT_FALSE(vm.runScriptFile(directory.path("")).ok);
+    EXPECT_FALSE(vm.runScriptFile(directory.file("")).ok);
     EXPECT_EQ(openFiles(), before);
 }
 
 /// Runs the program on a script, with a standard stream set up by `prepare`.
-ChildOutcome runScript(const std::string& source, std::function<void()> prepare) {
+ProcessOutcome runScript(const std::string& source, std::function<void()> prepare) {
     const TemporaryDirectory directory;
-    writeFile(directory.path("script.rb"), source);
-    ChildSetup setup;
-    setup.arguments = {directory.path("script.rb")};
+    writeFile(directory.file("script.rb"), source);
+    ProcessSetup setup;
+    setup.arguments = {directory.file("script.rb")};
     setup.prepare = std::move(prepare);
-    return runProgram(setup);
+    return runProcess(setup);
 }
 
 void outputTo(const char* path) { dup2(open(path, O_WRONLY), STDOUT_FILENO); }
@@ -223,38 +223,38 @@ TEST(StandardOutput, IsNotLostInSilence) {
     for (const auto& prepare : failing) {
         for (const char* source : {"puts('a line')", "print('x')", "print(string_rep('x', 1000000))",
                                    "i = 0 while i < 100000 do puts(i) i = i + 1 end"}) {
-            const ChildOutcome child = runScript(source, prepare);
+            const ProcessOutcome child = runScript(source, prepare);
             EXPECT_EQ(child.status, 1) << source;
             EXPECT_EQ(child.error, kLostOutput) << source;
         }
         // Caught by the script, and reported all the same, because what was written is lost.
-        const ChildOutcome caught = runScript("pcall(print, string_rep('x', 1000000))", prepare);
+        const ProcessOutcome caught = runScript("pcall(print, string_rep('x', 1000000))", prepare);
         EXPECT_EQ(caught.status, 1);
         EXPECT_EQ(caught.error, kLostOutput);
         // An error of the script comes first.
-        const ChildOutcome failed = runScript("puts('a line') error('its own')", prepare);
+        const ProcessOutcome failed = runScript("puts('a line') error('its own')", prepare);
         EXPECT_EQ(failed.status, 1);
         EXPECT_EQ(failed.error, std::string("morveltesk: its own\n") + kLostOutput);
         // Nothing written, nothing lost.
         EXPECT_EQ(runScript("x = 1", prepare).status, 0);
     }
-    ChildSetup repl;
+    ProcessSetup repl;
     repl.arguments = {"--repl"};
     repl.input = "x = 1\nputs(x)\n";
     repl.prepare = [] { outputTo("/dev/full"); };
-    EXPECT_EQ(runProgram(repl).status, 1);
+    EXPECT_EQ(runProcess(repl).status, 1);
 }
 
 TEST(StandardOutput, IsNotTakenOverByAFile) {
     const TemporaryDirectory directory;
-    const std::string path = directory.path("data");
-    const ChildOutcome child =
+    const std::string path = directory.file("data");
+    const ProcessOutcome child =
         runScript("print('not for the file') write_file('" + path + "', 'content') print('nor this')",
                   [] { close(STDOUT_FILENO); });
     EXPECT_EQ(readFile(path), "content");
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.error, kLostOutput);
-    const ChildOutcome closed = runScript("write_file('" + path + "', 'content') error('not for the file')", [] {
+    const ProcessOutcome closed = runScript("write_file('" + path + "', 'content') error('not for the file')", [] {
         close(STDIN_FILENO);
         close(STDOUT_FILENO);
         close(STDERR_FILENO);
@@ -264,13 +264,13 @@ TEST(StandardOutput, IsNotTakenOverByAFile) {
 }
 
 TEST(StandardInput, MayBeClosedOrADirectory) {
-    ChildSetup repl;
+    ProcessSetup repl;
     repl.arguments = {"--repl"};
     const std::array<std::function<void()>, 2> unreadable{[] { close(STDIN_FILENO); },
                                                           [] { dup2(open("/", O_RDONLY), STDIN_FILENO); }};
     for (const auto& prepare : unreadable) {
         repl.prepare = prepare;
-        const ChildOutcome child = runProgram(repl);
+        const ProcessOutcome child = runProcess(repl);
         EXPECT_EQ(child.status, 0);
         EXPECT_EQ(child.output, "rb> ");
         EXPECT_EQ(child.error, "");
@@ -293,11 +293,11 @@ TEST(StandardInput, GivesScriptsAndImages) {
         };
     };
     for (const bool asPipe : {false, true}) {
-        ChildSetup script;
+        ProcessSetup script;
         script.arguments = {"/dev/stdin"};
-        ChildSetup bytecode;
+        ProcessSetup bytecode;
         bytecode.arguments = {"--run-bytecode", "/dev/stdin"};
-        ChildSetup compile;
+        ProcessSetup compile;
         compile.arguments = {"--compile", "/dev/stdin", "/dev/stdout"};
         if (asPipe) {
             script.prepare = fromPipe(source);
@@ -308,10 +308,10 @@ TEST(StandardInput, GivesScriptsAndImages) {
             bytecode.input = imageText;
             compile.input = source;
         }
-        EXPECT_EQ(runProgram(script).output, "from a stream 2\n");
-        EXPECT_EQ(runProgram(bytecode).output, "from a stream 2\n");
+        EXPECT_EQ(runProcess(script).output, "from a stream 2\n");
+        EXPECT_EQ(runProcess(bytecode).output, "from a stream 2\n");
         const RubyBytecode expected = vm.compileScript(source, "/dev/stdin");
-        EXPECT_EQ(runProgram(compile).output, std::string(expected.bytes.begin(), expected.bytes.end()));
+        EXPECT_EQ(runProcess(compile).output, std::string(expected.bytes.begin(), expected.bytes.end()));
     }
 }
 
@@ -349,27 +349,27 @@ TEST(Starting, ShowsTheUsageUnderTheNameItWasInvokedBy) {
 
 TEST(Compiling, ReportsWhatItCannotReadOrWrite) {
     const auto compiled = [](const std::string& source, const std::string& output) {
-        ChildSetup setup;
+        ProcessSetup setup;
         setup.arguments = {"--compile", source, output};
-        const ChildOutcome child = runProgram(setup);
+        const ProcessOutcome child = runProcess(setup);
         EXPECT_EQ(child.status, 1);
         return child.error;
     };
     const TemporaryDirectory directory;
-    writeFile(directory.path("script.rb"), "x = 1");
-    const std::string output = directory.path("image");
+    writeFile(directory.file("script.rb"), "x = 1");
+    const std::string output = directory.file("image");
     EXPECT_EQ(compiled("/proc/self/mem", output), "morveltesk: failed to open file: /proc/self/mem\n");
     EXPECT_EQ(compiled("/", output), "morveltesk: failed to open file: /\n");
     EXPECT_FALSE(std::filesystem::exists(output));
-    EXPECT_EQ(compiled(directory.path("script.rb"), "/dev/full"), "morveltesk: failed to write file: /dev/full\n");
-    EXPECT_EQ(compiled(directory.path("script.rb"), "/"), "morveltesk: unable to open bytecode output file: /\n");
+    EXPECT_EQ(compiled(directory.file("script.rb"), "/dev/full"), "morveltesk: failed to write file: /dev/full\n");
+    EXPECT_EQ(compiled(directory.file("script.rb"), "/"), "morveltesk: unable to open bytecode output file: /\n");
 }
 
 TEST(Compiling, ReportsThatMemoryIsOut) {
     constexpr std::size_t kMemory = std::size_t{64} * 1024 * 1024;
     const TemporaryDirectory directory;
-    std::string script = directory.path("script.rb");
-    std::string image = directory.path("image");
+    std::string script = directory.file("script.rb");
+    std::string image = directory.file("image");
     writeFile(script, "x = 1");
     std::filesystem::resize_file(script, kMemory * 2);
     std::string name = "morveltesk";

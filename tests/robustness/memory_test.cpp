@@ -44,7 +44,7 @@ TEST(ImpossibleSizes, AreOutOfMemoryAtOnce) {
         "store([1], 1152921504606846976)",
         "store([1], to_f('1e19'))",
     };
-    const ChildOutcome child = runInChild(
+    const ProcessOutcome child = runInChild(
         [&] {
             RubyVM vm;
             (void)vm.runScriptString(
@@ -78,10 +78,10 @@ TEST(ImpossibleSizes, AreRefusedByTheProgram) {
     for (const char* request : {"a = array_new(1000000000000)", "a = [] a[1000000000000] = 1",
                                 "s = string_rep('x', 1000000000000)", "r = range(0, 9000000000000000000)"}) {
         const TemporaryDirectory directory;
-        writeFile(directory.path("s.rb"), request);
-        ChildSetup setup;
-        setup.arguments = {directory.path("s.rb")};
-        const ChildOutcome child = runProgram(setup);
+        writeFile(directory.file("s.rb"), request);
+        ProcessSetup setup;
+        setup.arguments = {directory.file("s.rb")};
+        const ProcessOutcome child = runProcess(setup);
         EXPECT_EQ(child.status, 1);
         EXPECT_EQ(child.error, "morveltesk: out of memory\n");
         EXPECT_LT(child.cpuTime, std::chrono::seconds(2));
@@ -91,7 +91,7 @@ TEST(ImpossibleSizes, AreRefusedByTheProgram) {
 
 // The same text many times: neither copied nor compared with itself.
 TEST(SortingALongText, NeedsNeitherMemoryNorTimeForEachOfItsPlaces) {
-    const ChildOutcome child = runInChild(
+    const ProcessOutcome child = runInChild(
         [] {
             const std::string made = "text = string_rep('x', 1000000) a = array_new(2000, text) ";
             const bool isSorted =

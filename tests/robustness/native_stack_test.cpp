@@ -146,7 +146,7 @@ TEST_P(NativeStack, MillionDeepDataIsFreed) {
 
 TEST_P(NativeStack, CyclicData) {
     const TemporaryDirectory directory;
-    const std::string path = directory.path("file");
+    const std::string path = directory.file("file");
     writeFile(path, "before");
     const std::string cycles =
         "a = [1] array_push(a, a) b = [1] array_push(b, b) m = map_new() m['m'] = m o = map_new() o['m'] = o\n"
@@ -240,7 +240,7 @@ TEST_P(NativeStack, MixedRecursion) {
 TEST_P(NativeStack, WorkNearTheEndOfTheStack) {
     const TemporaryDirectory directory;
     const std::string source =
-        "path = '" + directory.path("file") +
+        "path = '" + directory.file("file") +
         "'\n"
         "def work()\n  m = map_new() m[2.5] = 1.25 s = [3, 'b', nil, 1.5] table_sort(s)\n"
         "  write_file(path, string_format('%f %s', 0.1, m)) append_file(path, to_f('1.5e10'))\n"
@@ -330,13 +330,13 @@ TEST(StackOfTheProgram, IsGuardedBelowTheFramesOfTheHost) {
 }
 
 /// The program itself, started with little stack for its main thread.
-ChildOutcome runWithStack(const std::string& source, rlim_t bytes) {
+ProcessOutcome runWithStack(const std::string& source, rlim_t bytes) {
     const TemporaryDirectory directory;
-    writeFile(directory.path("script.rb"), source);
-    ChildSetup setup;
-    setup.arguments = {directory.path("script.rb")};
+    writeFile(directory.file("script.rb"), source);
+    ProcessSetup setup;
+    setup.arguments = {directory.file("script.rb")};
     setup.prepare = limited(RLIMIT_STACK, bytes);
-    return runProgram(setup);
+    return runProcess(setup);
 }
 
 TEST(ProgramWithALittleStack, EndsWithAnErrorLine) {
@@ -351,12 +351,12 @@ TEST(ProgramWithALittleStack, EndsWithAnErrorLine) {
         std::string(kDeepLists) + "error(check(to_s) or 'stack overflow')",
     };
     for (const std::string& source : sources) {
-        const ChildOutcome child = runWithStack(source, kStack);
+        const ProcessOutcome child = runWithStack(source, kStack);
         EXPECT_EQ(child.signal, 0) << source.substr(0, 60);
         EXPECT_EQ(child.status, 1) << source.substr(0, 60);
         EXPECT_TRUE(child.error.starts_with("morveltesk: ")) << child.error;
     }
-    const ChildOutcome fine =
+    const ProcessOutcome fine =
         runWithStack("a = 1 puts(a" + repeated("+a", kMillion - 1) + ")\n" + std::string(kDeepLists) +
                          "def f(n) return pcall(f, n + 1) end f(0)\nputs(check(f))",
                      kStack);

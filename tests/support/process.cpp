@@ -1,53 +1,142 @@
 #include "support/process.h"
 
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
 #include <system_error>
 
+#include "support/file_descriptor.h"
+#include "support/files.h"
 #include "support/temporary_directory.h"
 
 namespace morvel::ruby::tests {
 
 namespace {
 
-std::vector<char*> argumentPointers(std::vector<std::string>& words) {
-    std::vector<char*> pointers;
-    for (std::string& word : words) {
-        pointers.push_back(word.data());
+[[noreturn]] void failWith(const char* call) { throw std::system_error(errno, std::generic_category(), call); }
+
+pid_t forkProcess() {
+    const pid_t process = fork();
+    if (process < 0) {
+        failWith("fork");
     }
-    pointers.push_back(nullptr);
-    return pointers;
+    return process;
 }
+
+std::chrono::milliseconds milliseconds(const timeval& time) {
+    return std::chrono::milliseconds(time.tv_sec * 1000 + time.tv_usec / 1000);
+}
+
+// A program inherits it only as one of its standard streams.
+FileDescriptor openFile(const std::string& path, int flags) {
+    constexpr mode_t kMode = 0600;
+    FileDescriptor file(open(path.c_str(), flags | O_CLOEXEC, kMode));
+    if (!file.isOpen()) {
+        failWith("open");
+    }
+    return file;
+}
+
+/// The files that stand for the standard streams of a process.
+class StreamFiles {
+public:
+    explicit StreamFiles(const std::string& input) { writeFile(m_directory.file("input"), input); }
+
+    [[nodiscard]] FileDescriptor input() const { return openFile(m_directory.file("input"), O_RDONLY); }
+    [[nodiscard]] FileDescriptor output() const { return openFile(m_directory.file("output"), O_WRONLY | O_CREAT); }
+    [[nodiscard]] FileDescriptor error() const { return openFile(m_directory.file("error"), O_WRONLY | O_CREAT); }
+
+    /// Waits for a process and collects what it wrote.
+    [[nodiscard]] ProcessOutcome await(pid_t process) const {
+        ProcessOutcome outcome;
+        awaitProcess(process, outcome);
+        outcome.output = readFile(m_directory.file("output"));
+        outcome.error = readFile(m_directory.file("error"));
+        return outcome;
+    }
+
+private:
+    TemporaryDirectory m_directory;
+};
 
 }  // namespace
 
-ProcessOutcome runProcess(const std::string& program, const std::vector<std::string>& arguments) {
-    std::vector<std::string> words{program};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    // Files take any amount of output, so nothing can block.
-    const TemporaryDirectory directory;
-    const std::string out = directory.file("out");
-    const std::string err = directory.file("err");
-    constexpr int kWrite = O_WRONLY | O_CREAT | O_TRUNC;
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out.c_str(), kWrite, 0600);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.c_str(), kWrite, 0600);
-    pid_t child = 0;
-    const int failure =
-        posix_spawn(&child, program.c_str(), &actions, nullptr, argumentPointers(words).data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (failure != 0) {
-        throw std::system_error(failure, std::generic_category(), program);
+std::function<void()> limited(decltype(RLIMIT_AS) resource, rlim_t most) {
+    return [resource, most] {
+        const rlimit limit{most, most};
+        setrlimit(resource, &limit);
+    };
+}
+
+std::string programPath() { return std::filesystem::absolute(MORVELTESK_PROGRAM).string(); }
+
+pid_t startProcess(const ProcessSetup& setup, int input, int output, int error) {
+    const std::string program = setup.program.empty() ? programPath() : setup.program;
+    std::vector<char*> words{const_cast<char*>(program.c_str())};
+    for (const std::string& argument : setup.arguments) {
+        words.push_back(const_cast<char*>(argument.c_str()));
     }
+    words.push_back(nullptr);
+    const pid_t process = forkProcess();
+    if (process != 0) {
+        return process;
+    }
+    // Tests may ignore it, programs are to start as usual.
+    (void)std::signal(SIGPIPE, SIG_DFL);
+    if (dup2(input, STDIN_FILENO) >= 0 && dup2(output, STDOUT_FILENO) >= 0 && dup2(error, STDERR_FILENO) >= 0 &&
+        (setup.directory.empty() || chdir(setup.directory.c_str()) == 0)) {
+        // The alarm outlives the change of program.
+        alarm(static_cast<unsigned>(setup.timeLimit.count()));
+        if (setup.prepare) {
+            setup.prepare();
+        }
+        execv(program.c_str(), words.data());
+    }
+    _exit(127);
+}
+
+void awaitProcess(pid_t process, ProcessOutcome& outcome) {
     int status = 0;
-    while (waitpid(child, &status, 0) == -1 && errno == EINTR) {
+    rusage usage{};
+    while (wait4(process, &status, 0, &usage) < 0) {
+        if (errno != EINTR) {
+            failWith("wait4");
+        }
     }
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readTestFile(out), readTestFile(err)};
+    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    outcome.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    outcome.peakMemory = static_cast<std::size_t>(usage.ru_maxrss) * 1024;
+    outcome.cpuTime = milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+}
+
+ProcessOutcome runProcess(const ProcessSetup& setup) {
+    const StreamFiles files(setup.input);
+    return files.await(startProcess(setup, files.input().number(), files.output().number(), files.error().number()));
+}
+
+ProcessOutcome runProcess(const std::string& program, const std::vector<std::string>& arguments) {
+    ProcessSetup setup;
+    setup.program = program;
+    setup.arguments = arguments;
+    return runProcess(setup);
+}
+
+ProcessOutcome runInChild(const std::function<int()>& body, unsigned cpuSeconds) {
+    const StreamFiles files({});
+    const pid_t process = forkProcess();
+    if (process == 0) {
+        // The signal comes at the soft limit, death at the hard one.
+        const rlimit limit{cpuSeconds, cpuSeconds + 1};
+        setrlimit(RLIMIT_CPU, &limit);
+        dup2(files.output().number(), STDOUT_FILENO);
+        dup2(files.error().number(), STDERR_FILENO);
+        _exit(body());
+    }
+    return files.await(process);
 }
 
 }  // namespace morvel::ruby::tests

@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <string>
-#include <string_view>
 
 namespace morvel::ruby::tests {
 
@@ -15,14 +14,12 @@ public:
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
+    [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
     /// The path of a file with this name in the directory.
-    [[nodiscard]] std::string file(const std::string& name) const;
+    [[nodiscard]] std::string file(const std::string& name) const { return (m_path / name).string(); }
 
 private:
     std::filesystem::path m_path;
 };
-
-void writeTestFile(const std::string& path, std::string_view content);
-[[nodiscard]] std::string readTestFile(const std::string& path);
 
 }  // namespace morvel::ruby::tests

@@ -11,6 +11,7 @@
 #include "morvel/ruby/error.h"
 #include "support/assembler.h"
 #include "support/engine_facts.h"
+#include "support/files.h"
 #include "support/golden.h"
 #include "support/process.h"
 #include "support/temporary_directory.h"
@@ -43,8 +44,8 @@ std::string fileIn(const std::string& directory, const std::string& file) { retu
 class GoldenListing : public testing::TestWithParam<std::string> {};
 
 TEST_P(GoldenListing, IsWhatTheScriptCompilesTo) {
-    const std::string source = readTestFile(fileIn(kGolden, GetParam() + ".rb"));
-    EXPECT_EQ(readTestFile(fileIn(kGolden, GetParam() + ".listing")), listScript(source, GetParam() + ".rb"));
+    const std::string source = readFile(fileIn(kGolden, GetParam() + ".rb"));
+    EXPECT_EQ(readFile(fileIn(kGolden, GetParam() + ".listing")), listScript(source, GetParam() + ".rb"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Scripts, GoldenListing, testing::ValuesIn(namesIn(kGolden, ".rb")),
@@ -53,8 +54,8 @@ INSTANTIATE_TEST_SUITE_P(Scripts, GoldenListing, testing::ValuesIn(namesIn(kGold
 class GoldenEngineListing : public testing::TestWithParam<std::string> {};
 
 TEST_P(GoldenEngineListing, IsWhatTheScriptIsTranslatedTo) {
-    const std::string source = readTestFile(fileIn(kEngineGolden, GetParam() + ".rb"));
-    EXPECT_EQ(readTestFile(fileIn(kEngineGolden, GetParam() + ".listing")), engineListing(source, GetParam() + ".rb"));
+    const std::string source = readFile(fileIn(kEngineGolden, GetParam() + ".rb"));
+    EXPECT_EQ(readFile(fileIn(kEngineGolden, GetParam() + ".listing")), engineListing(source, GetParam() + ".rb"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Scripts, GoldenEngineListing, testing::ValuesIn(namesIn(kEngineGolden, ".rb")),
@@ -204,24 +205,24 @@ TEST(Disassembler, ListsScriptsAndImages) {
     const std::string script = directory.file("script.rb");
     const std::string image = directory.file("image");
     const std::string source = "x = 'text'\ndef f(a) return a end";
-    writeTestFile(script, source);
+    writeFile(script, source);
     ASSERT_TRUE(RubyVM().writeBytecodeFile(source, image, "name"));
 
     const ProcessOutcome fromScript = runProcess(MORVELTESK_DISASSEMBLER, {"--source", script});
     EXPECT_EQ(0, fromScript.status);
-    EXPECT_EQ(listScript(source, script), fromScript.out);
-    EXPECT_EQ("", fromScript.err);
+    EXPECT_EQ(listScript(source, script), fromScript.output);
+    EXPECT_EQ("", fromScript.error);
 
     const ProcessOutcome ofEngine = runProcess(MORVELTESK_DISASSEMBLER, {"--engine", "--source", script});
     EXPECT_EQ(0, ofEngine.status);
-    EXPECT_EQ(engineListing(source, script), ofEngine.out);
-    EXPECT_EQ("", ofEngine.err);
-    EXPECT_EQ(engineListing(source, "name"), runProcess(MORVELTESK_DISASSEMBLER, {"--engine", image}).out);
+    EXPECT_EQ(engineListing(source, script), ofEngine.output);
+    EXPECT_EQ("", ofEngine.error);
+    EXPECT_EQ(engineListing(source, "name"), runProcess(MORVELTESK_DISASSEMBLER, {"--engine", image}).output);
 
     const ProcessOutcome fromImage = runProcess(MORVELTESK_DISASSEMBLER, {image});
     EXPECT_EQ(0, fromImage.status);
-    EXPECT_EQ(listScript(source, "name"), fromImage.out);
-    EXPECT_EQ("", fromImage.err);
+    EXPECT_EQ(listScript(source, "name"), fromImage.output);
+    EXPECT_EQ("", fromImage.error);
 }
 
 TEST(Disassembler, ReportsFailures) {
@@ -230,12 +231,12 @@ TEST(Disassembler, ReportsFailures) {
     const auto failure = [](const std::vector<std::string>& arguments) {
         const ProcessOutcome outcome = runProcess(MORVELTESK_DISASSEMBLER, arguments);
         EXPECT_EQ(1, outcome.status);
-        EXPECT_EQ("", outcome.out);
-        return outcome.err;
+        EXPECT_EQ("", outcome.output);
+        return outcome.error;
     };
     EXPECT_EQ("morvel-disassemble: failed to open file: " + path + "\n", failure({path}));
     EXPECT_EQ("morvel-disassemble: failed to open file: " + path + "\n", failure({"--source", path}));
-    writeTestFile(path, "x = (");
+    writeFile(path, "x = (");
     EXPECT_EQ("morvel-disassemble: bytecode file is too small\n", failure({path}));
     EXPECT_EQ("morvel-disassemble: " + path + ":1:6: expected expression\n", failure({"--source", path}));
     const std::string program = MORVELTESK_DISASSEMBLER;

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "morvel/ruby/error.h"
+#include "support/files.h"
 #include "support/runs.h"
 #include "support/temporary_directory.h"
 #include "value/memory_limit.h"
@@ -32,7 +33,7 @@ TEST(Files, WriteThenRead) {
     const std::string path = directory.file("data");
     const std::string bytes("a\r\nb\0c\n\xff", 8);
     EXPECT_EQ(WriteOutcome::Written, writeWholeFile(path, bytes, WriteMode::Truncate));
-    EXPECT_EQ(bytes, readTestFile(path));
+    EXPECT_EQ(bytes, readFile(path));
     std::string content = "old";
     EXPECT_TRUE(readWholeFile(path, content));
     EXPECT_EQ(bytes, content);
@@ -44,16 +45,16 @@ TEST(Files, TruncateReplacesAndAppendExtends) {
     EXPECT_EQ(WriteOutcome::Written, writeWholeFile(path, "one two", WriteMode::Append));
     EXPECT_EQ(WriteOutcome::Written, writeWholeFile(path, "1", WriteMode::Truncate));
     EXPECT_EQ(WriteOutcome::Written, writeWholeFile(path, "2", WriteMode::Append));
-    EXPECT_EQ("12", readTestFile(path));
+    EXPECT_EQ("12", readFile(path));
     EXPECT_EQ(WriteOutcome::Written, writeWholeFile(path, "", WriteMode::Truncate));
-    EXPECT_EQ("", readTestFile(path));
+    EXPECT_EQ("", readFile(path));
 }
 
 TEST(Files, ReadsLargeFilesWhole) {
     const TemporaryDirectory directory;
     std::string bytes(300001, 'x');
     bytes.back() = 'y';
-    writeTestFile(directory.file("large"), bytes);
+    writeFile(directory.file("large"), bytes);
     std::string content;
     EXPECT_TRUE(readWholeFile(directory.file("large"), content));
     EXPECT_EQ(bytes, content);
@@ -63,7 +64,7 @@ TEST(Files, ReadsPipes) {
     const TemporaryDirectory directory;
     const std::string path = directory.file("pipe");
     ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
-    std::thread writer([&] { writeTestFile(path, std::string(200000, 'p')); });
+    std::thread writer([&] { writeFile(path, std::string(200000, 'p')); });
     std::string content;
     EXPECT_TRUE(readWholeFile(path, content));
     writer.join();
@@ -82,7 +83,7 @@ TEST(Files, MissingFilesAndDirectoriesCannotBeRead) {
 
 TEST(Files, CanOpen) {
     const TemporaryDirectory directory;
-    writeTestFile(directory.file("there"), "");
+    writeFile(directory.file("there"), "");
     EXPECT_TRUE(canOpenFile(directory.file("there")));
     EXPECT_TRUE(canOpenFile(directory.file("")));
     EXPECT_FALSE(canOpenFile(directory.file("missing")));

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <limits>
+
+#include "support/process.h"
 
 namespace morvel::ruby::tests {
 
@@ -25,18 +25,15 @@ class ProcessLimit : public ::testing::TestWithParam<int> {};
 
 TEST_P(ProcessLimit, CountsFromWhenItIsSet) {
     constexpr std::size_t kMegabyte = 1 << 20;
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
+    const auto body = [] {
         const bool before = internal::canHaveMemory(12 * kMegabyte, 1);
         const rlimit limit{8 * kMegabyte, RLIM_INFINITY};
         const bool isSet = setrlimit(static_cast<decltype(RLIMIT_AS)>(GetParam()), &limit) == 0;
         const bool after = internal::canHaveMemory(12 * kMegabyte, 1);
-        _exit(isSet && before && !after && internal::canHaveMemory(4 * kMegabyte, 1) ? 0 : 1);
-    }
-    int status = -1;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
+        return isSet && before && !after && internal::canHaveMemory(4 * kMegabyte, 1) ? 0 : 1;
+    };
+    constexpr unsigned kSeconds = 20;
+    EXPECT_EQ(runInChild(body, kSeconds).status, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Resources, ProcessLimit, ::testing::Values(RLIMIT_AS, RLIMIT_DATA));

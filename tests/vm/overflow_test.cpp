@@ -1,32 +1,18 @@
 // Where an error "stack overflow" has a place, and that pcall catches it in every form of call. Both executors agree.
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <cstddef>
-#include <functional>
 #include <string>
 
 #include "support/runs.h"
+#include "support/threads.h"
 
 namespace morvel::ruby::tests {
 
 namespace {
 
-/// Runs `body` on a small stack: on a large one it takes time to get to the end.
-void runOnSmallStack(const std::function<void()>& body) {
-    constexpr std::size_t kStack = std::size_t{768} * 1024;
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, kStack);
-    pthread_t thread{};
-    const auto start = [](void* work) -> void* {
-        (*static_cast<const std::function<void()>*>(work))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, start, const_cast<std::function<void()>*>(&body)), 0);
-    pthread_attr_destroy(&attributes);
-    pthread_join(thread, nullptr);
-}
+/// On a large stack it takes time to get to the end.
+constexpr std::size_t kStack = std::size_t{768} * 1024;
 
 /// Scripts that find a list `ring`, which contains itself: it has no text and is equal to nothing.
 class Overflow : public testing::Test {
@@ -37,13 +23,14 @@ protected:
     Overflow& operator=(const Overflow&) = delete;
 
     void expectResult(const std::string& description, const std::string& source) const {
-        runOnSmallStack(
-            [&] { expectScriptValue(description, source, [this](RubyVM& vm) { vm.setGlobal("ring", m_ring); }); });
+        runOnStack(kStack, [&] {
+            expectScriptValue(description, source, [this](RubyVM& vm) { vm.setGlobal("ring", m_ring); });
+        });
     }
 
     void expectFailure(const std::string& message, const std::string& source) const {
-        runOnSmallStack(
-            [&] { expectScriptError(message, source, [this](RubyVM& vm) { vm.setGlobal("ring", m_ring); }); });
+        runOnStack(kStack,
+                   [&] { expectScriptError(message, source, [this](RubyVM& vm) { vm.setGlobal("ring", m_ring); }); });
     }
 
 private:

@@ -9,6 +9,7 @@
 
 #include "support/assembler.h"
 #include "support/describe.h"
+#include "support/files.h"
 #include "support/runs.h"
 #include "support/temporary_directory.h"
 #include "vm/calling.h"
@@ -408,13 +409,13 @@ TEST(ScriptFiles, RunUnderTheirPath) {
     const TemporaryDirectory directory;
     const std::string path = directory.file("script.rb");
     RubyVM vm;
-    writeTestFile(path, "x = 'caf\xc3\xa9'\r\nreturn x");
+    writeFile(path, "x = 'caf\xc3\xa9'\r\nreturn x");
     EXPECT_EQ("\"caf\\xc3\\xa9\"", describe(vm.runScriptFile(path).value));
-    writeTestFile(path, "\n1 / 0");
+    writeFile(path, "\n1 / 0");
     EXPECT_EQ(path + ":2: division by zero", vm.runScriptFile(path).error);
-    writeTestFile(path, "\nend");
+    writeFile(path, "\nend");
     EXPECT_EQ(path + ":2:1: expected expression", vm.runScriptFile(path).error);
-    writeTestFile(path, "");
+    writeFile(path, "");
     const RubyResult empty = vm.runScriptFile(path);
     EXPECT_TRUE(empty.ok);
     EXPECT_TRUE(empty.value.isNil());
@@ -442,7 +443,7 @@ TEST(BytecodeFiles, WriteAndRun) {
     EXPECT_TRUE(vm.writeBytecodeFile("x = 1\nreturn x / 0", path, "chunk", &error));
     EXPECT_EQ("untouched", error);
     const std::vector<std::uint8_t> bytes = vm.compileScript("x = 1\nreturn x / 0", "chunk").bytes;
-    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), readTestFile(path));
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), readFile(path));
     EXPECT_EQ("chunk:2: division by zero", vm.runBytecodeFile(path).error);
     EXPECT_TRUE(vm.writeBytecodeFile("return 5", path, "chunk"));
     EXPECT_EQ("5", describe(vm.runBytecodeFile(path).value));
@@ -458,9 +459,9 @@ TEST(BytecodeFiles, CompileErrorsTouchNoFile) {
     EXPECT_EQ("chunk:1:6: expected expression", error);
     EXPECT_FALSE(std::filesystem::exists(path));
     EXPECT_FALSE(vm.writeBytecodeFile("x = (", path, "chunk", nullptr));
-    writeTestFile(path, "older");
+    writeFile(path, "older");
     EXPECT_FALSE(vm.writeBytecodeFile("x = (", path, "chunk", &error));
-    EXPECT_EQ("older", readTestFile(path));
+    EXPECT_EQ("older", readFile(path));
 }
 
 TEST(BytecodeFiles, ThatCannotBeWritten) {
@@ -502,15 +503,15 @@ TEST(BytecodeFiles, DamagedOnes) {
     const TemporaryDirectory directory;
     const std::string path = directory.file("image");
     RubyVM vm;
-    writeTestFile(path, "");
+    writeFile(path, "");
     EXPECT_EQ("bytecode file is too small", vm.runBytecodeFile(path).error);
-    writeTestFile(path, "puts('a script, not an image')");
+    writeFile(path, "puts('a script, not an image')");
     EXPECT_EQ("invalid bytecode header", vm.runBytecodeFile(path).error);
     ASSERT_TRUE(vm.writeBytecodeFile("return 'kept'", path, "chunk"));
-    const std::string whole = readTestFile(path);
-    writeTestFile(path, whole.substr(0, whole.size() - 1));
+    const std::string whole = readFile(path);
+    writeFile(path, whole.substr(0, whole.size() - 1));
     EXPECT_EQ("bytecode is truncated", vm.runBytecodeFile(path).error);
-    writeTestFile(path, whole + "trailing");
+    writeFile(path, whole + "trailing");
     EXPECT_EQ("\"kept\"", describe(vm.runBytecodeFile(path).value));
 }
 
@@ -527,7 +528,7 @@ TEST(FreeFunctions, ForwardToTheVm) {
     EXPECT_EQ("42", describe(runRubyScriptString(vm, "return twice(21)", "chunk").value));
     EXPECT_EQ("chunk:1: division by zero", runRubyScriptString(vm, "1 / 0", "chunk").error);
     const std::string script = directory.file("script.rb");
-    writeTestFile(script, "return twice(5)");
+    writeFile(script, "return twice(5)");
     EXPECT_EQ("10", describe(runRubyScriptFile(vm, script).value));
     EXPECT_EQ("unable to open script file: missing", runRubyScriptFile(vm, "missing").error);
     EXPECT_EQ("8", describe(runRubyBytecode(vm, vm.compileScript("return twice(4)", "chunk")).value));

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "platform/memory_limits.h"
+#include "support/files.h"
 #include "support/temporary_directory.h"
 
 namespace morvel::ruby::tests {
@@ -18,7 +18,7 @@ constexpr std::size_t kNone = platform::kNoMemoryLimit;
 
 void write(const std::string& path, const std::string& text) {
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream(path) << text;
+    writeFile(path, text);
 }
 
 TEST(ControlGroupLimit, IsTheSmallestOfTheGroupAndThoseAroundIt) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "support/files.h"
 #include "support/temporary_directory.h"
 
 namespace morvel::ruby::tests {
@@ -11,7 +12,7 @@ namespace {
 
 TEST(OpenForReading, TellsWhatIsThere) {
     const TemporaryDirectory directory;
-    writeTestFile(directory.file("there"), "");
+    writeFile(directory.file("there"), "");
     EXPECT_TRUE(platform::canOpenForReading(directory.file("there")));
     EXPECT_TRUE(platform::canOpenForReading(directory.file("")));
     EXPECT_TRUE(platform::canOpenForReading("/dev/null"));

@@ -1,30 +1,19 @@
 #include "platform/signals.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <functional>
 
+#include "support/files.h"
+#include "support/process.h"
 #include "support/temporary_directory.h"
 
 namespace morvel::ruby::tests {
 
 namespace {
-
-/// How a process ends that does this.
-int statusOf(const std::function<bool()>& body) {
-    const pid_t child = fork();
-    if (child == 0) {
-        _exit(body() ? 0 : 1);
-    }
-    int status = -1;
-    return waitpid(child, &status, 0) == child ? status : -1;
-}
 
 bool writeToNobody() {
     std::array<int, 2> ends{};
@@ -32,25 +21,26 @@ bool writeToNobody() {
 }
 
 TEST(WriteSignals, AreErrorsOnceTheyAreIgnored) {
-    const int died = statusOf(writeToNobody);
-    EXPECT_TRUE(WIFSIGNALED(died) && WTERMSIG(died) == SIGPIPE);
-    EXPECT_EQ(statusOf([] {
-                  platform::ignoreWriteSignals();
-                  return writeToNobody();
-              }),
-              0);
+    constexpr unsigned kSeconds = 20;
+    EXPECT_EQ(runInChild([] { return writeToNobody() ? 0 : 1; }, kSeconds).signal, SIGPIPE);
+    const auto body = [] {
+        platform::ignoreWriteSignals();
+        return writeToNobody() ? 0 : 1;
+    };
+    EXPECT_EQ(runInChild(body, kSeconds).status, 0);
 }
 
 TEST(WriteSignals, CoverFilesThatMayNotGrow) {
     const TemporaryDirectory directory;
     const std::string path = directory.file("data");
-    writeTestFile(path, "");
-    EXPECT_EQ(statusOf([&path] {
-                  platform::ignoreWriteSignals();
-                  const rlimit none{0, 0};
-                  return setrlimit(RLIMIT_FSIZE, &none) == 0 && truncate(path.c_str(), 1) == -1 && errno == EFBIG;
-              }),
-              0);
+    writeFile(path, "");
+    const auto body = [&path] {
+        platform::ignoreWriteSignals();
+        limited(RLIMIT_FSIZE, 0)();
+        return truncate(path.c_str(), 1) == -1 && errno == EFBIG ? 0 : 1;
+    };
+    constexpr unsigned kSeconds = 20;
+    EXPECT_EQ(runInChild(body, kSeconds).status, 0);
 }
 
 }  // namespace
