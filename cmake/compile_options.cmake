@@ -57,6 +57,8 @@ function(morvel_compile_options target)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
         -Wcast-align -Woverloaded-virtual -Wformat=2 -Wimplicit-fallthrough -Wunused)
+    # A switch lists every enumerator, even beside a default: what is new is forgotten nowhere.
+    target_compile_options(${target} PRIVATE -Werror=switch -Werror=switch-enum)
     if(MORVEL_WARNINGS_AS_ERRORS)
         target_compile_options(${target} PRIVATE -Werror)
     endif()

@@ -25,8 +25,6 @@ constexpr std::size_t kMostMemory = std::size_t{24} * 1024 * 1024;
 // No name of a script can be this.
 constexpr const char* kTick = "count a step";
 
-bool isJump(OpCode op) { return op == OpCode::Jump || op == OpCode::JumpIfFalse; }
-
 bool jumpsBack(const Instruction& instruction, std::size_t index) {
     return isJump(instruction.op) && instruction.a >= 0 && static_cast<std::size_t>(instruction.a) <= index;
 }

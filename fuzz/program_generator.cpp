@@ -19,6 +19,9 @@ constexpr std::array<std::int32_t, 8> kOddOperands{
     -1, 1 << 20, 1 << 21, std::numeric_limits<std::int32_t>::max(), std::numeric_limits<std::int32_t>::min(),
     17, 300,     70'000};
 
+/// Any opcode, and now and then the first number that is none.
+OpCode randomOpcode(ByteSource& bytes) { return static_cast<OpCode>(bytes.below(internal::kOpcodes.size() + 1)); }
+
 /// An operand that fits the opcode in most cases.
 std::int32_t operandFor(OpCode op, const Program& program, std::size_t codeSize, ByteSource& bytes) {
     if (bytes.chance(4)) {
@@ -41,10 +44,9 @@ std::int32_t operandFor(OpCode op, const Program& program, std::size_t codeSize,
 
 Instruction randomInstruction(const Program& program, std::size_t codeSize, ByteSource& bytes) {
     Instruction instruction;
-    // Numbers above the last opcode are possible, and rare. Names and constants are what the others work on.
-    constexpr std::size_t kOpcodeNumbers = 28;
-    instruction.op = bytes.chance(110) ? (bytes.chance(128) ? OpCode::PushConst : OpCode::LoadName)
-                                       : static_cast<OpCode>(bytes.below(kOpcodeNumbers));
+    // Names and constants are what the others work on.
+    instruction.op =
+        bytes.chance(110) ? (bytes.chance(128) ? OpCode::PushConst : OpCode::LoadName) : randomOpcode(bytes);
     instruction.a = operandFor(instruction.op, program, codeSize, bytes);
     instruction.b = static_cast<std::int32_t>(bytes.below(program.functions.size() + 1));
     instruction.line = static_cast<std::uint32_t>(bytes.below(50));
@@ -200,7 +202,7 @@ void mutateProgram(Program& program, ByteSource& bytes) {
                 std::swap(function.code[at], function.code[bytes.word() % size]);
                 break;
             default:
-                function.code[at].op = static_cast<OpCode>(bytes.below(28));
+                function.code[at].op = randomOpcode(bytes);
                 break;
         }
     }

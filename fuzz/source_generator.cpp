@@ -412,7 +412,8 @@ private:
             case Kind::Map:
                 m_text += "m";
                 break;
-            default:
+            case Kind::Flag:
+            case Kind::Anything:
                 m_text += m_bytes.pick(kFlags);
                 break;
         }
@@ -511,7 +512,8 @@ private:
             case Kind::Map:
                 m_text += "map_clone(m)";
                 break;
-            default:
+            case Kind::Flag:
+            case Kind::Anything:
                 flagOperation(depth);
                 break;
         }

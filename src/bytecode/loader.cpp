@@ -96,9 +96,12 @@ private:
                 return m_reader.readByte() != 0;
             case RubyValue::Type::String:
                 return sharedText(m_reader.readText());
-            default:
-                throw RubyError("bytecode constant type is not supported");
+            case RubyValue::Type::Array:
+            case RubyValue::Type::Map:
+            case RubyValue::Type::Function:
+                break;
         }
+        throw RubyError("bytecode constant type is not supported");
     }
 
     // The pool repeats a name at each of its uses; equal texts share their bytes in memory.

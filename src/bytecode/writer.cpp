@@ -79,9 +79,12 @@ void writeConstant(ImageWriter& writer, const RubyValue& constant) {
         case RubyValue::Type::String:
             writer.writeString(constant.asString());
             return;
-        default:
-            throw RubyError("bytecode serializer only supports scalar constants");
+        case RubyValue::Type::Array:
+        case RubyValue::Type::Map:
+        case RubyValue::Type::Function:
+            break;
     }
+    throw RubyError("bytecode serializer only supports scalar constants");
 }
 
 void writeFunction(ImageWriter& writer, const CompiledFunction& function) {

@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "compiler/operators.h"
 #include "compiler/program.h"
 #include "compiler/token_stream.h"
 #include "value/hash.h"
@@ -32,13 +33,10 @@ public:
     [[nodiscard]] Program compileProgram();
 
 private:
-    // Expressions, lowest precedence first.
+    // Expressions.
     void compileExpression(int functionIndex);
-    void compileAnd(int functionIndex);
-    void compileEquality(int functionIndex);
-    void compileComparison(int functionIndex);
-    void compileTerm(int functionIndex);
-    void compileFactor(int functionIndex);
+    /// An operand and the operators after it that bind at least as tightly as `least`.
+    void compileBinary(int functionIndex, Precedence least);
     void compileUnary(int functionIndex);
     void compilePrimary(int functionIndex);
     void compilePostfix(int functionIndex);

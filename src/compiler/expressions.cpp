@@ -1,72 +1,42 @@
 // The expression half of the compiler.
+#include <array>
+#include <cstddef>
+
 #include "compiler/compiler.h"
 
 namespace morvel::ruby::internal {
 
 namespace {
 
-OpCode comparisonOp(TokenType kind) {
-    // The comparison tokens are numbered in the order of their opcodes, 7 apart.
-    constexpr std::uint32_t kDistance = 7;
-    return static_cast<OpCode>(static_cast<std::uint32_t>(kind) - kDistance);
-}
+/// What a token means after an operand; no precedence for a token that is no operator there.
+struct TokenOperator {
+    Precedence precedence = Precedence::None;
+    OpCode op{};
+};
+
+constexpr auto kOperatorsByToken = [] {
+    std::array<TokenOperator, static_cast<std::size_t>(TokenType::EndOfFile) + 1> operators{};
+    for (const OperatorInfo& row : kOperators) {
+        operators[static_cast<std::size_t>(row.token)] = {row.precedence, row.op};
+    }
+    return operators;
+}();
 
 }  // namespace
 
-void Compiler::compileExpression(int functionIndex) {
-    compileAnd(functionIndex);
-    while (at(TokenType::PipePipe) || at(TokenType::KeywordOr)) {
-        const std::uint32_t line = advance().line;
-        compileAnd(functionIndex);
-        emit(functionIndex, OpCode::Or, 0, 0, line);
-    }
-}
+void Compiler::compileExpression(int functionIndex) { compileBinary(functionIndex, Precedence::Or); }
 
-void Compiler::compileAnd(int functionIndex) {
-    compileEquality(functionIndex);
-    while (at(TokenType::AmpAmp) || at(TokenType::KeywordAnd)) {
-        const std::uint32_t line = advance().line;
-        compileEquality(functionIndex);
-        emit(functionIndex, OpCode::And, 0, 0, line);
-    }
-}
-
-void Compiler::compileEquality(int functionIndex) {
-    compileComparison(functionIndex);
-    while (at(TokenType::EqualEqual) || at(TokenType::BangEqual)) {
-        const Token op = advance();
-        compileComparison(functionIndex);
-        emit(functionIndex, comparisonOp(op.kind), 0, 0, op.line);
-    }
-}
-
-void Compiler::compileComparison(int functionIndex) {
-    compileTerm(functionIndex);
-    while (token().kind >= TokenType::LessToken && token().kind <= TokenType::GreaterEqualToken) {
-        const Token op = advance();
-        compileTerm(functionIndex);
-        emit(functionIndex, comparisonOp(op.kind), 0, 0, op.line);
-    }
-}
-
-void Compiler::compileTerm(int functionIndex) {
-    compileFactor(functionIndex);
-    while (at(TokenType::Plus) || at(TokenType::Minus)) {
-        const Token op = advance();
-        compileFactor(functionIndex);
-        emit(functionIndex, op.kind == TokenType::Plus ? OpCode::Add : OpCode::Subtract, 0, 0, op.line);
-    }
-}
-
-void Compiler::compileFactor(int functionIndex) {
+void Compiler::compileBinary(int functionIndex, Precedence least) {
     compileUnary(functionIndex);
-    while (at(TokenType::Star) || at(TokenType::Slash) || at(TokenType::Percent)) {
-        const Token op = advance();
-        compileUnary(functionIndex);
-        const OpCode code = op.kind == TokenType::Star    ? OpCode::Multiply
-                            : op.kind == TokenType::Slash ? OpCode::Divide
-                                                          : OpCode::Modulo;
-        emit(functionIndex, code, 0, 0, op.line);
+    while (true) {
+        const TokenOperator& found = kOperatorsByToken[static_cast<std::size_t>(token().kind)];
+        if (found.precedence < least) {
+            return;
+        }
+        const std::uint32_t line = advance().line;
+        const auto tighter = static_cast<Precedence>(static_cast<int>(found.precedence) + 1);
+        compileBinary(functionIndex, tighter);
+        emit(functionIndex, found.op, 0, 0, line);
     }
 }
 
@@ -85,36 +55,27 @@ void Compiler::compileUnary(int functionIndex) {
 
 void Compiler::compilePrimary(int functionIndex) {
     const std::uint32_t line = token().line;
-    switch (token().kind) {
-        case TokenType::Identifier:
-            emit(functionIndex, OpCode::LoadName, addText(token().text), 0, line);
-            break;
-        case TokenType::Integer:
-            pushConstant(functionIndex, integerLiteral(), line);
-            break;
-        case TokenType::Float:
-            pushConstant(functionIndex, floatLiteral(), line);
-            break;
-        case TokenType::String:
-            emit(functionIndex, OpCode::PushConst, addText(token().text), 0, line);
-            break;
-        case TokenType::KeywordTrue:
-        case TokenType::KeywordFalse:
-            pushConstant(functionIndex, at(TokenType::KeywordTrue), line);
-            break;
-        case TokenType::KeywordNil:
-            pushConstant(functionIndex, nullptr, line);
-            break;
-        case TokenType::LeftParen:
-            advance();
-            compileExpression(functionIndex);
-            require(TokenType::RightParen, "expected ')' after expression");
-            return;
-        case TokenType::LeftBracket:
-            compileArrayLiteral(functionIndex);
-            return;
-        default:
-            failAtToken("expected expression");
+    if (at(TokenType::Identifier)) {
+        emit(functionIndex, OpCode::LoadName, addText(token().text), 0, line);
+    } else if (at(TokenType::Integer)) {
+        pushConstant(functionIndex, integerLiteral(), line);
+    } else if (at(TokenType::String)) {
+        emit(functionIndex, OpCode::PushConst, addText(token().text), 0, line);
+    } else if (at(TokenType::LeftParen)) {
+        advance();
+        compileExpression(functionIndex);
+        require(TokenType::RightParen, "expected ')' after expression");
+        return;
+    } else if (at(TokenType::LeftBracket)) {
+        return compileArrayLiteral(functionIndex);
+    } else if (at(TokenType::KeywordTrue) || at(TokenType::KeywordFalse)) {
+        pushConstant(functionIndex, at(TokenType::KeywordTrue), line);
+    } else if (at(TokenType::KeywordNil)) {
+        pushConstant(functionIndex, nullptr, line);
+    } else if (at(TokenType::Float)) {
+        pushConstant(functionIndex, floatLiteral(), line);
+    } else {
+        failAtToken("expected expression");
     }
     advance();
 }

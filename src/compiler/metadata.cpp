@@ -11,14 +11,6 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-// Node kind of the opcodes Add to GreaterEqual, in their order; the two unary ones are handled apart.
-constexpr std::array kBinaryNodeKinds{
-    FastNodeKind::Add,          FastNodeKind::Subtract, FastNodeKind::Multiply,  FastNodeKind::Divide,
-    FastNodeKind::Modulo,       FastNodeKind::Negate,   FastNodeKind::Not,       FastNodeKind::Equal,
-    FastNodeKind::NotEqual,     FastNodeKind::Less,     FastNodeKind::LessEqual, FastNodeKind::Greater,
-    FastNodeKind::GreaterEqual,
-};
-
 /// A run of the stack machine over node indices instead of values.
 class FastExpressionBuilder {
 public:
@@ -27,30 +19,42 @@ public:
 
     bool add(std::size_t index) {
         const Instruction& instruction = m_function.code[index];
-        switch (instruction.op) {
-            case OpCode::PushConst:
+        switch (classOf(instruction.op)) {
+            case OpcodeClass::Constant:
                 return addLeaf(instruction, FastLeafSource::Constant, instruction.a);
-            case OpCode::LoadName:
+            case OpcodeClass::Load:
                 return addName(index);
-            case OpCode::Negate:
-            case OpCode::Not:
+            case OpcodeClass::Unary:
                 return addUnary(instruction);
-            case OpCode::MakeArray:
+            case OpcodeClass::Arithmetic:
+            case OpcodeClass::Comparison:
+                return addBinary(instruction);
+            case OpcodeClass::Array:
                 return addArray(instruction);
-            default:
-                return instruction.op >= OpCode::Add && instruction.op <= OpCode::GreaterEqual &&
-                       addBinary(instruction);
+            case OpcodeClass::Store:
+            case OpcodeClass::Pop:
+            case OpcodeClass::Logic:
+            case OpcodeClass::Jump:
+            case OpcodeClass::ConditionalJump:
+            case OpcodeClass::Call:
+            case OpcodeClass::Definition:
+            case OpcodeClass::Return:
+            case OpcodeClass::GetElement:
+            case OpcodeClass::SetElement:
+            case OpcodeClass::Unknown:
+                break;
         }
+        return false;
     }
 
     [[nodiscard]] bool isComplete() const { return m_stack.size() == 1; }
     [[nodiscard]] std::int32_t root() const { return m_stack.front(); }
 
 private:
-    FastNode& push(const Instruction& instruction, FastNodeKind kind) {
+    FastNode& push(const Instruction& instruction) {
         m_stack.push_back(static_cast<std::int32_t>(m_nodes.size()));
         FastNode& node = m_nodes.emplace_back();
-        node.kind = kind;
+        node.op = instruction.op;
         node.line = instruction.line;
         return node;
     }
@@ -62,7 +66,7 @@ private:
     }
 
     bool addLeaf(const Instruction& instruction, FastLeafSource source, std::int32_t value) {
-        FastNode& leaf = push(instruction, FastNodeKind::Leaf);
+        FastNode& leaf = push(instruction);
         leaf.source = source;
         leaf.value = value;
         return true;
@@ -83,7 +87,7 @@ private:
             return false;
         }
         const std::int32_t operand = pop();
-        push(instruction, instruction.op == OpCode::Not ? FastNodeKind::Not : FastNodeKind::Negate).left = operand;
+        push(instruction).left = operand;
         return true;
     }
 
@@ -93,8 +97,7 @@ private:
         }
         const std::int32_t right = pop();
         const std::int32_t left = pop();
-        const auto row = static_cast<std::size_t>(instruction.op) - static_cast<std::size_t>(OpCode::Add);
-        FastNode& node = push(instruction, kBinaryNodeKinds[row]);
+        FastNode& node = push(instruction);
         node.left = left;
         node.right = right;
         return true;
@@ -107,7 +110,7 @@ private:
         const auto first = m_stack.end() - instruction.a;
         std::vector<std::int32_t> children(first, m_stack.end());
         m_stack.erase(first, m_stack.end());
-        push(instruction, FastNodeKind::MakeArray).children = std::move(children);
+        push(instruction).children = std::move(children);
         return true;
     }
 

@@ -27,30 +27,13 @@ struct Instruction {
 /// A number as the operand of an instruction. Throws RubyError "bytecode image is too large" when it does not fit.
 [[nodiscard]] std::int32_t toOperand(std::size_t number);
 
-/// Kinds of node in the expression tree of a fast function.
-enum class FastNodeKind : std::uint8_t {
-    Leaf = 0,
-    Add = 1,
-    Subtract = 2,
-    Multiply = 3,
-    Divide = 4,
-    Modulo = 5,
-    Negate = 6,
-    Not = 7,
-    Equal = 8,
-    NotEqual = 9,
-    Less = 10,
-    LessEqual = 11,
-    Greater = 12,
-    GreaterEqual = 13,
-    MakeArray = 14,
-};
-
 /// Where a leaf takes its value from.
 enum class FastLeafSource : std::uint8_t { Constant = 0, Parameter = 1, Global = 2 };
 
+/// A node of the expression tree of a fast function.
 struct FastNode {
-    FastNodeKind kind = FastNodeKind::Leaf;
+    /// The operation; PushConst or LoadName in a leaf.
+    OpCode op = OpCode::PushConst;
     FastLeafSource source = FastLeafSource::Constant;
     /// Leaf: constant index, parameter slot, or constant index of the global's name, by source.
     std::int32_t value = 0;
@@ -59,6 +42,10 @@ struct FastNode {
     /// MakeArray: the elements in source order.
     std::vector<std::int32_t> children;
     std::uint32_t line = 0;
+
+    [[nodiscard]] bool isLeaf() const noexcept {
+        return classOf(op) == OpcodeClass::Constant || classOf(op) == OpcodeClass::Load;
+    }
 };
 
 /// Which short form a function has.

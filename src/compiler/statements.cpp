@@ -8,30 +8,36 @@ namespace {
 
 constexpr std::int32_t kUnpatched = -1;
 
+bool endsStatement(TokenType kind) {
+    return kind == TokenType::Semicolon || kind == TokenType::Newline || kind == TokenType::EndOfFile;
+}
+
 }  // namespace
 
 void Compiler::compileStatement(int functionIndex) {
     checkNesting();
-    switch (token().kind) {
-        case TokenType::KeywordWhile:
-            return compileWhile(functionIndex);
-        case TokenType::KeywordIf:
-            return compileIf(functionIndex);
-        case TokenType::KeywordDef:
-            return compileDef(functionIndex);
-        case TokenType::KeywordReturn:
-            return compileReturn(functionIndex);
-        case TokenType::Identifier:
-            if (isIndexedAssignment()) {
-                return compileIndexedAssignment(functionIndex);
-            }
-            if (m_tokens.ahead(1).kind == TokenType::Assign) {
-                return compileAssignment(functionIndex);
-            }
-            return compileExpressionStatement(functionIndex);
-        default:
-            return compileExpressionStatement(functionIndex);
+    if (at(TokenType::Identifier)) {
+        if (isIndexedAssignment()) {
+            return compileIndexedAssignment(functionIndex);
+        }
+        if (m_tokens.ahead(1).kind == TokenType::Assign) {
+            return compileAssignment(functionIndex);
+        }
+        return compileExpressionStatement(functionIndex);
     }
+    if (at(TokenType::KeywordIf)) {
+        return compileIf(functionIndex);
+    }
+    if (at(TokenType::KeywordReturn)) {
+        return compileReturn(functionIndex);
+    }
+    if (at(TokenType::KeywordWhile)) {
+        return compileWhile(functionIndex);
+    }
+    if (at(TokenType::KeywordDef)) {
+        return compileDef(functionIndex);
+    }
+    compileExpressionStatement(functionIndex);
 }
 
 void Compiler::compileWhile(int functionIndex) {
@@ -113,18 +119,11 @@ std::vector<std::string> Compiler::parseParameters() {
 
 void Compiler::compileReturn(int functionIndex) {
     const std::uint32_t line = advance().line;
-    switch (token().kind) {
-        case TokenType::Semicolon:
-        case TokenType::Newline:
-        case TokenType::KeywordElsif:
-        case TokenType::KeywordElse:
-        case TokenType::KeywordEnd:
-        case TokenType::EndOfFile:
-            pushConstant(functionIndex, nullptr, line);
-            break;
-        default:
-            compileExpression(functionIndex);
-            break;
+    if (endsStatement(token().kind) || at(TokenType::KeywordElsif) || at(TokenType::KeywordElse) ||
+        at(TokenType::KeywordEnd)) {
+        pushConstant(functionIndex, nullptr, line);
+    } else {
+        compileExpression(functionIndex);
     }
     emit(functionIndex, OpCode::Return, 0, 0, line);
 }
@@ -173,24 +172,18 @@ bool Compiler::isIndexedAssignment() {
     }
     std::size_t depth = 0;
     while (true) {
-        switch (m_tokens.ahead(next).kind) {
-            case TokenType::LeftBracket:
-                ++depth;
-                break;
-            case TokenType::RightBracket:
-                --depth;
-                if (depth == 0) {
-                    return m_tokens.ahead(next + 1).kind == TokenType::Assign;
-                }
-                break;
-            case TokenType::Semicolon:
-            case TokenType::Newline:
-            case TokenType::EndOfFile:
-                return false;
-            default:
-                break;
-        }
+        const TokenType kind = m_tokens.ahead(next).kind;
         ++next;
+        if (kind == TokenType::LeftBracket) {
+            ++depth;
+        } else if (kind == TokenType::RightBracket) {
+            --depth;
+            if (depth == 0) {
+                return m_tokens.ahead(next).kind == TokenType::Assign;
+            }
+        } else if (endsStatement(kind)) {
+            return false;
+        }
     }
 }
 

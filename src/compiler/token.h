@@ -7,7 +7,6 @@
 
 namespace morvel::ruby::internal {
 
-/// The numbering is relied on: the comparison operators map to their opcodes by subtracting 7.
 enum class TokenType : std::uint8_t {
     Identifier = 0,
     Integer = 1,

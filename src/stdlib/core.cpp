@@ -97,16 +97,16 @@ RubyValue print(const BuiltinCall& call) {
 
 RubyValue len(const BuiltinCall& call) {
     const RubyValue& value = call[0];
-    switch (value.type) {
-        case RubyValue::Type::String:
-            return value.asString().size();
-        case RubyValue::Type::Array:
-            return value.asArray().size();
-        case RubyValue::Type::Map:
-            return value.asMap().size();
-        default:
-            failCall(call, "expects a string, array, or map");
+    if (value.isString()) {
+        return value.asString().size();
     }
+    if (value.isArray()) {
+        return value.asArray().size();
+    }
+    if (value.isMap()) {
+        return value.asMap().size();
+    }
+    failCall(call, "expects a string, array, or map");
 }
 
 RubyValue timeMs(const BuiltinCall&) {

@@ -60,21 +60,6 @@ Fault joinTexts(const RubyValue& left, const RubyValue& right, RubyValue& result
     });
 }
 
-void raiseIf(const Fault& fault, const Program& program, unsigned line) {
-    if (fault) {
-        raise(fault, program, line);
-    }
-}
-
-using BinaryOperator = Fault(const RubyValue&, const RubyValue&, RubyValue&);
-
-RubyValue resultOrRaise(BinaryOperator* apply, const RubyValue& left, const RubyValue& right, const Program& program,
-                        unsigned line) {
-    RubyValue result;
-    raiseIf(apply(left, right, result), program, line);
-    return result;
-}
-
 bool arraysEqual(const RubyArray& left, const RubyArray& right) {
     if (left.size() != right.size()) {
         return false;
@@ -205,45 +190,6 @@ Fault appendOperand(std::string& text, const RubyValue& part) {
         appendText(rendered, part);
         text += rendered;
     });
-}
-
-RubyValue addValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
-    return resultOrRaise(add, left, right, program, line);
-}
-
-RubyValue subtractValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
-    return resultOrRaise(subtract, left, right, program, line);
-}
-
-RubyValue multiplyValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
-    return resultOrRaise(multiply, left, right, program, line);
-}
-
-RubyValue divideValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
-    return resultOrRaise(divide, left, right, program, line);
-}
-
-RubyValue moduloValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
-    return resultOrRaise(modulo, left, right, program, line);
-}
-
-RubyValue negateValue(const RubyValue& value, const Program& program, unsigned line) {
-    RubyValue result;
-    raiseIf(negate(value, result), program, line);
-    return result;
-}
-
-bool operandsEqual(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line) {
-    bool result = false;
-    raiseIf(equal(left, right, result), program, line);
-    return result;
-}
-
-RubyValue compareOrdered(const RubyValue& left, const RubyValue& right, Ordering ordering, const Program& program,
-                         unsigned line) {
-    bool result = false;
-    raiseIf(compare(left, right, ordering, result), program, line);
-    return result;
 }
 
 bool valuesEqual(const RubyValue& left, const RubyValue& right) {

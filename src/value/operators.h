@@ -45,22 +45,6 @@ enum class Ordering : std::uint8_t { Less, LessEqual, Greater, GreaterEqual };
 /// Appends the text of `part` to `text`, or nothing when it fails. Fault: kStackOverflow for a nest too deep.
 [[nodiscard]] Fault appendOperand(std::string& text, const RubyValue& part);
 
-// The same operators for callers that want an exception: a fault is raised at the line of the program.
-
-[[nodiscard]] RubyValue addValues(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line);
-[[nodiscard]] RubyValue subtractValues(const RubyValue& left, const RubyValue& right, const Program& program,
-                                       unsigned line);
-[[nodiscard]] RubyValue multiplyValues(const RubyValue& left, const RubyValue& right, const Program& program,
-                                       unsigned line);
-[[nodiscard]] RubyValue divideValues(const RubyValue& left, const RubyValue& right, const Program& program,
-                                     unsigned line);
-[[nodiscard]] RubyValue moduloValues(const RubyValue& left, const RubyValue& right, const Program& program,
-                                     unsigned line);
-[[nodiscard]] RubyValue negateValue(const RubyValue& value, const Program& program, unsigned line);
-[[nodiscard]] bool operandsEqual(const RubyValue& left, const RubyValue& right, const Program& program, unsigned line);
-[[nodiscard]] RubyValue compareOrdered(const RubyValue& left, const RubyValue& right, Ordering ordering,
-                                       const Program& program, unsigned line);
-
 /// Equality: exact for equal kinds, tolerant for numbers of different kinds, element by element for arrays and maps.
 /// Throws StackOverflow for a nest too deep for the native stack.
 [[nodiscard]] bool valuesEqual(const RubyValue& left, const RubyValue& right);

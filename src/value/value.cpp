@@ -82,9 +82,14 @@ std::int64_t RubyValue::asInteger() const {
             return internal::truncateToInteger(data.floating);
         case Type::Boolean:
             return data.boolean ? 1 : 0;
-        default:
-            throw RubyError("value is not numeric");
+        case Type::Nil:
+        case Type::String:
+        case Type::Array:
+        case Type::Map:
+        case Type::Function:
+            break;
     }
+    throw RubyError("value is not numeric");
 }
 
 double RubyValue::asFloat() const {
@@ -95,9 +100,14 @@ double RubyValue::asFloat() const {
             return data.floating;
         case Type::Boolean:
             return data.boolean ? 1.0 : 0.0;
-        default:
-            throw RubyError("value is not numeric");
+        case Type::Nil:
+        case Type::String:
+        case Type::Array:
+        case Type::Map:
+        case Type::Function:
+            break;
     }
+    throw RubyError("value is not numeric");
 }
 
 void internal::failType(const char* message) { throw RubyError(message); }

@@ -10,6 +10,7 @@
 #include "vm/errors.h"
 #include "vm/impl.h"
 #include "vm/indexing.h"
+#include "vm/operators.h"
 
 namespace morvel::ruby {
 
@@ -60,11 +61,7 @@ public:
         }
         while (m_next < m_function.code.size()) {
             const std::size_t index = m_next++;
-            const Instruction& instruction = m_function.code[index];
-            if (instruction.op == OpCode::Return) {
-                return m_stack.empty() ? RubyValue() : pop(instruction.line);
-            }
-            execute(instruction, index);
+            execute(m_function.code[index], index);
         }
         return std::move(m_lastValue);
     }
@@ -76,10 +73,9 @@ private:
     void storeName(const Instruction& instruction, std::size_t index);
     void storeGlobal(const Instruction& instruction, const RubyValue& value);
     void binary(const Instruction& instruction);
-    [[nodiscard]] RubyValue binaryResult(const Instruction& instruction, const RubyValue& left,
-                                         const RubyValue& right) const;
     void jump(const Instruction& instruction, const char* message);
     void call(const Instruction& instruction);
+    void defineFunction(const Instruction& instruction);
     void makeArray(const Instruction& instruction);
     void getIndex(const Instruction& instruction);
     void setIndex(const Instruction& instruction);
@@ -114,44 +110,46 @@ private:
 
 void Activation::execute(const Instruction& instruction, std::size_t index) {
     const unsigned line = instruction.line;
-    switch (instruction.op) {
-        case OpCode::PushConst:
+    switch (classOf(instruction.op)) {
+        case OpcodeClass::Constant:
             return pushConstant(instruction);
-        case OpCode::LoadName:
+        case OpcodeClass::Load:
             return loadName(instruction, index);
-        case OpCode::StoreName:
+        case OpcodeClass::Store:
             return storeName(instruction, index);
-        case OpCode::Pop:
+        case OpcodeClass::Pop:
             m_lastValue = pop(line);
             return;
-        case OpCode::Negate:
-            return push(negateValue(pop(line), *m_program, line));
-        case OpCode::Not:
-            return push(!pop(line).isTruthy());
-        case OpCode::Jump:
+        case OpcodeClass::Arithmetic:
+        case OpcodeClass::Comparison:
+        case OpcodeClass::Logic:
+            return binary(instruction);
+        case OpcodeClass::Unary:
+            return push(applyUnary(instruction.op, pop(line), *m_program, line));
+        case OpcodeClass::Jump:
             return jump(instruction, "jump target is out of range");
-        case OpCode::JumpIfFalse:
+        case OpcodeClass::ConditionalJump:
             if (!pop(line).isTruthy()) {
                 jump(instruction, "conditional jump target is out of range");
             }
             return;
-        case OpCode::Call:
+        case OpcodeClass::Call:
             return call(instruction);
-        case OpCode::DefineFunction: {
-            const std::string& name = requireStringConstant(*m_program, instruction.a, line);
-            return storeGlobal(instruction, makeScriptFunction(name, instruction.b, m_program));
-        }
-        case OpCode::MakeArray:
+        case OpcodeClass::Definition:
+            return defineFunction(instruction);
+        case OpcodeClass::Return:
+            // The function ends with what is on top, if anything is.
+            m_lastValue = m_stack.empty() ? RubyValue() : pop(line);
+            m_next = m_function.code.size();
+            return;
+        case OpcodeClass::Array:
             return makeArray(instruction);
-        case OpCode::GetIndex:
+        case OpcodeClass::GetElement:
             return getIndex(instruction);
-        case OpCode::SetIndex:
+        case OpcodeClass::SetElement:
             return setIndex(instruction);
-        default:
-            if (opcodeInfo(instruction.op) == nullptr) {
-                failAt(line, "unknown opcode");
-            }
-            return binary(instruction);
+        case OpcodeClass::Unknown:
+            failAt(line, "unknown opcode");
     }
 }
 
@@ -194,40 +192,7 @@ void Activation::storeGlobal(const Instruction& instruction, const RubyValue& va
 void Activation::binary(const Instruction& instruction) {
     const RubyValue right = pop(instruction.line);
     const RubyValue left = pop(instruction.line);
-    push(binaryResult(instruction, left, right));
-}
-
-RubyValue Activation::binaryResult(const Instruction& instruction, const RubyValue& left,
-                                   const RubyValue& right) const {
-    const unsigned line = instruction.line;
-    switch (instruction.op) {
-        case OpCode::Add:
-            return addValues(left, right, *m_program, line);
-        case OpCode::Subtract:
-            return subtractValues(left, right, *m_program, line);
-        case OpCode::Multiply:
-            return multiplyValues(left, right, *m_program, line);
-        case OpCode::Divide:
-            return divideValues(left, right, *m_program, line);
-        case OpCode::Modulo:
-            return moduloValues(left, right, *m_program, line);
-        case OpCode::Equal:
-            return operandsEqual(left, right, *m_program, line);
-        case OpCode::NotEqual:
-            return !operandsEqual(left, right, *m_program, line);
-        case OpCode::Less:
-            return compareOrdered(left, right, Ordering::Less, *m_program, line);
-        case OpCode::LessEqual:
-            return compareOrdered(left, right, Ordering::LessEqual, *m_program, line);
-        case OpCode::Greater:
-            return compareOrdered(left, right, Ordering::Greater, *m_program, line);
-        case OpCode::GreaterEqual:
-            return compareOrdered(left, right, Ordering::GreaterEqual, *m_program, line);
-        case OpCode::And:
-            return left.isTruthy() && right.isTruthy();
-        default:
-            return left.isTruthy() || right.isTruthy();
-    }
+    push(applyBinary(instruction.op, left, right, *m_program, instruction.line));
 }
 
 void Activation::jump(const Instruction& instruction, const char* message) {
@@ -250,6 +215,11 @@ void Activation::call(const Instruction& instruction) {
     RubyValue result = m_vm.callValue(*m_program, m_stack[callee], arguments, count, instruction.line);
     m_stack.resize(callee);
     push(std::move(result));
+}
+
+void Activation::defineFunction(const Instruction& instruction) {
+    const std::string& name = requireStringConstant(*m_program, instruction.a, instruction.line);
+    storeGlobal(instruction, makeScriptFunction(name, instruction.b, m_program));
 }
 
 void Activation::makeArray(const Instruction& instruction) {

@@ -10,44 +10,16 @@
 #include "vm/calling.h"
 #include "vm/errors.h"
 #include "vm/impl.h"
+#include "vm/operators.h"
 
 namespace morvel::ruby {
 
 using internal::FastKind;
 using internal::FastLeafSource;
 using internal::FastNode;
-using internal::FastNodeKind;
-using internal::Ordering;
+using internal::OpcodeClass;
 
 namespace {
-
-RubyValue binaryResult(const FastNode& node, const RubyValue& left, const RubyValue& right,
-                       const internal::Program& program) {
-    switch (node.kind) {
-        case FastNodeKind::Add:
-            return internal::addValues(left, right, program, node.line);
-        case FastNodeKind::Subtract:
-            return internal::subtractValues(left, right, program, node.line);
-        case FastNodeKind::Multiply:
-            return internal::multiplyValues(left, right, program, node.line);
-        case FastNodeKind::Divide:
-            return internal::divideValues(left, right, program, node.line);
-        case FastNodeKind::Modulo:
-            return internal::moduloValues(left, right, program, node.line);
-        case FastNodeKind::Equal:
-            return internal::operandsEqual(left, right, program, node.line);
-        case FastNodeKind::NotEqual:
-            return !internal::operandsEqual(left, right, program, node.line);
-        case FastNodeKind::Less:
-            return internal::compareOrdered(left, right, Ordering::Less, program, node.line);
-        case FastNodeKind::LessEqual:
-            return internal::compareOrdered(left, right, Ordering::LessEqual, program, node.line);
-        case FastNodeKind::Greater:
-            return internal::compareOrdered(left, right, Ordering::Greater, program, node.line);
-        default:
-            return internal::compareOrdered(left, right, Ordering::GreaterEqual, program, node.line);
-    }
-}
 
 RubyValue leafValue(const internal::GlobalTable& globals, const FastNode& leaf, const internal::Program& program,
                     const RubyValue* arguments, std::size_t argumentCount) {
@@ -104,8 +76,8 @@ private:
 std::size_t firstNode(const std::vector<FastNode>& nodes, std::size_t root) {
     while (true) {
         const FastNode& node = nodes[root];
-        const bool isArray = node.kind == FastNodeKind::MakeArray;
-        if (node.kind == FastNodeKind::Leaf || (isArray && node.children.empty())) {
+        const bool isArray = classOf(node.op) == OpcodeClass::Array;
+        if (node.isLeaf() || (isArray && node.children.empty())) {
             return root;
         }
         root = static_cast<std::size_t>(isArray ? node.children.front() : node.left);
@@ -114,21 +86,13 @@ std::size_t firstNode(const std::vector<FastNode>& nodes, std::size_t root) {
 
 /// Replaces the operands of the node by its value.
 void applyNode(const FastNode& node, Operands& operands, const internal::Program& program) {
-    switch (node.kind) {
-        case FastNodeKind::Negate:
-            operands.last() = internal::negateValue(operands.last(), program, node.line);
-            break;
-        case FastNodeKind::Not:
-            operands.last() = !operands.last().isTruthy();
-            break;
-        case FastNodeKind::MakeArray:
-            operands.push(operands.takeLast(node.children.size()));
-            break;
-        default: {
-            const RubyValue right = operands.takeLast();
-            operands.last() = binaryResult(node, operands.last(), right, program);
-            break;
-        }
+    if (classOf(node.op) == OpcodeClass::Array) {
+        operands.push(operands.takeLast(node.children.size()));
+    } else if (classOf(node.op) == OpcodeClass::Unary) {
+        operands.last() = internal::applyUnary(node.op, operands.last(), program, node.line);
+    } else {
+        const RubyValue right = operands.takeLast();
+        operands.last() = internal::applyBinary(node.op, operands.last(), right, program, node.line);
     }
 }
 
@@ -160,7 +124,7 @@ RubyValue RubyVM::Impl::evaluateFastNode(const Program& program, const CompiledF
     Operands operands(root - first + 1);
     for (std::size_t i = first; i <= root; ++i) {
         const FastNode& node = function.fastNodes[i];
-        if (node.kind == FastNodeKind::Leaf) {
+        if (node.isLeaf()) {
             operands.push(leafValue(globals, node, program, arguments, argumentCount));
         } else {
             applyNode(node, operands, program);

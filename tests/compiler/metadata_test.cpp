@@ -13,19 +13,14 @@ using internal::CompiledFunction;
 using internal::FastKind;
 using internal::FastLeafSource;
 using internal::FastNode;
-using internal::FastNodeKind;
 using internal::Instruction;
 using internal::OpCode;
 using internal::Program;
 
-constexpr std::array kNodeNames{"Leaf",   "Add",       "Subtract", "Multiply",     "Divide",
-                                "Modulo", "Negate",    "Not",      "Equal",        "NotEqual",
-                                "Less",   "LessEqual", "Greater",  "GreaterEqual", "MakeArray"};
-
 /// An expression tree: `Add(parameter 0, 1)`, `MakeArray(global x)`.
 std::string tree(const Program& program, const std::vector<FastNode>& nodes, std::int32_t root) {
     const FastNode& node = nodes.at(static_cast<std::size_t>(root));
-    if (node.kind == FastNodeKind::Leaf) {
+    if (node.isLeaf()) {
         switch (node.source) {
             case FastLeafSource::Constant:
                 return describe(program.constants.at(static_cast<std::size_t>(node.value)));
@@ -46,7 +41,7 @@ std::string tree(const Program& program, const std::vector<FastNode>& nodes, std
     for (const std::int32_t operand : operands) {
         text += (text.empty() ? "" : ", ") + tree(program, nodes, operand);
     }
-    return std::string(kNodeNames.at(static_cast<std::size_t>(node.kind))) + "(" + text + ")";
+    return std::string(internal::opcodeInfo(node.op)->name) + "(" + text + ")";
 }
 
 /// `none`, the tree of a fast expression, or `guard TREE, error MESSAGE, TREE`.

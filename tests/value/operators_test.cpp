@@ -11,10 +11,12 @@
 #include "support/allocation_meter.h"
 #include "support/describe.h"
 #include "support/runs.h"
+#include "vm/operators.h"
 
 namespace morvel::ruby::tests {
 namespace {
 
+using internal::OpCode;
 using internal::Ordering;
 
 constexpr std::int64_t kSmallest = std::numeric_limits<std::int64_t>::min();
@@ -22,8 +24,6 @@ constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kEpsilon = 2.220446049250313e-16;
-
-using Operator = RubyValue (*)(const RubyValue&, const RubyValue&, const internal::Program&, unsigned);
 
 RubyValue makeFunctionValue(const std::string& name) {
     auto handle = std::make_unique<RubyFunctionHandle>();
@@ -36,42 +36,37 @@ std::vector<RubyValue> oneOfEachKind() {
 }
 
 /// The description of the result, or the message. Errors are located at line 12 of the program "t".
-std::string apply(Operator operation, const RubyValue& left, const RubyValue& right) {
+std::string apply(OpCode op, const RubyValue& left, const RubyValue& right) {
     internal::Program program;
     program.name = "t";
     std::string outcome;
-    const std::string error = errorOf([&] { outcome = describe(operation(left, right, program, 12)); });
+    const std::string error = errorOf([&] { outcome = describe(internal::applyBinary(op, left, right, program, 12)); });
     return outcome.empty() ? error : outcome;
 }
 
-std::string add(const RubyValue& left, const RubyValue& right) { return apply(internal::addValues, left, right); }
-std::string subtract(const RubyValue& left, const RubyValue& right) {
-    return apply(internal::subtractValues, left, right);
-}
-std::string multiply(const RubyValue& left, const RubyValue& right) {
-    return apply(internal::multiplyValues, left, right);
-}
-std::string divide(const RubyValue& left, const RubyValue& right) { return apply(internal::divideValues, left, right); }
-std::string modulo(const RubyValue& left, const RubyValue& right) { return apply(internal::moduloValues, left, right); }
+std::string add(const RubyValue& left, const RubyValue& right) { return apply(OpCode::Add, left, right); }
+std::string subtract(const RubyValue& left, const RubyValue& right) { return apply(OpCode::Subtract, left, right); }
+std::string multiply(const RubyValue& left, const RubyValue& right) { return apply(OpCode::Multiply, left, right); }
+std::string divide(const RubyValue& left, const RubyValue& right) { return apply(OpCode::Divide, left, right); }
+std::string modulo(const RubyValue& left, const RubyValue& right) { return apply(OpCode::Modulo, left, right); }
+std::string less(const RubyValue& left, const RubyValue& right) { return apply(OpCode::Less, left, right); }
 
 std::string negate(const RubyValue& value) {
-    return apply([](const RubyValue& left, const RubyValue&, const internal::Program& program,
-                    unsigned line) { return internal::negateValue(left, program, line); },
-                 value, nullptr);
-}
-
-std::string less(const RubyValue& left, const RubyValue& right) {
-    return apply([](const RubyValue& a, const RubyValue& b, const internal::Program& program,
-                    unsigned line) { return internal::compareOrdered(a, b, Ordering::Less, program, line); },
-                 left, right);
+    internal::Program program;
+    program.name = "t";
+    std::string outcome;
+    const std::string error =
+        errorOf([&] { outcome = describe(internal::applyUnary(OpCode::Negate, value, program, 12)); });
+    return outcome.empty() ? error : outcome;
 }
 
 /// The results of <, <=, > and >= in this order, as four letters.
 std::string compareAll(const RubyValue& left, const RubyValue& right) {
-    const internal::Program program;
     std::string letters;
     for (const Ordering ordering : {Ordering::Less, Ordering::LessEqual, Ordering::Greater, Ordering::GreaterEqual}) {
-        letters += internal::compareOrdered(left, right, ordering, program, 1).asBoolean() ? 't' : 'f';
+        bool isOrdered = false;
+        EXPECT_FALSE(internal::compare(left, right, ordering, isOrdered));
+        letters += isOrdered ? 't' : 'f';
     }
     return letters;
 }
@@ -117,8 +112,8 @@ TEST(Add, StringsTakeTheTextOfTheOtherOperand) {
 TEST(Add, ArraysJoinIntoANewOne) {
     RubyValue left(RubyArray{1});
     RubyValue right(RubyArray{2, RubyArray{3}});
-    const internal::Program program;
-    RubyValue joined = internal::addValues(left, right, program, 1);
+    RubyValue joined;
+    ASSERT_FALSE(internal::add(left, right, joined));
     EXPECT_EQ("[1, 2, [3]]", describe(joined));
     joined.asArray().push_back(4);
     joined.asArray()[2].asArray().push_back("shared");

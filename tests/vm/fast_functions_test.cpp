@@ -15,7 +15,6 @@ namespace {
 
 using internal::CompiledFunction;
 using internal::FastNode;
-using internal::FastNodeKind;
 using internal::Instruction;
 using internal::OpCode;
 using internal::Program;

@@ -11,12 +11,11 @@
 #include "morvel/ruby/map.h"
 #include "support/describe.h"
 #include "support/runs.h"
-#include "value/operators.h"
+#include "vm/operators.h"
 
 namespace morvel::ruby::tests {
 namespace {
 
-using internal::Ordering;
 using internal::Program;
 
 using Operation = std::function<RubyValue(const RubyValue&, const RubyValue&, const Program&)>;
@@ -30,27 +29,28 @@ struct Operator {
 
 void PrintTo(const Operator& tested, std::ostream* stream) { *stream << tested.expression; }
 
-template <RubyValue (*Function)(const RubyValue&, const RubyValue&, const Program&, unsigned)>
-RubyValue arithmetic(const RubyValue& left, const RubyValue& right, const Program& program) {
-    return Function(left, right, program, 1);
+template <internal::OpCode kOp>
+RubyValue binary(const RubyValue& left, const RubyValue& right, const Program& program) {
+    return internal::applyBinary(kOp, left, right, program, 1);
 }
 
-template <Ordering Order>
-RubyValue comparison(const RubyValue& left, const RubyValue& right, const Program& program) {
-    return internal::compareOrdered(left, right, Order, program, 1);
+template <internal::OpCode kOp>
+RubyValue unary(const RubyValue& value, const RubyValue&, const Program& program) {
+    return internal::applyUnary(kOp, value, program, 1);
 }
 
 std::vector<Operator> allOperators() {
+    using internal::OpCode;
     return {
-        {"Add", "L + R", arithmetic<internal::addValues>},
-        {"Subtract", "L - R", arithmetic<internal::subtractValues>},
-        {"Multiply", "L * R", arithmetic<internal::multiplyValues>},
-        {"Divide", "L / R", arithmetic<internal::divideValues>},
-        {"Modulo", "L % R", arithmetic<internal::moduloValues>},
-        {"Less", "L < R", comparison<Ordering::Less>},
-        {"LessEqual", "L <= R", comparison<Ordering::LessEqual>},
-        {"Greater", "L > R", comparison<Ordering::Greater>},
-        {"GreaterEqual", "L >= R", comparison<Ordering::GreaterEqual>},
+        {"Add", "L + R", binary<OpCode::Add>},
+        {"Subtract", "L - R", binary<OpCode::Subtract>},
+        {"Multiply", "L * R", binary<OpCode::Multiply>},
+        {"Divide", "L / R", binary<OpCode::Divide>},
+        {"Modulo", "L % R", binary<OpCode::Modulo>},
+        {"Less", "L < R", binary<OpCode::Less>},
+        {"LessEqual", "L <= R", binary<OpCode::LessEqual>},
+        {"Greater", "L > R", binary<OpCode::Greater>},
+        {"GreaterEqual", "L >= R", binary<OpCode::GreaterEqual>},
         {"Equal", "L == R",
          [](const RubyValue& l, const RubyValue& r, const Program&) { return RubyValue(internal::valuesEqual(l, r)); }},
         {"NotEqual", "L != R",
@@ -65,8 +65,7 @@ std::vector<Operator> allOperators() {
          [](const RubyValue& l, const RubyValue& r, const Program&) {
              return RubyValue(l.isTruthy() || r.isTruthy());
          }},
-        {"Negate", "-L",
-         [](const RubyValue& l, const RubyValue&, const Program& p) { return internal::negateValue(l, p, 1); }},
+        {"Negate", "-L", unary<OpCode::Negate>},
         {"Not", "!L", [](const RubyValue& l, const RubyValue&, const Program&) { return RubyValue(!l.isTruthy()); }},
     };
 }

@@ -44,34 +44,49 @@ public:
 private:
     void step(std::uint32_t index) {
         const Instruction& instruction = m_function.code[index];
-        switch (instruction.op) {
-            case OpCode::LoadName:
+        switch (classOf(instruction.op)) {
+            case OpcodeClass::Load:
                 m_stack.emplace_back().load = index;
                 return;
-            case OpCode::Add:
-                return add(index);
-            case OpCode::Call:
-                for (std::int32_t i = 0; i < instruction.a && !m_stack.empty(); ++i) {
-                    takeOver(pop());
-                }
-                drop();
-                m_stack.emplace_back();
-                return;
-            case OpCode::GetIndex:
+            case OpcodeClass::Arithmetic:
+                return instruction.op == OpCode::Add ? add(index) : other(instruction);
+            case OpcodeClass::Call:
+                return call(instruction);
+            case OpcodeClass::GetElement:
                 return getIndex();
-            case OpCode::SetIndex:
+            case OpcodeClass::SetElement:
                 return setIndex();
-            case OpCode::StoreName: {
-                const Sum value = pop();
-                if (value.isChain() && !value.beginsWithElement && isSameVariable(value.load, index)) {
-                    note(value);
-                }
-                m_stack.emplace_back();
-                return;
-            }
-            default:
+            case OpcodeClass::Store:
+                return store(index);
+            case OpcodeClass::Constant:
+            case OpcodeClass::Pop:
+            case OpcodeClass::Comparison:
+            case OpcodeClass::Logic:
+            case OpcodeClass::Unary:
+            case OpcodeClass::Jump:
+            case OpcodeClass::ConditionalJump:
+            case OpcodeClass::Definition:
+            case OpcodeClass::Return:
+            case OpcodeClass::Array:
+            case OpcodeClass::Unknown:
                 return other(instruction);
         }
+    }
+
+    void call(const Instruction& instruction) {
+        for (std::int32_t i = 0; i < instruction.a && !m_stack.empty(); ++i) {
+            takeOver(pop());
+        }
+        drop();
+        m_stack.emplace_back();
+    }
+
+    void store(std::uint32_t index) {
+        const Sum value = pop();
+        if (value.isChain() && !value.beginsWithElement && isSameVariable(value.load, index)) {
+            note(value);
+        }
+        m_stack.emplace_back();
     }
 
     void add(std::uint32_t index) {

@@ -18,9 +18,13 @@ ConstantKey keyOfConstant(const RubyValue& constant) {
             return {constant.type, constant.data.boolean ? 1U : 0U};
         case RubyValue::Type::String:
             return {constant.type, reinterpret_cast<std::uintptr_t>(constant.data.box)};
-        default:
-            return {constant.type, 0};
+        case RubyValue::Type::Nil:
+        case RubyValue::Type::Array:
+        case RubyValue::Type::Map:
+        case RubyValue::Type::Function:
+            break;
     }
+    return {constant.type, 0};
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ private:
         if (info->operand == OperandKind::JumpTarget && !reach(static_cast<std::size_t>(instruction.a), after)) {
             return false;
         }
-        return instruction.op == OpCode::Jump || reach(index + 1, after);
+        return !fallsThrough(instruction.op) || reach(index + 1, after);
     }
 
     [[nodiscard]] bool operandsFit(const Instruction& instruction, const OpcodeInfo& info) const {
@@ -91,10 +91,6 @@ private:
     std::int32_t m_deepest = 0;
 };
 
-bool isJump(OpCode op) { return op == OpCode::Jump || op == OpCode::JumpIfFalse; }
-
-bool endsBlock(OpCode op) { return isJump(op) || op == OpCode::Return; }
-
 std::vector<bool> findBlockStarts(const std::vector<Instruction>& code, const std::vector<std::int32_t>& depths) {
     std::vector<bool> starts(code.size() + 1, false);
     starts[0] = true;
@@ -130,7 +126,7 @@ void linkBlocks(const std::vector<Instruction>& code, Flow& flow) {
         if (isJump(last.op)) {
             follow(static_cast<std::size_t>(last.a));
         }
-        if (last.op != OpCode::Jump && last.op != OpCode::Return) {
+        if (fallsThrough(last.op)) {
             follow(block.end);
         }
     }

@@ -27,16 +27,10 @@ GuardCall findGuardCall(const CompiledFunction& function) {
 
 bool addressesGlobal(const FunctionFacts& facts, std::size_t index) {
     const CompiledFunction& function = facts.function;
-    switch (function.code[index].op) {
-        case OpCode::DefineFunction:
-            return true;
-        case OpCode::StoreName:
-            return facts.isMain || localSlotAt(function, index) == kNoLocalSlot;
-        case OpCode::LoadName:
-            return index == facts.guard.load || localSlotAt(function, index) == kNoLocalSlot;
-        default:
-            return false;
-    }
+    const OpCode op = function.code[index].op;
+    const bool isLocal = localSlotAt(function, index) != kNoLocalSlot;
+    return op == OpCode::DefineFunction || (op == OpCode::StoreName && (facts.isMain || !isLocal)) ||
+           (op == OpCode::LoadName && (index == facts.guard.load || !isLocal));
 }
 
 std::vector<std::uint32_t> resolveGlobals(const FunctionFacts& facts, GlobalNames& names) {
@@ -89,7 +83,7 @@ std::size_t FunctionFacts::loopConditionEnd(std::size_t index, std::size_t targe
             const bool leaves = static_cast<std::size_t>(instruction.a) == index + 1 && flow.depths[i] == 1;
             return leaves && function.code[i - 1].op != OpCode::PushConst ? i : 0;
         }
-        if (instruction.op == OpCode::Jump || instruction.op == OpCode::Return || (i != target && blockStarts[i])) {
+        if (!fallsThrough(instruction.op) || (i != target && blockStarts[i])) {
             return 0;
         }
     }

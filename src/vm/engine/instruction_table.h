@@ -287,6 +287,21 @@ inline constexpr std::array kOperations{
 #undef MORVEL_INFO
 };
 
+/// The operation of that name; nothing when there is none.
+[[nodiscard]] constexpr std::optional<Operation> operationNamed(std::string_view name) {
+    constexpr std::array<std::string_view, kOperations.size()> kNames{
+#define MORVEL_NAME(name, ...) #name,
+        MORVEL_ENGINE_OPERATIONS(MORVEL_NAME)
+#undef MORVEL_NAME
+    };
+    for (std::size_t i = 0; i < kNames.size(); ++i) {
+        if (kNames[i] == name) {
+            return static_cast<Operation>(i);
+        }
+    }
+    return std::nullopt;
+}
+
 using EngineOperands = std::array<EngineOperand, 3>;
 
 /// What is known about an instruction.

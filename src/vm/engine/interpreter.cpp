@@ -184,6 +184,7 @@ template <OpCode Operation>
             }
             setFloat(target, static_cast<double>(left->data.integer) / static_cast<double>(right->data.integer));
         } else {
+            static_assert(Operation == OpCode::Modulo);
             if (rightBits == 0) {
                 return false;
             }
@@ -321,15 +322,15 @@ struct Engine::Loop {
     /// Integers compare through their doubles in an order, as the language has it.
     template <OpCode kTest>
     [[gnu::always_inline]] static bool compareIntegers(const RubyValue* left, const RubyValue* right) {
-        switch (kTest) {
-            case OpCode::Equal:
-                return left->data.integer == right->data.integer;
-            case OpCode::NotEqual:
-                return left->data.integer != right->data.integer;
-            case OpCode::Less:
-                return static_cast<double>(left->data.integer) < static_cast<double>(right->data.integer);
-            default:
-                return static_cast<double>(left->data.integer) <= static_cast<double>(right->data.integer);
+        if constexpr (kTest == OpCode::Equal) {
+            return left->data.integer == right->data.integer;
+        } else if constexpr (kTest == OpCode::NotEqual) {
+            return left->data.integer != right->data.integer;
+        } else if constexpr (kTest == OpCode::Less) {
+            return static_cast<double>(left->data.integer) < static_cast<double>(right->data.integer);
+        } else {
+            static_assert(kTest == OpCode::LessEqual);
+            return static_cast<double>(left->data.integer) <= static_cast<double>(right->data.integer);
         }
     }
     /// The comparison of what is not two integers.

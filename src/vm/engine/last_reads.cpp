@@ -9,10 +9,7 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-bool endsStatement(OpCode op) {
-    return op == OpCode::StoreName || op == OpCode::Pop || op == OpCode::Jump || op == OpCode::JumpIfFalse ||
-           op == OpCode::Return;
-}
+bool endsStatement(OpCode op) { return op == OpCode::StoreName || op == OpCode::Pop || endsBlock(op); }
 
 }  // namespace
 

@@ -1,5 +1,7 @@
 #include "vm/engine/operations.h"
 
+#include <array>
+#include <cstddef>
 #include <limits>
 #include <utility>
 
@@ -15,39 +17,32 @@ std::uint8_t flagsFor(const Entry& first, const Entry& second) {
     return static_cast<std::uint8_t>(flagFor(first, kFirstDies) | flagFor(second, kSecondDies));
 }
 
-/// The operation that carries out a binary operator; a > b is b < a.
-Operation operationOf(OpCode op) {
-    switch (op) {
-        case OpCode::Add:
-            return Operation::Add;
-        case OpCode::Subtract:
-            return Operation::Subtract;
-        case OpCode::Multiply:
-            return Operation::Multiply;
-        case OpCode::Divide:
-            return Operation::Divide;
-        case OpCode::Modulo:
-            return Operation::Modulo;
-        case OpCode::Equal:
-            return Operation::Equal;
-        case OpCode::NotEqual:
-            return Operation::NotEqual;
-        case OpCode::Less:
-        case OpCode::Greater:
-            return Operation::Less;
-        default:
-            return Operation::LessEqual;
-    }
+/// The comparison that does the same once its operands are swapped, where it stands in for `op`: a > b is b < a.
+/// Other opcodes stand for themselves.
+constexpr OpCode standIn(OpCode op) {
+    return op == OpCode::Greater ? OpCode::Less : op == OpCode::GreaterEqual ? OpCode::LessEqual : op;
 }
+
+/// By opcode of arithmetic and comparisons, the operation that carries it out: the one of the same name. That it is
+/// missing shows when this is compiled.
+constexpr auto kOperationsByOpcode = [] {
+    std::array<Operation, kOpcodes.size()> operations{};
+    for (std::size_t i = 0; i < kOpcodes.size(); ++i) {
+        const auto op = static_cast<OpCode>(i);
+        if (classOf(op) == OpcodeClass::Arithmetic || classOf(op) == OpcodeClass::Comparison) {
+            operations[i] = operationNamed(opcodeInfo(standIn(op))->name).value();
+        }
+    }
+    return operations;
+}();
 
 }  // namespace
 
 void Operations::negate() {
     // The negation of a number constant is a constant: it cannot fail.
     if (m_stack.top().place == Place::Constant) {
-        const RubyValue& constant = m_code.constant(m_stack.top().index);
-        if (constant.isNumeric()) {
-            const RubyValue negated = negateValue(constant, m_facts.program, m_code.line());
+        RubyValue negated;
+        if (!internal::negate(m_code.constant(m_stack.top().index), negated)) {
             m_stack.pop();
             return m_stack.push({Place::Constant, m_code.addConstant(negated)});
         }
@@ -82,12 +77,13 @@ void Operations::binary(std::size_t index) {
     }
     Entry rightEntry = m_stack.pop();
     Entry leftEntry = m_stack.pop();
-    if (op == OpCode::Greater || op == OpCode::GreaterEqual) {
+    if (standIn(op) != op) {
         // Both operands are there already, so their order is not seen.
         std::swap(leftEntry, rightEntry);
     }
     const EngineOp paired =
-        *findInstruction(operationOf(op), {EngineOperand::Register, operandKind(leftEntry), operandKind(rightEntry)});
+        *findInstruction(kOperationsByOpcode[static_cast<std::size_t>(op)],
+                         {EngineOperand::Register, operandKind(leftEntry), operandKind(rightEntry)});
     const auto flags = static_cast<std::uint8_t>(flagsFor(leftEntry, rightEntry) | facts);
     // Within an append chain, the sum takes two places on the stack.
     if ((facts & kEndsAppend) != 0) {

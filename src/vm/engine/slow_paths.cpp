@@ -10,6 +10,7 @@
 #include "vm/engine/text_changes.h"
 #include "vm/impl.h"
 #include "vm/indexing.h"
+#include "vm/operators.h"
 
 namespace morvel::ruby::internal {
 
@@ -32,35 +33,16 @@ bool calculateMixed(RubyValue* target, const RubyValue& left, const RubyValue& r
     if (!areMixedNumbers(left, right)) {
         return false;
     }
-    switch (Operation) {
-        case OpCode::Add:
-            assignRegister(target, RubyValue(numberOf(left) + numberOf(right)));
-            return true;
-        case OpCode::Subtract:
-            assignRegister(target, RubyValue(numberOf(left) - numberOf(right)));
-            return true;
-        case OpCode::Multiply:
-            assignRegister(target, RubyValue(numberOf(left) * numberOf(right)));
-            return true;
-        default:
-            return false;
+    if constexpr (Operation == OpCode::Add) {
+        assignRegister(target, RubyValue(numberOf(left) + numberOf(right)));
+    } else if constexpr (Operation == OpCode::Subtract) {
+        assignRegister(target, RubyValue(numberOf(left) - numberOf(right)));
+    } else if constexpr (Operation == OpCode::Multiply) {
+        assignRegister(target, RubyValue(numberOf(left) * numberOf(right)));
+    } else {
+        return false;
     }
-}
-
-template <OpCode Operation>
-Fault calculate(const RubyValue& left, const RubyValue& right, RubyValue& result) {
-    switch (Operation) {
-        case OpCode::Add:
-            return add(left, right, result);
-        case OpCode::Subtract:
-            return subtract(left, right, result);
-        case OpCode::Multiply:
-            return multiply(left, right, result);
-        case OpCode::Divide:
-            return divide(left, right, result);
-        default:
-            return modulo(left, right, result);
-    }
+    return true;
 }
 
 Answer answerOf(bool yes) { return yes ? Answer::Yes : Answer::No; }
@@ -127,7 +109,7 @@ Status Engine::arithmeticSlow(RubyValue* target, RubyValue* left, RubyValue* rig
         }
     }
     RubyValue value;
-    if (checked(calculate<Operation>(*left, *right, value)) == Status::Failed) {
+    if (checked(kBinaryFunctions[static_cast<std::size_t>(Operation)](*left, *right, value)) == Status::Failed) {
         return Status::Failed;
     }
     releaseIf((flags & kFirstDies) != 0, left);

@@ -84,8 +84,7 @@ private:
         m_variables.enterBlock(number);
         m_stack.beginBlock(static_cast<std::size_t>(m_facts.flow.depths[block.begin]));
         translateRange(block.begin, block.end, false);
-        const OpCode last = m_facts.function.code[block.end - 1].op;
-        if (last != OpCode::Jump && last != OpCode::JumpIfFalse && last != OpCode::Return) {
+        if (!endsBlock(m_facts.function.code[block.end - 1].op)) {
             m_stack.materializeAll();
         }
     }
@@ -104,57 +103,56 @@ private:
     std::size_t translateInstruction(std::size_t index, std::size_t blockEnd) {
         const Instruction& instruction = m_facts.function.code[index];
         const auto a = static_cast<std::size_t>(instruction.a);
-        switch (instruction.op) {
-            case OpCode::PushConst:
+        switch (classOf(instruction.op)) {
+            case OpcodeClass::Constant:
                 m_stack.push({Place::Constant, m_code.addConstant(m_facts.program.constants[a])});
                 return 1;
-            case OpCode::LoadName:
+            case OpcodeClass::Load:
                 m_variables.loadName(index);
                 return 1;
-            case OpCode::StoreName:
+            case OpcodeClass::Store:
                 m_variables.storeName(index);
                 return 1;
-            case OpCode::Pop:
+            case OpcodeClass::Pop:
                 m_variables.popEntry(m_facts.livePops[index]);
                 return 1;
-            case OpCode::Negate:
-                m_operations.negate();
-                return 1;
-            case OpCode::Not:
-                m_operations.unary(EngineOp::Not);
-                return 1;
-            case OpCode::And:
-                m_operations.logical(EngineOp::And);
-                return 1;
-            case OpCode::Or:
-                m_operations.logical(EngineOp::Or);
-                return 1;
-            case OpCode::Jump:
-                jump(index);
-                return 1;
-            case OpCode::JumpIfFalse:
-                m_conditionalJumps.conditionalJump(a, false);
-                return 1;
-            case OpCode::Call:
-                return m_callSites.call(index, blockEnd);
-            case OpCode::DefineFunction:
-                m_variables.defineFunction(index);
-                return 1;
-            case OpCode::Return:
-                returnEntry();
-                return 1;
-            case OpCode::MakeArray:
-                m_operations.makeArray(a);
-                return 1;
-            case OpCode::GetIndex:
-                m_operations.getIndex();
-                return 1;
-            case OpCode::SetIndex:
-                return m_operations.setIndex(index, blockEnd);
-            default:
+            case OpcodeClass::Arithmetic:
+            case OpcodeClass::Comparison:
                 m_operations.binary(index);
                 return 1;
+            case OpcodeClass::Unary:
+                instruction.op == OpCode::Negate ? m_operations.negate() : m_operations.unary(EngineOp::Not);
+                return 1;
+            case OpcodeClass::Logic:
+                m_operations.logical(instruction.op == OpCode::And ? EngineOp::And : EngineOp::Or);
+                return 1;
+            case OpcodeClass::Jump:
+                jump(index);
+                return 1;
+            case OpcodeClass::ConditionalJump:
+                m_conditionalJumps.conditionalJump(a, false);
+                return 1;
+            case OpcodeClass::Call:
+                return m_callSites.call(index, blockEnd);
+            case OpcodeClass::Definition:
+                m_variables.defineFunction(index);
+                return 1;
+            case OpcodeClass::Return:
+                returnEntry();
+                return 1;
+            case OpcodeClass::Array:
+                m_operations.makeArray(a);
+                return 1;
+            case OpcodeClass::GetElement:
+                m_operations.getIndex();
+                return 1;
+            case OpcodeClass::SetElement:
+                return m_operations.setIndex(index, blockEnd);
+            case OpcodeClass::Unknown:
+                break;
         }
+        m_code.fail();
+        return 1;
     }
 
     void jump(std::size_t index) {
@@ -185,7 +183,8 @@ private:
                 return m_code.emitWide(EngineOp::ReturnConstant, 0, 0, value.index * 2);
             case Place::Global:
                 return m_code.emitWide(EngineOp::ReturnGlobal, 0, 0, value.index * 2);
-            default:
+            case Place::Local:
+            case Place::Temporary:
                 return m_code.emit(EngineOp::ReturnLocal, 0, reg(value.index), 0, 0);
         }
     }

@@ -1,0 +1,124 @@
+// The operators of the language by their opcodes.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "compiler/opcodes.h"
+#include "value/operators.h"
+
+namespace morvel::ruby::internal {
+
+/// Carries out an operator with two operands.
+using BinaryFunction = Fault (*)(const RubyValue& left, const RubyValue& right, RubyValue& result);
+/// Carries out an operator with one operand.
+using UnaryFunction = Fault (*)(const RubyValue& value, RubyValue& result);
+
+struct BinaryOperator {
+    OpCode op;
+    BinaryFunction apply;
+};
+
+struct UnaryOperator {
+    OpCode op;
+    UnaryFunction apply;
+};
+
+template <bool kWanted>
+[[nodiscard]] Fault testEquality(const RubyValue& left, const RubyValue& right, RubyValue& result) {
+    bool areEqual = false;
+    const Fault fault = equal(left, right, areEqual);
+    result = RubyValue(areEqual == kWanted);
+    return fault;
+}
+
+template <Ordering kOrdering>
+[[nodiscard]] Fault testOrder(const RubyValue& left, const RubyValue& right, RubyValue& result) {
+    bool isOrdered = false;
+    const Fault fault = compare(left, right, kOrdering, isOrdered);
+    result = RubyValue(isOrdered);
+    return fault;
+}
+
+[[nodiscard]] inline Fault testBoth(const RubyValue& left, const RubyValue& right, RubyValue& result) {
+    result = RubyValue(left.isTruthy() && right.isTruthy());
+    return kNoFault;
+}
+
+[[nodiscard]] inline Fault testEither(const RubyValue& left, const RubyValue& right, RubyValue& result) {
+    result = RubyValue(left.isTruthy() || right.isTruthy());
+    return kNoFault;
+}
+
+[[nodiscard]] inline Fault testFalsy(const RubyValue& value, RubyValue& result) {
+    result = RubyValue(!value.isTruthy());
+    return kNoFault;
+}
+
+inline constexpr std::array kBinaryOperators{
+    BinaryOperator{OpCode::Add, add},
+    BinaryOperator{OpCode::Subtract, subtract},
+    BinaryOperator{OpCode::Multiply, multiply},
+    BinaryOperator{OpCode::Divide, divide},
+    BinaryOperator{OpCode::Modulo, modulo},
+    BinaryOperator{OpCode::Equal, testEquality<true>},
+    BinaryOperator{OpCode::NotEqual, testEquality<false>},
+    BinaryOperator{OpCode::Less, testOrder<Ordering::Less>},
+    BinaryOperator{OpCode::LessEqual, testOrder<Ordering::LessEqual>},
+    BinaryOperator{OpCode::Greater, testOrder<Ordering::Greater>},
+    BinaryOperator{OpCode::GreaterEqual, testOrder<Ordering::GreaterEqual>},
+    BinaryOperator{OpCode::And, testBoth},
+    BinaryOperator{OpCode::Or, testEither},
+};
+
+inline constexpr std::array kUnaryOperators{
+    UnaryOperator{OpCode::Negate, negate},
+    UnaryOperator{OpCode::Not, testFalsy},
+};
+
+/// The functions by opcode number; null for what is no operator of that kind.
+template <typename Function, typename Operators>
+constexpr auto operatorsByOpcode(const Operators& operators) {
+    std::array<Function, kOpcodes.size()> functions{};
+    for (const auto& row : operators) {
+        functions[static_cast<std::size_t>(row.op)] = row.apply;
+    }
+    return functions;
+}
+
+inline constexpr auto kBinaryFunctions = operatorsByOpcode<BinaryFunction>(kBinaryOperators);
+inline constexpr auto kUnaryFunctions = operatorsByOpcode<UnaryFunction>(kUnaryOperators);
+
+static_assert(
+    [] {
+        for (std::size_t i = 0; i < kOpcodes.size(); ++i) {
+            const auto op = static_cast<OpCode>(i);
+            if (isBinary(op) != (kBinaryFunctions[i] != nullptr) ||
+                (classOf(op) == OpcodeClass::Unary) != (kUnaryFunctions[i] != nullptr)) {
+                return false;
+            }
+        }
+        return true;
+    }(),
+    "every operator has its function");
+
+/// What an operator with two operands gives; raises its fault at a line of the program. `op` is such an operator.
+[[nodiscard]] inline RubyValue applyBinary(OpCode op, const RubyValue& left, const RubyValue& right,
+                                           const Program& program, unsigned line) {
+    RubyValue result;
+    if (const Fault fault = kBinaryFunctions[static_cast<std::size_t>(op)](left, right, result)) {
+        raise(fault, program, line);
+    }
+    return result;
+}
+
+/// The same for an operator with one operand.
+[[nodiscard]] inline RubyValue applyUnary(OpCode op, const RubyValue& value, const Program& program, unsigned line) {
+    RubyValue result;
+    if (const Fault fault = kUnaryFunctions[static_cast<std::size_t>(op)](value, result)) {
+        raise(fault, program, line);
+    }
+    return result;
+}
+
+}  // namespace morvel::ruby::internal
