@@ -1,10 +1,13 @@
 // The words that generated source text is made of.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+
+#include "compiler/operators.h"
 
 namespace morvel::ruby::fuzz {
 
@@ -57,8 +60,24 @@ inline constexpr std::array<std::string_view, 14> kNumbers{"0",
 inline constexpr std::array<std::string_view, 7> kTexts{
     "''", "'a'", "'1'", "'abc,def'", "'text of more than fifteen bytes'", "\"q\\n\"", "'2.5'"};
 inline constexpr std::array<std::string_view, 5> kFlags{"true", "false", "nil", "0", "''"};
-inline constexpr std::array<std::string_view, 7> kArithmetic{"+", "-", "*", "/", "%", "+", "-"};
-inline constexpr std::array<std::string_view, 6> kComparisons{"==", "!=", "<", "<=", ">", ">="};
+
+/// How the operators of a class are written.
+template <internal::OpcodeClass kClass>
+constexpr auto spellingsOf() {
+    constexpr auto kIsOfClass = [](const internal::OperatorInfo& row) { return classOf(row.op) == kClass; };
+    constexpr auto kCount = std::count_if(internal::kOperators.begin(), internal::kOperators.end(), kIsOfClass);
+    std::array<std::string_view, static_cast<std::size_t>(kCount)> spellings;
+    std::size_t next = 0;
+    for (const internal::OperatorInfo& row : internal::kOperators) {
+        if (kIsOfClass(row)) {
+            spellings[next++] = row.spelling;
+        }
+    }
+    return spellings;
+}
+
+inline constexpr auto kArithmetic = spellingsOf<internal::OpcodeClass::Arithmetic>();
+inline constexpr auto kComparisons = spellingsOf<internal::OpcodeClass::Comparison>();
 
 // Calls of built-ins by what they give. In the templates N, T, A, M, B and ? stand for arguments of the six kinds.
 inline constexpr std::array<std::string_view, 17> kNumberCalls{"len(A)",

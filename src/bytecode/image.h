@@ -14,8 +14,8 @@ namespace morvel::ruby::internal {
 
 inline constexpr std::string_view kBytecodeMagic = "MTBC";
 inline constexpr std::uint32_t kBytecodeVersion = 2;
-/// Bytes of an instruction in an image.
-inline constexpr std::size_t kInstructionSize = 13;
+/// Bytes of an instruction in an image: the opcode, `a`, `b` and the line.
+inline constexpr std::size_t kInstructionSize = 1 + 3 * sizeof(std::uint32_t);
 
 /// The image of a program. Throws RubyError "bytecode serializer only supports scalar constants" for a constant that
 /// is an array, a map or a function, and "bytecode image is too large" when a count or length does not fit.

@@ -11,12 +11,13 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-constexpr std::size_t kHeaderSize = 8;
+// The magic number and the version.
+constexpr std::size_t kHeaderSize = kBytecodeMagic.size() + sizeof(std::uint32_t);
 // The smallest encodings of a constant, of a string, and of a function: they bound how many entries the rest of an
 // image can hold, whatever its counts say.
 constexpr std::size_t kSmallestConstant = 1;
 constexpr std::size_t kSmallestString = 4;
-constexpr std::size_t kSmallestFunction = 12;
+constexpr std::size_t kSmallestFunction = kSmallestString + 2 * sizeof(std::uint32_t);
 
 class ImageReader {
 public:

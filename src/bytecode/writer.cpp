@@ -101,7 +101,9 @@ std::size_t stringSize(std::string_view text) { return sizeof(std::uint32_t) + t
 
 // At least what the image will take: growing it step by step would touch twice the memory.
 std::size_t imageSize(const Program& program) {
-    constexpr std::size_t kLongestNumber = 9;
+    // The type and eight bytes.
+    constexpr std::size_t kLongestNumber = 1 + sizeof(std::uint64_t);
+    // The version and the numbers of constants and functions; a function has one less.
     constexpr std::size_t kCounts = 3 * sizeof(std::uint32_t);
     std::size_t size = kBytecodeMagic.size() + kCounts + stringSize(program.name);
     for (const RubyValue& constant : program.constants) {

@@ -62,6 +62,7 @@ int printUsage(std::string_view invocation) {
 }
 
 std::string readSource(const std::string& path) {
+    // Large enough that reading takes few calls of the system.
     constexpr std::size_t kBlock = 1 << 16;
     std::error_code ignored;
     errno = 0;

@@ -84,11 +84,14 @@ private:
     [[nodiscard]] RubyValue integerLiteral();
     [[nodiscard]] RubyValue floatLiteral();
 
+    /// More than the names that a function of usual length uses.
+    static constexpr std::size_t kRecentNames = 128;
+
     TokenStream m_tokens;
     std::string m_chunkName;
     Program m_program;
     /// The short texts of late, and all long ones.
-    ShortStrings<128> m_names;
+    ShortStrings<kRecentNames> m_names;
     std::unordered_map<std::string_view, RubyValue, TextHash> m_texts;
 };
 

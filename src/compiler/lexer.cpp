@@ -14,9 +14,12 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool isNameStart(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
 
-constexpr std::array<bool, 256> kNameBytes = [] {
-    std::array<bool, 256> table{};
-    for (unsigned c = 0; c < 128; ++c) {
+constexpr std::size_t kByteValues = 256;
+constexpr unsigned kAsciiValues = 128;
+
+constexpr std::array<bool, kByteValues> kNameBytes = [] {
+    std::array<bool, kByteValues> table{};
+    for (unsigned c = 0; c < kAsciiValues; ++c) {
         table[c] = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '?' ||
                    c == '!';
     }

@@ -3,10 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <string>
+#include <vector>
 
 #include "compiler/compiler.h"
 #include "compiler/diagnostics.h"
+#include "compiler/operators.h"
 #include "support/assembler.h"
 #include "support/runs.h"
 
@@ -38,6 +42,60 @@ TEST(Opcodes, NumbersWithoutAnOpcode) {
     EXPECT_EQ(nullptr, internal::opcodeInfo(static_cast<OpCode>(27)));
     EXPECT_EQ(nullptr, internal::opcodeInfo(static_cast<OpCode>(255)));
     EXPECT_EQ(nullptr, internal::opcodeInfo(static_cast<OpCode>(0xffffffff)));
+}
+
+TEST(Opcodes, Classes) {
+    using internal::OpcodeClass;
+    EXPECT_EQ(OpcodeClass::Arithmetic, internal::classOf(OpCode::Modulo));
+    EXPECT_EQ(OpcodeClass::Unary, internal::classOf(OpCode::Negate));
+    EXPECT_EQ(OpcodeClass::SetElement, internal::classOf(OpCode::SetIndex));
+    EXPECT_EQ(OpcodeClass::Unknown, internal::classOf(static_cast<OpCode>(internal::kOpcodes.size())));
+    EXPECT_EQ(OpcodeClass::Unknown, internal::classOf(static_cast<OpCode>(0xffffffff)));
+}
+
+TEST(Opcodes, ClassesAgreeWithTheEffectsOnTheStack) {
+    for (std::size_t number = 0; number < internal::kOpcodes.size(); ++number) {
+        const auto op = static_cast<OpCode>(number);
+        const internal::OpcodeInfo& info = internal::kOpcodes[number];
+        SCOPED_TRACE(info.name);
+        EXPECT_NE(internal::OpcodeClass::Unknown, internal::classOf(op));
+        EXPECT_EQ(info.operand == internal::OperandKind::JumpTarget, internal::isJump(op));
+        if (internal::isBinary(op)) {
+            EXPECT_EQ(2, info.pops);
+            EXPECT_EQ(1, info.pushes);
+        }
+        if (internal::classOf(op) == internal::OpcodeClass::Unary) {
+            EXPECT_EQ(1, info.pops);
+            EXPECT_EQ(1, info.pushes);
+        }
+    }
+}
+
+TEST(Opcodes, WhereControlGoesOn) {
+    EXPECT_FALSE(internal::fallsThrough(OpCode::Jump));
+    EXPECT_FALSE(internal::fallsThrough(OpCode::Return));
+    EXPECT_TRUE(internal::fallsThrough(OpCode::JumpIfFalse));
+    EXPECT_TRUE(internal::endsBlock(OpCode::JumpIfFalse));
+    EXPECT_TRUE(internal::endsBlock(OpCode::Return));
+    EXPECT_FALSE(internal::endsBlock(OpCode::Call));
+}
+
+TEST(Operators, EveryBinaryOpcodeIsWritten) {
+    for (std::size_t number = 0; number < internal::kOpcodes.size(); ++number) {
+        const auto op = static_cast<OpCode>(number);
+        const bool isWritten = std::any_of(internal::kOperators.begin(), internal::kOperators.end(),
+                                           [op](const internal::OperatorInfo& row) { return row.op == op; });
+        EXPECT_EQ(internal::isBinary(op), isWritten) << internal::kOpcodes[number].name;
+    }
+}
+
+TEST(Operators, TheLexerReadsTheSpellings) {
+    for (const internal::OperatorInfo& row : internal::kOperators) {
+        const std::string source = "1 " + std::string(row.spelling) + " 2";
+        const Program program = internal::compileSource(source, "t");
+        ASSERT_LT(2u, program.functions[0].code.size()) << row.spelling;
+        EXPECT_EQ(row.op, program.functions[0].code[2].op) << row.spelling;
+    }
 }
 
 TEST(Program, StartsUnnamedAndEmpty) {

@@ -9,6 +9,7 @@ namespace {
 
 // Work that one function is worth; beyond it only what holds on entry is used.
 constexpr std::size_t kMostWork = std::size_t{1} << 22;
+constexpr std::size_t kExpectedVisits = 8;
 
 }  // namespace
 
@@ -30,7 +31,7 @@ void DefiniteAssignment::enterBlock(std::size_t block) {
         m_current = m_blockEntry[block];
     } else {
         for (const std::size_t bit : m_noted) {
-            m_current[bit / 64] = m_entry[bit / 64];
+            m_current[bit / kWordBits] = m_entry[bit / kWordBits];
         }
     }
     m_noted.clear();
@@ -49,7 +50,7 @@ bool DefiniteAssignment::isGlobalDefined(std::size_t slot) const {
 }
 
 DefiniteAssignment::Bits DefiniteAssignment::entryFacts(const CompiledFunction& function) const {
-    Bits facts(m_bitCount / 64 + 1, 0);
+    Bits facts(m_bitCount / kWordBits + 1, 0);
     const std::size_t stored = std::min(function.params.size(), function.localNames.size());
     for (std::size_t i = 0; i < stored; ++i) {
         set(facts, i);
@@ -59,7 +60,7 @@ DefiniteAssignment::Bits DefiniteAssignment::entryFacts(const CompiledFunction& 
 
 DefiniteAssignment::Bits DefiniteAssignment::blockFacts(const CompiledFunction& function, const Block& block,
                                                         const std::vector<std::uint32_t>& globalSlots) const {
-    Bits facts(m_bitCount / 64 + 1, 0);
+    Bits facts(m_bitCount / kWordBits + 1, 0);
     for (std::size_t i = block.begin; i < block.end; ++i) {
         if (globalSlots[i] != kNotGlobal) {
             const auto bit = m_globalBits.find(globalSlots[i]);
@@ -75,9 +76,9 @@ DefiniteAssignment::Bits DefiniteAssignment::blockFacts(const CompiledFunction& 
 
 void DefiniteAssignment::solve(const CompiledFunction& function, const Flow& flow,
                                const std::vector<std::uint32_t>& globalSlots) {
-    const std::size_t words = m_bitCount / 64 + 1;
+    const std::size_t words = m_bitCount / kWordBits + 1;
     const std::size_t blocks = flow.blocks.size();
-    if (blocks * words > kMostWork / 8) {
+    if (blocks * words > kMostWork / kExpectedVisits) {
         return;
     }
     std::vector<Bits> made;

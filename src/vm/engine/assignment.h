@@ -33,11 +33,14 @@ public:
 
 private:
     using Bits = std::vector<std::uint64_t>;
+    static constexpr std::size_t kWordBits = 64;
 
     [[nodiscard]] static bool has(const Bits& bits, std::size_t index) {
-        return (bits[index / 64] >> (index % 64) & 1) != 0;
+        return (bits[index / kWordBits] >> (index % kWordBits) & 1) != 0;
     }
-    static void set(Bits& bits, std::size_t index) { bits[index / 64] |= std::uint64_t{1} << (index % 64); }
+    static void set(Bits& bits, std::size_t index) {
+        bits[index / kWordBits] |= std::uint64_t{1} << (index % kWordBits);
+    }
     void note(std::size_t bit) {
         if (!has(m_current, bit)) {
             set(m_current, bit);

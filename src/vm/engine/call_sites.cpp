@@ -5,6 +5,7 @@
 namespace morvel::ruby::internal {
 
 std::size_t CallSites::call(std::size_t index, std::size_t blockEnd) {
+    // Both are told in an instruction's `n`, which is one byte.
     constexpr std::size_t kMostArguments = 255;
     constexpr std::size_t kDeepestWindow = 255;
     const auto count = static_cast<std::size_t>(m_facts.function.code[index].a);

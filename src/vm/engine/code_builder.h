@@ -28,8 +28,9 @@ struct ConstantKeyHash {
     [[nodiscard]] std::size_t operator()(const ConstantKey& key) const;
 };
 
-/// An index as instructions hold it.
-[[nodiscard]] inline std::uint16_t operand(std::size_t index) { return static_cast<std::uint16_t>(index * 2); }
+/// An index as instructions hold it: in machine words, two of which are a value.
+[[nodiscard]] inline std::size_t wideOperand(std::size_t index) { return index * 2; }
+[[nodiscard]] inline std::uint16_t operand(std::size_t index) { return static_cast<std::uint16_t>(wideOperand(index)); }
 [[nodiscard]] inline std::uint16_t reg(std::uint32_t index) { return operand(index); }
 
 /// Appends instructions to the code of a function. Jumps name the stack instruction that they go to, and are given

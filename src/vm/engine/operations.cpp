@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "value/operators.h"
@@ -35,6 +36,15 @@ constexpr auto kOperationsByOpcode = [] {
     }
     return operations;
 }();
+
+/// The instruction for an arithmetic operator or a comparison on two operands, which it may take the other way round.
+/// Nothing when the operation has none for operands that are there: then it has one for two registers.
+std::optional<EngineOp> instructionFor(OpCode op, const Entry& left, const Entry& right) {
+    const bool isSwapped = standIn(op) != op;
+    return findInstruction(
+        kOperationsByOpcode[static_cast<std::size_t>(op)],
+        {EngineOperand::Register, operandKind(isSwapped ? right : left), operandKind(isSwapped ? left : right)});
+}
 
 }  // namespace
 
@@ -75,15 +85,17 @@ void Operations::binary(std::size_t index) {
     if (m_stack[right - 1].place == Place::Constant && m_stack[right].place == Place::Constant) {
         m_stack.materialize(right - 1);
     }
+    if (!instructionFor(op, m_stack[right - 1], m_stack[right])) {
+        m_stack.makeRegister(right - 1);
+        m_stack.makeRegister(right);
+    }
     Entry rightEntry = m_stack.pop();
     Entry leftEntry = m_stack.pop();
+    const EngineOp paired = *instructionFor(op, leftEntry, rightEntry);
     if (standIn(op) != op) {
         // Both operands are there already, so their order is not seen.
         std::swap(leftEntry, rightEntry);
     }
-    const EngineOp paired =
-        *findInstruction(kOperationsByOpcode[static_cast<std::size_t>(op)],
-                         {EngineOperand::Register, operandKind(leftEntry), operandKind(rightEntry)});
     const auto flags = static_cast<std::uint8_t>(flagsFor(leftEntry, rightEntry) | facts);
     // Within an append chain, the sum takes two places on the stack.
     if ((facts & kEndsAppend) != 0) {

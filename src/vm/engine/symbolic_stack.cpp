@@ -74,7 +74,7 @@ void SymbolicStack::passToTemporary(std::size_t depth) {
     } else {
         const bool isConstant = entry.place == Place::Constant;
         m_code.emitWide(isConstant ? EngineOp::PassConstant : EngineOp::PassGlobal, 0, reg(temporary.index),
-                        entry.index * 2);
+                        wideOperand(entry.index));
     }
     --countOf(entry.place);
     entry = temporary;

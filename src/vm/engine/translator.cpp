@@ -180,9 +180,9 @@ private:
         const Entry value = m_stack.pop();
         switch (value.place) {
             case Place::Constant:
-                return m_code.emitWide(EngineOp::ReturnConstant, 0, 0, value.index * 2);
+                return m_code.emitWide(EngineOp::ReturnConstant, 0, 0, wideOperand(value.index));
             case Place::Global:
-                return m_code.emitWide(EngineOp::ReturnGlobal, 0, 0, value.index * 2);
+                return m_code.emitWide(EngineOp::ReturnGlobal, 0, 0, wideOperand(value.index));
             case Place::Local:
             case Place::Temporary:
                 return m_code.emit(EngineOp::ReturnLocal, 0, reg(value.index), 0, 0);

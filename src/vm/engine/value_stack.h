@@ -34,7 +34,9 @@ private:
         std::size_t size = 0;
     };
 
+    /// Enough for most scripts, and little for a host with many VMs.
     static constexpr std::size_t kFirstChunk = 1 << 10;
+    /// Chunks double up to this size, so that a deep recursion takes not much more than it needs.
     static constexpr std::size_t kLargestStep = 1 << 20;
     /// Limit of the whole stack, in values of 16 bytes.
     static constexpr std::size_t kMostValues = 1 << 25;

@@ -23,7 +23,7 @@ void Variables::loadName(std::size_t index) {
     const std::uint32_t global = m_facts.globalSlots[index];
     if (global != kNotGlobal) {
         if (!m_assignment.isGlobalDefined(global)) {
-            m_code.emitWide(EngineOp::CheckGlobal, 0, 0, std::size_t{global} * 2);
+            m_code.emitWide(EngineOp::CheckGlobal, 0, 0, wideOperand(global));
             m_assignment.noteGlobal(global);
         }
         return m_stack.push({Place::Global, global});
@@ -104,9 +104,9 @@ void Variables::loadInto(std::uint16_t target, const Entry& entry) {
         case Place::Temporary:
             return m_code.emit(EngineOp::MoveTemporary, 0, target, reg(entry.index), 0);
         case Place::Constant:
-            return m_code.emitWide(EngineOp::LoadConstant, 0, target, entry.index * 2);
+            return m_code.emitWide(EngineOp::LoadConstant, 0, target, wideOperand(entry.index));
         case Place::Global:
-            return m_code.emitWide(EngineOp::LoadGlobal, 0, target, entry.index * 2);
+            return m_code.emitWide(EngineOp::LoadGlobal, 0, target, wideOperand(entry.index));
     }
 }
 
@@ -122,11 +122,11 @@ void Variables::storeGlobal(std::uint32_t slot) {
             last->op = *intoGlobal;
             last->a = operand(slot);
         } else if (value.place == Place::Local) {
-            m_code.emitWide(EngineOp::StoreGlobalCopy, 0, reg(value.index), std::size_t{slot} * 2);
+            m_code.emitWide(EngineOp::StoreGlobalCopy, 0, reg(value.index), wideOperand(slot));
         } else {
             m_stack.push(value);
             m_stack.materialize(m_stack.size() - 1);
-            m_code.emitWide(EngineOp::StoreGlobalMove, 0, reg(m_stack.pop().index), std::size_t{slot} * 2);
+            m_code.emitWide(EngineOp::StoreGlobalMove, 0, reg(m_stack.pop().index), wideOperand(slot));
         }
     }
     m_stack.push(target);
