@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <span>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -42,6 +43,7 @@ public:
         : m_code(std::move(code)), m_starts(stackLength + 1, 0) {}
 
     [[nodiscard]] Code& code() { return *m_code; }
+    [[nodiscard]] const Code& code() const { return *m_code; }
     [[nodiscard]] const RubyValue& constant(std::size_t index) const { return m_code->constants[index]; }
     /// The register of the temporary at stack depth `depth`.
     [[nodiscard]] std::uint32_t temporary(std::size_t depth) const {
@@ -83,6 +85,10 @@ public:
     /// The instruction just emitted, when it belongs to the current block and so surely ran last.
     [[nodiscard]] EngineInstruction* lastInBlock() {
         return m_code->instructions.size() > m_blockStart ? &m_code->instructions.back() : nullptr;
+    }
+    /// The instructions of the current block so far.
+    [[nodiscard]] std::span<const EngineInstruction> block() const {
+        return std::span(m_code->instructions).subspan(m_blockStart);
     }
     /// Takes the last instruction back; what replaces it gets its line.
     void dropLast();

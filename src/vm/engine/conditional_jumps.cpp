@@ -1,10 +1,62 @@
 #include "vm/engine/conditional_jumps.h"
 
+#include <algorithm>
 #include <optional>
+#include <vector>
 
 #include "vm/engine/instruction_table.h"
 
 namespace morvel::ruby::internal {
+
+namespace {
+
+using Link = ConditionalJumps::Link;
+
+// More are not worth the looking through.
+constexpr std::size_t kMostLinks = 64;
+
+bool isOrdering(EngineOp op) {
+    const EngineOp test = combinedTest(op).value_or(op);
+    return infoOf(test).operation == Operation::Less || infoOf(test).operation == Operation::LessEqual;
+}
+
+/// Comparisons in an order fail unless both sides are of the same of these kinds.
+bool areAlike(const RubyValue& left, const RubyValue& right) {
+    return (left.isNumeric() && right.isNumeric()) || (left.isString() && right.isString());
+}
+
+/// The other side of a comparison of a register with a constant.
+struct ComparedWithConstant {
+    std::uint16_t local;
+    std::size_t constant;
+};
+
+std::optional<ComparedWithConstant> findConstant(const EngineInstruction& comparison) {
+    const EngineOperands& operands = infoOf(comparison.op).operands;
+    if (operands[1] == EngineOperand::Register && operands[2] == EngineOperand::Constant) {
+        return ComparedWithConstant{comparison.b, comparison.c / std::size_t{2}};
+    }
+    if (operands[1] == EngineOperand::Constant && operands[2] == EngineOperand::Register) {
+        return ComparedWithConstant{comparison.c, comparison.b / std::size_t{2}};
+    }
+    return std::nullopt;
+}
+
+/// True when the last instruction of a block gives `result`, whatever that was before or by combination.
+bool gives(const EngineInstruction* last, std::uint16_t result) {
+    return last != nullptr && last->a == result && (infoOf(last->op).writesRegister() || combinedTest(last->op));
+}
+
+/// How many of the links from `first` on do not matter when the outcome so far is `outcome`.
+std::size_t countDecided(const std::vector<Link>& links, std::size_t first, bool outcome) {
+    std::size_t next = first;
+    while (next < links.size() && links[next].isOr() == outcome) {
+        ++next;
+    }
+    return next - first;
+}
+
+}  // namespace
 
 void ConditionalJumps::conditionalJump(std::size_t target, bool whenTrue) {
     const Entry condition = m_stack.pop();
@@ -28,37 +80,123 @@ void ConditionalJumps::conditionalJump(std::size_t target, bool whenTrue) {
 }
 
 bool ConditionalJumps::fuseJump(const Entry& condition, std::size_t target, bool whenTrue) {
-    const EngineInstruction* last = m_code.lastInBlock();
-    if (condition.place != Place::Temporary || last == nullptr || last->a != reg(condition.index) ||
-        !infoOf(last->op).writesRegister()) {
+    if (condition.place != Place::Temporary || !gives(m_code.lastInBlock(), reg(condition.index)) ||
+        !m_code.isNear(target)) {
         return false;
     }
-    const EngineInstruction test = *last;
-    if (test.op == EngineOp::Not) {
-        m_code.dropLast();
-        const bool isTemporary = (test.n & kFirstDies) != 0;
-        if (!isTemporary || !fuseTest(test.b, target, !whenTrue)) {
-            m_code.emitJump(whenTrue ? EngineOp::JumpIfFalse : EngineOp::JumpIfTrue,
-                            isTemporary ? kFirstDies : std::uint8_t{0}, test.b, target);
-        }
-        return true;
+    const std::uint16_t result = reg(condition.index);
+    while (takeNegation(result)) {
+        whenTrue = !whenTrue;
     }
-    return fuseTest(reg(condition.index), target, whenTrue);
+    fuseChain(result, target, whenTrue);
+    return true;
 }
 
-bool ConditionalJumps::fuseTest(std::uint16_t result, std::size_t target, bool whenTrue) {
-    const EngineInstruction* last = m_code.lastInBlock();
-    if (!m_code.isNear(target) || last == nullptr || last->a != result) {
-        return false;
-    }
-    const EngineInstruction test = *last;
-    const std::optional<EngineOp> jump = testingJump(test.op, whenTrue);
-    if (!jump) {
+bool ConditionalJumps::takeNegation(std::uint16_t result) {
+    const auto block = m_code.block();
+    if (block.back().op != EngineOp::Not || block.back().b != result || block.size() == 1 ||
+        !gives(&block.back() - 1, result)) {
         return false;
     }
     m_code.dropLast();
-    m_code.emitShortJump(*jump, test.n, test.b, test.c, target);
     return true;
+}
+
+void ConditionalJumps::fuseChain(std::uint16_t result, std::size_t target, bool whenTrue) {
+    const std::vector<Link> links = takeLinks(result);
+    for (std::size_t next = 0; next <= links.size(); ++next) {
+        // The outcome with which the chain does not go on at the next link.
+        const bool outcome = next < links.size() ? links[next].isOr() : whenTrue;
+        const std::size_t decided = countDecided(links, next, outcome);
+        Destination destination{target, std::nullopt};
+        if (next + decided < links.size() || outcome != whenTrue) {
+            destination.skipped = decided;
+        }
+        if (next == 0) {
+            jumpOnLast(result, destination, outcome);
+        } else {
+            const Link& link = links[next - 1];
+            m_code.setLine(link.line);
+            emitShort(*testingJump(*combinedTest(link.comparison.op), outcome), 0, link.comparison.b, link.comparison.c,
+                      destination);
+        }
+    }
+}
+
+std::vector<Link> ConditionalJumps::takeLinks(std::uint16_t result) {
+    std::vector<Link> links;
+    while (links.size() < kMostLinks && m_code.block().size() > 1 && combinedTest(m_code.block().back().op) &&
+           gives(&m_code.block().back() - 1, result) && lastCannotFail()) {
+        const EngineInstruction last = m_code.block().back();
+        m_code.dropLast();
+        links.push_back({last, m_code.line()});
+    }
+    std::reverse(links.begin(), links.end());
+    return links;
+}
+
+void ConditionalJumps::jumpOnLast(std::uint16_t result, const Destination& destination, bool whenTrue) {
+    while (takeNegation(result)) {
+        whenTrue = !whenTrue;
+    }
+    EngineInstruction& last = *m_code.lastInBlock();
+    const EngineInstruction test = last;
+    const EngineOp onTruth = whenTrue ? EngineOp::JumpIfTrue : EngineOp::JumpIfFalse;
+    if (combinedTest(test.op)) {
+        last.n |= whenTrue ? kJumpsIfTrue : kJumpsIfFalse;
+        emitWide(onTruth, kFirstDies, result, destination);
+    } else if (test.op == EngineOp::Not) {
+        m_code.dropLast();
+        emitWide(whenTrue ? EngineOp::JumpIfFalse : EngineOp::JumpIfTrue, test.n, test.b, destination);
+    } else if (const std::optional<EngineOp> jump = testingJump(test.op, whenTrue)) {
+        m_code.dropLast();
+        emitShort(*jump, test.n, test.b, test.c, destination);
+    } else {
+        emitWide(onTruth, kFirstDies, result, destination);
+    }
+}
+
+void ConditionalJumps::emitShort(EngineOp op, std::uint8_t n, std::uint16_t a, std::uint16_t b,
+                                 const Destination& destination) {
+    if (destination.skipped) {
+        m_code.emit(op, n, a, b, static_cast<std::uint16_t>(*destination.skipped));
+    } else {
+        m_code.emitShortJump(op, n, a, b, destination.target);
+    }
+}
+
+void ConditionalJumps::emitWide(EngineOp op, std::uint8_t n, std::uint16_t a, const Destination& destination) {
+    if (destination.skipped) {
+        m_code.emitWide(op, n, a, *destination.skipped);
+    } else {
+        m_code.emitJump(op, n, a, destination.target);
+    }
+}
+
+bool ConditionalJumps::lastCannotFail() const {
+    const EngineInstruction& comparison = m_code.block().back();
+    const auto compared = findConstant(comparison);
+    if (!compared || compared->local >= reg(m_code.temporary(0))) {
+        return false;
+    }
+    return !isOrdering(comparison.op) || isKnown(compared->local, m_code.constant(compared->constant));
+}
+
+bool ConditionalJumps::isKnown(std::uint16_t local, const RubyValue& kind) const {
+    constexpr std::size_t kMostLooks = 16;
+    const auto block = m_code.block();
+    const std::size_t end = block.size() - 1;
+    for (std::size_t i = end; i > 0 && end - i < kMostLooks; --i) {
+        const EngineInstruction& before = block[i - 1];
+        if (!gives(&before, before.a) || before.a == local) {
+            return false;
+        }
+        const auto compared = isOrdering(before.op) ? findConstant(before) : std::nullopt;
+        if (compared && compared->local == local && areAlike(m_code.constant(compared->constant), kind)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace morvel::ruby::internal

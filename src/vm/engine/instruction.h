@@ -45,6 +45,14 @@ inline constexpr std::uint8_t kBeginsAppend = 16;
 /// The last addition of an append chain, whose text waits in the register before operand b, if it does.
 inline constexpr std::uint8_t kEndsAppend = 32;
 
+// Marks in `n` of comparisons that combine their outcome with a boolean.
+
+/// By "or" instead of "and".
+inline constexpr std::uint8_t kCombinesByOr = 4;
+/// A JumpIfFalse or a JumpIfTrue on the result follows. The comparison makes that jump, and the result itself is dead.
+inline constexpr std::uint8_t kJumpsIfFalse = 8;
+inline constexpr std::uint8_t kJumpsIfTrue = 16;
+
 /// Operands above this do not fit their field; such functions load them with instructions of their own.
 inline constexpr std::size_t kLargestOperand = 0x7fff;
 

@@ -29,6 +29,7 @@ enum EngineEffects : std::uint8_t {
 //   r  is read                                  d  is read, and dies when the flag for it is set
 //   m  is read and dies                         c  is read, and what it holds is changed
 //   u  is read and given a value: what it held dies then when the flag for it is set
+//   b  is a boolean, read and given another
 //   p  comes before the arguments of a call or the elements of a list, which are read and die
 //   s  is the first of several that are read and die
 //   -  holds no value
@@ -50,6 +51,10 @@ enum EngineEffects : std::uint8_t {
     ROW(JumpUnlessNotEqual, "dd-", kMayFail | kMayJump)                                                          \
     ROW(JumpUnlessLess, "dd-", kMayFail | kMayJump)                                                              \
     ROW(JumpUnlessLessEqual, "dd-", kMayFail | kMayJump)                                                         \
+    ROW(CombineLess, "bdd", kMayFail | kMayJump) /* a = a and b < c, or a or b < c; then maybe the next jump */  \
+    ROW(CombineLessEqual, "bdd", kMayFail | kMayJump)                                                            \
+    ROW(CombineEqual, "bdd", kMayFail | kMayJump)                                                                \
+    ROW(CombineNotEqual, "bdd", kMayFail | kMayJump)                                                             \
     ROW(GetIndex, "wdd", kMayFail)                   /* a = b[c] */                                              \
     ROW(JumpIfIndex, "dd-", kMayFail | kMayJump)     /* by c when a[b] is truthy */                              \
     ROW(JumpUnlessIndex, "dd-", kMayFail | kMayJump) /* by c when a[b] is falsy */                               \
@@ -115,6 +120,19 @@ inline constexpr std::array kTestingJumps{
     TestingJumps{Operation::Or, Operation::JumpIfEither, Operation::JumpUnlessEither},
 };
 
+/// A comparison and the operation that combines its outcome with a boolean.
+struct Combination {
+    Operation test;
+    Operation combined;
+};
+
+inline constexpr std::array kCombinations{
+    Combination{Operation::Equal, Operation::CombineEqual},
+    Combination{Operation::NotEqual, Operation::CombineNotEqual},
+    Combination{Operation::Less, Operation::CombineLess},
+    Combination{Operation::LessEqual, Operation::CombineLessEqual},
+};
+
 /// What an operand of an instruction is. Those from WideConstant on take the place of b and c together.
 enum class EngineOperand : std::uint8_t {
     None,
@@ -167,6 +185,12 @@ enum class EngineOperand : std::uint8_t {
     ROW(operation##GK, operation, Global, Constant, Distance)   \
     ROW(operation##GG, operation, Global, Global, Distance)
 
+// Where other operands take part, the outcome is combined by an instruction of its own.
+#define MORVEL_ENGINE_COMBINATIONS(ROW, operation)              \
+    ROW(operation##RR, operation, Register, Register, Register) \
+    ROW(operation##RK, operation, Register, Register, Constant) \
+    ROW(operation##KR, operation, Register, Constant, Register)
+
 // Containers are no constants.
 #define MORVEL_ENGINE_LOOK_UPS(ROW, operation)                  \
     ROW(operation##RR, operation, Register, Register, Register) \
@@ -179,9 +203,6 @@ enum class EngineOperand : std::uint8_t {
 #define MORVEL_ENGINE_LOOK_UP_JUMPS(ROW, operation)             \
     ROW(operation##RR, operation, Register, Register, Distance) \
     ROW(operation##RK, operation, Register, Constant, Distance) \
-    ROW(operation##RG, operation, Register, Global, Distance)   \
-    ROW(operation##GR, operation, Global, Register, Distance)   \
-    ROW(operation##GK, operation, Global, Constant, Distance)   \
     ROW(operation##GG, operation, Global, Global, Distance)
 
 #define MORVEL_ENGINE_STORES(ROW, operation)                     \
@@ -227,6 +248,10 @@ enum class EngineOperand : std::uint8_t {
     MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpIfNotEqual)                         \
     MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpIfLess)                             \
     MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpIfLessEqual)                        \
+    MORVEL_ENGINE_COMBINATIONS(ROW, CombineEqual)                         \
+    MORVEL_ENGINE_COMBINATIONS(ROW, CombineNotEqual)                      \
+    MORVEL_ENGINE_COMBINATIONS(ROW, CombineLess)                          \
+    MORVEL_ENGINE_COMBINATIONS(ROW, CombineLessEqual)                     \
     MORVEL_ENGINE_LOOK_UPS(ROW, GetIndex)                                 \
     MORVEL_ENGINE_LOOK_UP_JUMPS(ROW, JumpUnlessIndex)                     \
     MORVEL_ENGINE_LOOK_UP_JUMPS(ROW, JumpIfIndex)                         \
@@ -375,6 +400,28 @@ inline constexpr auto kFirstInstructions = [] {
         if (jumps.test == info.operation) {
             return findInstruction(whenTrue ? jumps.ifTrue : jumps.ifFalse,
                                    {info.operands[1], info.operands[2], EngineOperand::Distance});
+        }
+    }
+    return std::nullopt;
+}
+
+/// The comparison that combines its outcome with a boolean; nothing for what is no such comparison.
+[[nodiscard]] constexpr std::optional<EngineOp> combiningForm(EngineOp op) {
+    const EngineOpInfo& info = infoOf(op);
+    for (const Combination& combination : kCombinations) {
+        if (combination.test == info.operation) {
+            return findInstruction(combination.combined, info.operands);
+        }
+    }
+    return std::nullopt;
+}
+
+/// The plain comparison that a combining one makes; nothing for what is none.
+[[nodiscard]] constexpr std::optional<EngineOp> combinedTest(EngineOp op) {
+    const EngineOpInfo& info = infoOf(op);
+    for (const Combination& combination : kCombinations) {
+        if (combination.combined == info.operation) {
+            return findInstruction(combination.test, info.operands);
         }
     }
     return std::nullopt;

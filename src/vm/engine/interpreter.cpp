@@ -335,8 +335,7 @@ struct Engine::Loop {
     }
     /// The comparison of what is not two integers.
     template <OpCode kTest>
-    [[gnu::always_inline]] Answer compareOthers(RubyValue* left, RubyValue* right) {
-        const std::uint8_t flags = instruction().n;
+    [[gnu::always_inline]] Answer compareOthers(RubyValue* left, RubyValue* right, std::uint8_t flags) {
         if constexpr (kTest == OpCode::Equal || kTest == OpCode::NotEqual) {
             constexpr bool kNegated = kTest == OpCode::NotEqual;
             if (left->type == Type::String && right->type == Type::String && flags == 0) {
@@ -367,7 +366,7 @@ struct Engine::Loop {
         if (areIntegers(left, right)) [[likely]] {
             isTrue = compareIntegers<kTest>(left, right);
         } else {
-            const Answer answer = compareOthers<kTest>(left, right);
+            const Answer answer = compareOthers<kTest>(left, right, instruction().n);
             if (answer == Answer::Failed) [[unlikely]] {
                 return Step::Fail;
             }
@@ -386,7 +385,7 @@ struct Engine::Loop {
             }
             return Step::Next;
         }
-        const Answer answer = compareOthers<kTest>(left, right);
+        const Answer answer = compareOthers<kTest>(left, right, instruction().n);
         if (answer == Answer::Failed) [[unlikely]] {
             return Step::Fail;
         }
@@ -394,6 +393,50 @@ struct Engine::Loop {
             jumpShort();
         }
         return Step::Next;
+    }
+    template <EngineOp kOp, OpCode kTest>
+    [[gnu::always_inline]] Step combination() {
+        RubyValue* const left = operand<kOp, 1>();
+        RubyValue* const right = operand<kOp, 2>();
+        const std::uint8_t flags = instruction().n;
+        bool isTrue;
+        if (areIntegers(left, right)) {
+            isTrue = compareIntegers<kTest>(left, right);
+        } else {
+            const Answer answer = compareOthers<kTest>(left, right, flags & (kFirstDies | kSecondDies));
+            if (answer == Answer::Failed) [[unlikely]] {
+                return Step::Fail;
+            }
+            isTrue = answer == Answer::Yes;
+        }
+        RubyValue* const result = operand<kOp, 0>();
+        // Two of the three booleans have to be true.
+        const bool combined = result->data.boolean + isTrue + ((flags & kCombinesByOr) != 0) > 1;
+        if ((flags & (kJumpsIfFalse | kJumpsIfTrue)) != 0) {
+            ++pc;
+            if (combined == ((flags & kJumpsIfTrue) != 0)) {
+                jump();
+            }
+        } else {
+            result->data.boolean = combined;
+        }
+        return Step::Next;
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doCombineEqual() {
+        return combination<kOp, OpCode::Equal>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doCombineNotEqual() {
+        return combination<kOp, OpCode::NotEqual>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doCombineLess() {
+        return combination<kOp, OpCode::Less>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doCombineLessEqual() {
+        return combination<kOp, OpCode::LessEqual>();
     }
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doEqual() {

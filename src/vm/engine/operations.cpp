@@ -57,13 +57,15 @@ void Operations::negate() {
             return m_stack.push({Place::Constant, m_code.addConstant(negated)});
         }
     }
-    unary(EngineOp::Negate);
-}
-
-void Operations::unary(EngineOp op) {
     m_stack.makeRegister(m_stack.size() - 1);
     const Entry value = m_stack.pop();
-    m_code.emit(op, flagFor(value, kFirstDies), m_stack.pushTemporary(), reg(value.index), 0);
+    m_code.emit(EngineOp::Negate, flagFor(value, kFirstDies), m_stack.pushTemporary(), reg(value.index), 0);
+}
+
+void Operations::logicalNot() {
+    m_stack.makeRegister(m_stack.size() - 1);
+    const Entry value = m_stack.pop();
+    m_code.emit(EngineOp::Not, flagFor(value, kFirstDies), m_stack.pushBoolean(), reg(value.index), 0);
 }
 
 void Operations::logical(EngineOp op) {
@@ -72,8 +74,26 @@ void Operations::logical(EngineOp op) {
     m_stack.makeRegister(right);
     const Entry rightEntry = m_stack.pop();
     const Entry leftEntry = m_stack.pop();
-    m_code.emit(op, flagsFor(leftEntry, rightEntry), m_stack.pushTemporary(), reg(leftEntry.index),
-                reg(rightEntry.index));
+    const std::uint16_t target = m_stack.pushBoolean();
+    if (!combine(op, leftEntry, rightEntry)) {
+        m_code.emit(op, flagsFor(leftEntry, rightEntry), target, reg(leftEntry.index), reg(rightEntry.index));
+    }
+}
+
+bool Operations::combine(EngineOp op, const Entry& left, const Entry& right) {
+    EngineInstruction* last = m_code.lastInBlock();
+    if (!left.isBoolean || right.place != Place::Temporary || last == nullptr || last->a != reg(right.index) ||
+        !infoOf(last->op).writesRegister()) {
+        return false;
+    }
+    const std::optional<EngineOp> combining = combiningForm(last->op);
+    if (!combining) {
+        return false;
+    }
+    last->op = *combining;
+    last->n |= op == EngineOp::Or ? kCombinesByOr : std::uint8_t{0};
+    last->a = reg(left.index);
+    return true;
 }
 
 void Operations::binary(std::size_t index) {
@@ -104,7 +124,8 @@ void Operations::binary(std::size_t index) {
     if ((facts & kBeginsAppend) != 0) {
         m_stack.pushTemporary();
     }
-    const std::uint16_t target = m_stack.pushTemporary();
+    const std::uint16_t target =
+        classOf(op) == OpcodeClass::Comparison ? m_stack.pushBoolean() : m_stack.pushTemporary();
     m_code.emit(paired, flags, target, operand(leftEntry.index), operand(rightEntry.index));
 }
 

@@ -20,9 +20,8 @@ public:
         : m_facts(facts), m_code(code), m_stack(stack) {}
 
     void negate();
-    /// `op` has one register as its operand.
-    void unary(EngineOp op);
-    /// `op` has two registers as its operands.
+    void logicalNot();
+    /// And or Or.
     void logical(EngineOp op);
     /// Arithmetic or a comparison, which the instruction at `index` is.
     void binary(std::size_t index);
@@ -34,6 +33,8 @@ public:
     std::size_t setIndex(std::size_t index, std::size_t blockEnd);
 
 private:
+    /// Lets the comparison that was emitted last combine its outcome with `left`; false when that cannot be.
+    [[nodiscard]] bool combine(EngineOp op, const Entry& left, const Entry& right);
     /// True when the instruction at `index` stores into just the variable that `entry` stands for.
     [[nodiscard]] bool storesBack(std::size_t index, std::size_t blockEnd, const Entry& entry) const;
 

@@ -20,6 +20,8 @@ struct Entry {
     std::uint32_t index;
     /// A local that nothing reads before it is written again or gone.
     bool dies = false;
+    /// A temporary that surely holds a boolean.
+    bool isBoolean = false;
 
     bool operator==(const Entry& other) const { return place == other.place && index == other.index; }
 };
@@ -66,6 +68,13 @@ public:
     /// Pushes the temporary of the next depth and gives its register.
     std::uint16_t pushTemporary() {
         const Entry entry = temporaryAt(size());
+        push(entry);
+        return reg(entry.index);
+    }
+    /// The same for a value that surely is a boolean.
+    std::uint16_t pushBoolean() {
+        Entry entry = temporaryAt(size());
+        entry.isBoolean = true;
         push(entry);
         return reg(entry.index);
     }

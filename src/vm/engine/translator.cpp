@@ -121,7 +121,7 @@ private:
                 m_operations.binary(index);
                 return 1;
             case OpcodeClass::Unary:
-                instruction.op == OpCode::Negate ? m_operations.negate() : m_operations.unary(EngineOp::Not);
+                instruction.op == OpCode::Negate ? m_operations.negate() : m_operations.logicalNot();
                 return 1;
             case OpcodeClass::Logic:
                 m_operations.logical(instruction.op == OpCode::And ? EngineOp::And : EngineOp::Or);
