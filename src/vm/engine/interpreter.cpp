@@ -73,8 +73,19 @@ using Type = RubyValue::Type;
     }
     const std::string& leftText = static_cast<const StringBox*>(left->data.box)->text;
     const std::string& rightText = static_cast<const StringBox*>(right->data.box)->text;
-    return leftText.size() == rightText.size() && (leftText.empty() || leftText[0] == rightText[0]) &&
-           std::memcmp(leftText.data(), rightText.data(), leftText.size()) == 0;
+    // An empty text, too, has a first byte to look at. Texts of one byte are frequent: those of a text that is scanned.
+    if (leftText[0] != rightText[0] || leftText.size() != rightText.size()) {
+        return false;
+    }
+    return leftText.size() <= 1 || std::memcmp(leftText.data(), rightText.data(), leftText.size()) == 0;
+}
+
+/// True when the order of two texts follows from their first bytes. An empty text has a zero there.
+[[gnu::always_inline]] inline bool differAtFirst(const RubyValue* left, const RubyValue* right, int& difference) {
+    const std::string& leftText = static_cast<const StringBox*>(left->data.box)->text;
+    const std::string& rightText = static_cast<const StringBox*>(right->data.box)->text;
+    difference = static_cast<unsigned char>(leftText[0]) - static_cast<unsigned char>(rightText[0]);
+    return difference != 0 || (leftText.size() == 1 && rightText.size() == 1);
 }
 
 [[gnu::always_inline]] inline bool areUnboxed(const RubyValue* left, const RubyValue* right) {
@@ -121,15 +132,15 @@ using Type = RubyValue::Type;
 
 constinit const RubyValue kNil;
 
-/// Copies a value that lives in a container to a register. The container goes first when it is a dying temporary, which
-/// may be the very register that the value is for. Apart from the loop, which then needs fewer registers for itself.
-[[gnu::noinline]] void copyOut(RubyValue* to, const RubyValue* from, RubyValue* container, bool containerDies) {
+/// Copies a value that lives in a dying container to a register. The container goes first: it may be in the very
+/// register that the value is for. Apart from the loop, which then needs fewer registers for itself.
+[[gnu::noinline]] void copyOutOfDying(RubyValue* to, const RubyValue* from, RubyValue* container) {
     const Type type = from->type;
     const RubyValue::Data data = from->data;
     if (from->isBoxed()) {
         ++data.box->references;
     }
-    releaseIf(containerDies, container);
+    releaseRegister(container);
     releaseRegister(to);
     to->type = type;
     to->data = data;
@@ -354,6 +365,11 @@ struct Engine::Loop {
                     kOrEqual ? left->data.floating <= right->data.floating : left->data.floating < right->data.floating;
                 return isLess ? Answer::Yes : Answer::No;
             }
+            int difference = 0;
+            if (left->type == Type::String && right->type == Type::String && flags == 0 &&
+                differAtFirst(left, right, difference)) {
+                return kOrEqual ? difference <= 0 : difference < 0;
+            }
             save();
             return engine.lessSlow<kOrEqual>(left, right, flags);
         }
@@ -489,11 +505,10 @@ struct Engine::Loop {
 
     /// Copies a value that lives in a container, which may be a dying temporary, to a register.
     [[gnu::always_inline]] void copyElement(RubyValue* to, const RubyValue* from, RubyValue* container) {
-        const bool containerDies = (instruction().n & kFirstDies) != 0;
-        if (!containerDies && !to->isBoxed()) [[likely]] {
-            copyToDead(to, from);
+        if ((instruction().n & kFirstDies) == 0) [[likely]] {
+            copyOver(to, from);
         } else {
-            copyOut(to, from, container, containerDies);
+            copyOutOfDying(to, from, container);
         }
     }
 
