@@ -42,12 +42,18 @@ bool FreeList::shrink(std::size_t most) noexcept {
     return isLonger;
 }
 
-bool SpareArrays::clear() noexcept {
-    const bool isFull = m_first != nullptr;
-    while (ArrayBox* const array = take()) {
-        delete array;
+bool SpareArrays::shrink(std::size_t most) noexcept {
+    bool wasLonger = false;
+    for (List& list : m_lists) {
+        wasLonger |= list.length > most;
+        while (list.length > most) {
+            ArrayBox* const array = list.first;
+            list.first = nextOf(array);
+            --list.length;
+            delete array;
+        }
     }
-    return isFull;
+    return wasLonger;
 }
 
 bool BoxPool::open() noexcept {
@@ -60,7 +66,7 @@ bool BoxPool::open() noexcept {
 
 bool BoxPool::shrink(std::size_t most) noexcept {
     // Destroying an array gives its box to the pool.
-    const bool hadArrays = most == 0 && spareArrays.clear();
+    const bool hadArrays = spareArrays.shrink(most);
     const bool hadStringBoxes = strings.shrink(most);
     const bool hadArrayBoxes = arrays.shrink(most);
     const bool hadMapBoxes = maps.shrink(most);

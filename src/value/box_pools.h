@@ -1,6 +1,7 @@
 // Memory of strings, arrays and maps that a thread keeps for its next ones.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -53,39 +54,52 @@ private:
     std::size_t m_length = 0;
 };
 
-/// Empty arrays that still have room for just a pair: pairs and outcomes of pcall come and go as whole arrays. All have
-/// the same room, so that what they take up follows from their number alone.
+/// Empty arrays that still have room for few elements: pairs, records, nodes of trees and outcomes of pcall come and go
+/// as whole arrays. Of each size no more are kept than were asked for in vain.
 class SpareArrays {
 public:
     constexpr SpareArrays() = default;
 
-    /// An empty array with one reference, or null.
-    ArrayBox* take() noexcept {
-        ArrayBox* const array = m_first;
-        if (array != nullptr) {
-            m_first = nextOf(array);
-            --m_length;
-            array->references = 1;
+    /// An empty array with one reference and room for just `room` elements, or null.
+    ArrayBox* take(std::size_t room) noexcept {
+        if (room - 1 >= kMostRoom) {
+            return nullptr;
         }
+        List& list = m_lists[room - 1];
+        ArrayBox* const array = list.first;
+        if (array == nullptr) {
+            ++list.misses;
+            return nullptr;
+        }
+        list.first = nextOf(array);
+        --list.length;
+        array->references = 1;
         return array;
     }
 
     /// Keeps an array whose elements are gone; false when it is not worth keeping.
     bool keep(ArrayBox* array) noexcept;
 
-    /// Destroys them all; true when there were any.
-    bool clear() noexcept;
+    /// Destroys arrays until `most` of each size are left; true when there were more.
+    bool shrink(std::size_t most) noexcept;
 
 private:
+    struct List {
+        ArrayBox* first = nullptr;
+        std::size_t length = 0;
+        /// How often there was none to take.
+        std::size_t misses = 0;
+    };
+
     static ArrayBox* nextOf(const ArrayBox* array) noexcept {
         return reinterpret_cast<ArrayBox*>(static_cast<std::uintptr_t>(array->references));
     }
 
-    static constexpr std::size_t kMostArrays = MORVEL_RECYCLES_BOXES != 0 ? 256 : 0;
-    static constexpr std::size_t kElements = 2;
+    static constexpr std::size_t kMostArrays = MORVEL_RECYCLES_BOXES != 0 ? 1 << 14 : 0;
+    static constexpr std::size_t kMostRoom = 4;
 
-    ArrayBox* m_first = nullptr;
-    std::size_t m_length = 0;
+    /// For room for one element, for two, and so on.
+    std::array<List, kMostRoom> m_lists;
 };
 
 /// What one thread keeps.
@@ -121,13 +135,34 @@ inline void FreeList::give(void* block) noexcept {
 }
 
 inline bool SpareArrays::keep(ArrayBox* array) noexcept {
-    if (m_length >= kMostArrays || array->elements.capacity() != kElements || !boxPool.isOpen()) {
+    const std::size_t room = array->elements.capacity();
+    if (room - 1 >= kMostRoom) {
         return false;
     }
-    array->references = reinterpret_cast<std::uintptr_t>(m_first);
-    m_first = array;
-    ++m_length;
+    List& list = m_lists[room - 1];
+    if (list.length >= kMostArrays || list.length >= list.misses || !boxPool.isOpen()) {
+        return false;
+    }
+    array->references = reinterpret_cast<std::uintptr_t>(list.first);
+    list.first = array;
+    ++list.length;
     return true;
+}
+
+/// An empty array, with one reference. It may have room for `room` elements already.
+[[nodiscard]] inline ArrayBox* takeArray(std::size_t room) {
+    ArrayBox* const spare = boxPool.spareArrays.take(room);
+    return spare != nullptr ? spare : new ArrayBox;
+}
+
+/// An empty array that has room for `room` elements.
+[[nodiscard]] inline RubyValue makeArrayFor(std::size_t room) {
+    RubyValue array;
+    ArrayBox* const box = takeArray(room);
+    array.data.box = box;
+    array.type = RubyValue::Type::Array;
+    box->elements.reserve(room);
+    return array;
 }
 
 }  // namespace morvel::ruby::internal

@@ -83,8 +83,8 @@ void destroyBox(std::uint8_t type, Box* box) noexcept {
 }
 
 ArrayBox* makeEmptyArray() {
-    ArrayBox* const spare = boxPool.spareArrays.take();
-    return spare != nullptr ? spare : new ArrayBox;
+    constexpr std::size_t kMostlyEnough = 2;
+    return takeArray(kMostlyEnough);
 }
 
 void* StringBox::operator new(std::size_t size) { return boxPool.strings.take(size); }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "morvel/ruby/error.h"
+#include "value/box_pools.h"
 #include "value/operators.h"
 #include "vm/errors.h"
 #include "vm/indexing.h"
@@ -47,28 +48,27 @@ void requireArity(const Program& program, const CompiledFunction& function, std:
 }
 
 RubyValue pcallSuccess(RubyValue value) {
-    RubyValue outcome = RubyValue::makeArray();
+    RubyValue outcome = makeArrayFor(2);
     RubyArray& elements = outcome.asArray();
-    elements.reserve(2);
     elements.emplace_back(true);
     elements.push_back(std::move(value));
     return outcome;
 }
 
 RubyValue pcallError(std::string message) {
-    RubyArray outcome;
-    outcome.reserve(3);
-    outcome.emplace_back(true);
-    outcome.emplace_back(false);
-    outcome.emplace_back(std::move(message));
+    RubyValue outcome = makeArrayFor(3);
+    RubyArray& elements = outcome.asArray();
+    elements.emplace_back(true);
+    elements.emplace_back(false);
+    elements.emplace_back(std::move(message));
     return outcome;
 }
 
 RubyValue pcallRefusal(const std::string& message) {
-    RubyArray outcome;
-    outcome.reserve(2);
-    outcome.emplace_back(false);
-    outcome.emplace_back(message);
+    RubyValue outcome = makeArrayFor(2);
+    RubyArray& elements = outcome.asArray();
+    elements.emplace_back(false);
+    elements.emplace_back(message);
     return outcome;
 }
 

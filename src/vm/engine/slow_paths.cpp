@@ -2,8 +2,10 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
+#include "value/box_pools.h"
 #include "value/operators.h"
 #include "vm/engine/engine.h"
 #include "vm/engine/registers.h"
@@ -286,12 +288,8 @@ void Engine::pushElement(RubyValue* array, RubyValue* value, bool valueDies) {
 }
 
 void Engine::makeArray(RubyValue* target, RubyValue* first, std::size_t count) {
-    RubyValue array = RubyValue::makeArray();
-    RubyArray& elements = array.asArray();
-    elements.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        elements.push_back(std::move(first[i]));
-    }
+    RubyValue array = makeArrayFor(count);
+    array.asArray().assign(std::make_move_iterator(first), std::make_move_iterator(first + count));
     assignRegister(target, std::move(array));
 }
 
