@@ -99,7 +99,9 @@ Fault setElement(RubyValue& container, const RubyValue& index, const RubyValue& 
 
 void storeElement(RubyArray& elements, std::size_t index, const RubyValue& value) {
     if (index >= elements.size()) {
-        requireMemory(index, sizeof(RubyValue));
+        if (index >= elements.capacity()) {
+            requireMemory(index, sizeof(RubyValue));
+        }
         // The value may live in the array itself and move when the array grows.
         // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
         const RubyValue kept = value;

@@ -1,6 +1,8 @@
-// What a failed allocation costs: memory is only gathered for the system when it has run short.
+// What a failed allocation costs: memory is only gathered for the system when it has run short. And what it costs to
+// refuse sizes: the system is not asked for its limits again and again.
 #include <gtest/gtest.h>
 #include <malloc.h>
+#include <sys/resource.h>
 
 #include <cstddef>
 #include <new>
@@ -11,6 +13,7 @@
 namespace {
 
 std::size_t walks = 0;
+std::size_t questions = 0;
 
 }  // namespace
 
@@ -18,6 +21,12 @@ std::size_t walks = 0;
 extern "C" int malloc_trim(std::size_t /*pad*/) {
     ++walks;
     return 0;
+}
+
+/// Takes the place of the system's, and answers as that does.
+extern "C" int getrlimit(__rlimit_resource_t resource, struct rlimit* limits) noexcept {
+    ++questions;
+    return prlimit(0, static_cast<__rlimit_resource>(resource), nullptr, limits);
 }
 
 namespace morvel::ruby::tests {
@@ -48,6 +57,14 @@ TEST(FailedAllocations, GatherFreeMemory) {
     walks = 0;
     EXPECT_EQ(outcome(vm, "def f() fail() end r = pcall(f) return r[2]"), "out of memory");
     EXPECT_GT(walks, 0u);
+}
+
+TEST(GrowingArrays, AskForTheLimitsAsSeldomAsTheyMove) {
+    RubyVM vm;
+    questions = 0;
+    EXPECT_EQ(outcome(vm, "a = [] i = 0 while i < 300000 do a[i] = i i = i + 1 end return a[299999]"), "299999");
+    EXPECT_GT(questions, 0u);
+    EXPECT_LT(questions, 100u);
 }
 
 }  // namespace
