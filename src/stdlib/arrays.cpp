@@ -6,6 +6,7 @@
 #include "platform/large_pages.h"
 #include "stdlib/joining.h"
 #include "value/memory_limit.h"
+#include "value/room.h"
 
 namespace morvel::ruby::internal::builtins {
 
@@ -19,8 +20,7 @@ RubyValue arrayNew(const BuiltinCall& call) {
     }
     const auto count = static_cast<std::size_t>(size);
     requireMemory(count, sizeof(RubyValue));
-    RubyArray array;
-    array.reserve(count);
+    RubyArray array = arrayWithRoom(count);
     platform::preferLargePages(array.data(), count * sizeof(RubyValue));
     array.resize(count, call.count() > 1 ? call[1] : RubyValue());
     return array;
@@ -29,7 +29,7 @@ RubyValue arrayNew(const BuiltinCall& call) {
 RubyValue arrayPush(const BuiltinCall& call) {
     RubyArray& array = requireArrayArgument(call);
     if (call.count() == 2) {
-        array.push_back(call[1]);
+        appendElement(array, call[1]);
     } else {
         array.insert(array.end(), call.arguments.begin() + 1, call.arguments.end());
     }
@@ -52,8 +52,7 @@ RubyValue arrayPop(const BuiltinCall& call) {
         failCall(call, "count must be non-negative");
     }
     const std::size_t removed = std::min<std::size_t>(static_cast<std::size_t>(count), array.size());
-    RubyArray tail;
-    tail.reserve(removed);
+    RubyArray tail = arrayWithRoom(removed);
     const auto first = array.end() - static_cast<std::ptrdiff_t>(removed);
     tail.assign(std::make_move_iterator(first), std::make_move_iterator(array.end()));
     array.erase(first, array.end());
@@ -90,12 +89,12 @@ RubyValue arraySlice(const BuiltinCall& call) {
         return RubyValue::makeArray();
     }
     count = std::min(count, size - start);
-    return RubyArray(array.begin() + start, array.begin() + start + count);
+    return copyElements(array.begin() + start, array.begin() + start + count);
 }
 
 RubyValue arrayReverse(const BuiltinCall& call) {
     const RubyArray& array = call[0].asArray();
-    return RubyArray(array.rbegin(), array.rend());
+    return copyElements(array.rbegin(), array.rend());
 }
 
 RubyValue arrayJoin(const BuiltinCall& call) {

@@ -11,6 +11,7 @@
 #include "stdlib/numbers_from_text.h"
 #include "value/memory_limit.h"
 #include "value/render.h"
+#include "value/room.h"
 #include "vm/calling.h"
 #include "vm/errors.h"
 #include "vm/impl.h"
@@ -55,13 +56,12 @@ std::uint64_t rangeLength(std::int64_t start, std::int64_t stop, std::int64_t st
 }
 
 RubyValue makeRange(std::int64_t start, std::int64_t stop, std::int64_t step) {
-    RubyArray numbers;
     if (step > 0 ? start > stop : start < stop) {
-        return numbers;
+        return RubyValue::makeArray();
     }
     const std::uint64_t length = rangeLength(start, stop, step);
     requireMemory(length, sizeof(RubyValue));
-    numbers.reserve(length);
+    RubyArray numbers = arrayWithRoom(length);
     // The last number is at most the stop, so the sum stays in range; unsigned keeps the step past it defined.
     auto number = static_cast<std::uint64_t>(start);
     for (std::uint64_t i = 0; i < length; ++i) {

@@ -8,6 +8,7 @@
 
 #include "value/memory_limit.h"
 #include "value/render.h"
+#include "value/room.h"
 
 namespace morvel::ruby::internal {
 
@@ -22,8 +23,7 @@ RubyValue joinElements(const BuiltinCall& call, const RubyArray& elements) {
         size += std::min(element.isString() ? element.asString().size() : 0, SIZE_MAX - size);
     }
     requireMemory(size, 1);
-    std::string text;
-    text.reserve(size);
+    std::string text = textWithRoom(size);
     for (std::size_t i = 0; i < elements.size(); ++i) {
         if (i > 0) {
             text += separator;

@@ -9,6 +9,7 @@
 #include "stdlib/text_classes.h"
 #include "stdlib/text_search.h"
 #include "value/memory_limit.h"
+#include "value/room.h"
 #include "value/short_strings.h"
 #include "vm/impl.h"
 
@@ -61,10 +62,9 @@ std::size_t countOf(std::string_view text, std::string_view separator) {
 
 RubyValue splitPieces(RecentStrings& strings, std::string_view text, std::string_view separator,
                       std::size_t mostPieces) {
-    RubyArray pieces;
     const std::size_t count = std::min(mostPieces, countOf(text, separator) + 1);
     requireMemory(count, sizeof(RubyValue));
-    pieces.reserve(count);
+    RubyArray pieces = arrayWithRoom(count);
     TextSearch search(text, separator);
     std::size_t begin = 0;
     while (pieces.size() + 1 < count) {
@@ -77,10 +77,9 @@ RubyValue splitPieces(RecentStrings& strings, std::string_view text, std::string
 }
 
 RubyValue splitBytes(RecentStrings& strings, std::string_view text, std::size_t mostPieces) {
-    RubyArray pieces;
     const std::size_t count = std::min(mostPieces, text.size());
     requireMemory(count, sizeof(RubyValue));
-    pieces.reserve(count);
+    RubyArray pieces = arrayWithRoom(count);
     while (!text.empty() && pieces.size() + 1 < mostPieces) {
         pieces.push_back(strings.valueOf(text.substr(0, 1)));
         text.remove_prefix(1);
@@ -113,9 +112,8 @@ RubyValue stringByte(const BuiltinCall& call) {
     const std::int64_t first = call.count() > 1 ? requireIntegerArgument(call, 1) : 1;
     const std::int64_t last = call.count() > 2 ? requireIntegerArgument(call, 2) : first;
     const ByteRange range = byteRange(first, last, text.size());
-    RubyArray codes;
     requireMemory(range.length, sizeof(RubyValue));
-    codes.reserve(range.length);
+    RubyArray codes = arrayWithRoom(range.length);
     for (std::size_t i = 0; i < range.length; ++i) {
         codes.emplace_back(static_cast<unsigned char>(text[range.begin + i]));
     }
@@ -146,8 +144,7 @@ RubyValue stringRep(const BuiltinCall& call) {
         failCall(call, "result is too large");
     }
     requireMemory(text.size() * count, 1);
-    std::string repeated;
-    repeated.reserve(text.size() * count);
+    std::string repeated = textWithRoom(text.size() * count);
     for (std::uint64_t i = 0; i < count; ++i) {
         repeated += text;
     }

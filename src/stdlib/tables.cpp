@@ -7,6 +7,7 @@
 #include "stdlib/joining.h"
 #include "stdlib/sorting.h"
 #include "value/operators.h"
+#include "value/room.h"
 #include "vm/calling.h"
 #include "vm/impl.h"
 
@@ -58,7 +59,7 @@ RubyValue mapClone(const BuiltinCall& call) { return call[0].asMap(); }
 
 RubyValue tableClone(const BuiltinCall& call) {
     if (call[0].isArray()) {
-        return call[0].asArray();
+        return copyElements(call[0].asArray().begin(), call[0].asArray().end());
     }
     if (!call[0].isMap()) {
         failCall(call, "expects an array or map");
@@ -82,8 +83,7 @@ RubyValue tableClear(const BuiltinCall& call) {
 
 RubyValue keys(const BuiltinCall& call) {
     if (call[0].isArray()) {
-        RubyArray indices;
-        indices.reserve(call[0].asArray().size());
+        RubyArray indices = arrayWithRoom(call[0].asArray().size());
         for (std::size_t i = 0; i < call[0].asArray().size(); ++i) {
             indices.emplace_back(i);
         }
@@ -99,7 +99,7 @@ RubyValue keys(const BuiltinCall& call) {
 
 RubyValue values(const BuiltinCall& call) {
     if (call[0].isArray()) {
-        return call[0].asArray();
+        return copyElements(call[0].asArray().begin(), call[0].asArray().end());
     }
     if (!call[0].isMap()) {
         failCall(call, "expects an array or map");
@@ -119,7 +119,7 @@ RubyValue tableSetBuiltin(const BuiltinCall& call) { return tableSet(call.argume
 RubyValue tableInsert(const BuiltinCall& call) {
     RubyArray& array = requireArrayArgument(call);
     if (call.count() == 2) {
-        array.push_back(call[1]);
+        appendElement(array, call[1]);
         return {};
     }
     const std::int64_t index = requireIntegerArgument(call, 1);

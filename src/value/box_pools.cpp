@@ -65,12 +65,19 @@ bool BoxPool::open() noexcept {
 }
 
 bool BoxPool::shrink(std::size_t most) noexcept {
-    // Destroying an array gives its box to the pool.
+    // Destroying an array or a string gives its box to the pool.
     const bool hadArrays = spareArrays.shrink(most);
+    const bool hadLarge = clearLarge();
     const bool hadStringBoxes = strings.shrink(most);
     const bool hadArrayBoxes = arrays.shrink(most);
     const bool hadMapBoxes = maps.shrink(most);
-    return hadArrays || hadStringBoxes || hadArrayBoxes || hadMapBoxes;
+    return hadArrays || hadLarge || hadStringBoxes || hadArrayBoxes || hadMapBoxes;
+}
+
+bool BoxPool::clearLarge() noexcept {
+    const bool hadArrays = largeArrays.clear();
+    const bool hadStrings = largeStrings.clear();
+    return hadArrays || hadStrings;
 }
 
 }  // namespace morvel::ruby::internal

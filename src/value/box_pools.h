@@ -7,6 +7,7 @@
 #include <new>
 
 #include "morvel/ruby/value.h"
+#include "value/spare_buffers.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define MORVEL_RECYCLES_BOXES 0
@@ -112,15 +113,40 @@ struct BoxPool {
     FreeList arrays;
     FreeList maps;
     SpareArrays spareArrays;
+    SpareBuffers<ArrayBox> largeArrays;
+    SpareBuffers<StringBox> largeStrings;
     State state = State::New;
 
     [[nodiscard]] bool isOpen() noexcept { return state == State::Open || (state == State::New && open()); }
 
-    /// Gives back what the pool keeps beyond `most` blocks of each kind; true when that was anything.
+    /// Keeps the empty box of a dead array or string for its large buffer; false when it is not worth keeping.
+    bool keepLarge(ArrayBox* array) noexcept { return mayKeepLarge() && largeArrays.keepAny(array); }
+    bool keepLarge(StringBox* string) noexcept { return mayKeepLarge() && largeStrings.keepAny(string); }
+    /// The same for the buffer that one grew out of. A huge one is of no use to it any more, and would only add to the
+    /// memory that it takes.
+    bool keepOutgrown(ArrayBox* array) noexcept { return mayKeepLarge() && largeArrays.keep(array); }
+    bool keepOutgrown(StringBox* string) noexcept { return mayKeepLarge() && largeStrings.keep(string); }
+
+    /// Large buffers are kept from the beginning of a thread's first run to the end of its last: what comes after that
+    /// may be far off.
+    void beginRun() noexcept { ++m_runs; }
+    void endRun() noexcept {
+        // A host may end a run on another thread than the one that began it.
+        if (m_runs == 0 || --m_runs == 0) {
+            clearLarge();
+        }
+    }
+
+    /// Gives back all large buffers, and what the pool keeps beyond `most` blocks of each kind; true when that was
+    /// anything.
     bool shrink(std::size_t most) noexcept;
 
 private:
     bool open() noexcept;
+    bool clearLarge() noexcept;
+    bool mayKeepLarge() noexcept { return MORVEL_RECYCLES_BOXES != 0 && m_runs != 0 && isOpen(); }
+
+    std::size_t m_runs = 0;
 };
 
 extern constinit thread_local BoxPool boxPool;

@@ -30,9 +30,23 @@ void bury(std::uint8_t type, Box* box) noexcept {
 
 void deleteArray(ArrayBox* array) noexcept {
     array->elements.clear();
-    if (!boxPool.spareArrays.keep(array)) {
-        delete array;
+    if (boxPool.spareArrays.keep(array)) {
+        return;
     }
+    if (array->elements.capacity() >= kLargeBuffer / sizeof(RubyValue) && boxPool.keepLarge(array)) {
+        return;
+    }
+    delete array;
+}
+
+void deleteString(StringBox* string) noexcept {
+    if (string->text.capacity() >= kLargeBuffer) [[unlikely]] {
+        string->text.clear();
+        if (boxPool.keepLarge(string)) {
+            return;
+        }
+    }
+    delete string;
 }
 
 bool mayRunHostCode(const RubyFunctionHandle& handle) noexcept {
@@ -60,7 +74,7 @@ void deleteContainer(RubyValue::Type type, Box* box) noexcept {
 
 void destroyBox(std::uint8_t type, Box* box) noexcept {
     if (static_cast<RubyValue::Type>(type) == RubyValue::Type::String) {
-        delete static_cast<StringBox*>(box);
+        deleteString(static_cast<StringBox*>(box));
         return;
     }
     if (isDraining) {

@@ -12,6 +12,7 @@
 #include "platform/large_pages.h"
 #include "value/map_probe.h"
 #include "value/numbers.h"
+#include "value/room.h"
 
 namespace morvel::ruby {
 
@@ -211,8 +212,7 @@ std::optional<RubyValue> RubyMap::take(const RubyValue& key) {
 }
 
 RubyArray RubyMap::keyValues() const {
-    RubyArray keys;
-    keys.reserve(m_size);
+    RubyArray keys = internal::arrayWithRoom(m_size);
     for (Position position = m_head; position != kNone; position = entryAt(position).next) {
         const Key word = entryAt(position).key;
         if (isIntegerKey(word)) {
@@ -230,8 +230,7 @@ RubyArray RubyMap::keyValues() const {
 }
 
 RubyArray RubyMap::entryValues() const {
-    RubyArray values;
-    values.reserve(m_size);
+    RubyArray values = internal::arrayWithRoom(m_size);
     for (Position position = m_head; position != kNone; position = entryAt(position).next) {
         values.push_back(entryAt(position).value);
     }

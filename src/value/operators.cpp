@@ -10,6 +10,7 @@
 #include "value/native_stack.h"
 #include "value/numbers.h"
 #include "value/render.h"
+#include "value/room.h"
 
 namespace morvel::ruby::internal {
 
@@ -31,8 +32,7 @@ RubyValue wrapped(std::uint64_t pattern) noexcept { return static_cast<std::int6
 bool countsAsZero(double number) noexcept { return std::fabs(number) <= kZeroTolerance; }
 
 RubyValue joinArrays(const RubyArray& left, const RubyArray& right) {
-    RubyArray joined;
-    joined.reserve(left.size() + right.size());
+    RubyArray joined = arrayWithRoom(left.size() + right.size());
     joined.insert(joined.end(), left.begin(), left.end());
     joined.insert(joined.end(), right.begin(), right.end());
     return joined;

@@ -6,6 +6,7 @@
 #include "morvel/ruby/map.h"
 #include "value/memory_limit.h"
 #include "value/operators.h"
+#include "value/room.h"
 
 namespace morvel::ruby::internal {
 
@@ -105,6 +106,9 @@ void storeElement(RubyArray& elements, std::size_t index, const RubyValue& value
         // The value may live in the array itself and move when the array grows.
         // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
         const RubyValue kept = value;
+        if (index >= elements.capacity()) {
+            growArray(elements, index + 1);
+        }
         elements.resize(index + 1);
         elements[index] = kept;
         return;

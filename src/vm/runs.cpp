@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "morvel/ruby/error.h"
+#include "value/box_pools.h"
 
 namespace morvel::ruby::internal {
 
@@ -17,12 +18,14 @@ RunScope::RunScope(Runs& runs, std::size_t depth) : m_runs(runs), m_id(runs.m_la
     runs.m_runs.push_back({m_id, depth});
     runs.m_last = m_id;
     runs.m_innermost = m_id;
+    boxPool.beginRun();
 }
 
 RunScope::~RunScope() {
     std::vector<Runs::Run>& runs = m_runs.m_runs;
     runs.erase(std::find_if(runs.begin(), runs.end(), [this](const Runs::Run& run) { return run.id == m_id; }));
     m_runs.m_innermost = runs.empty() ? 0 : runs.back().id;
+    boxPool.endRun();
 }
 
 }  // namespace morvel::ruby::internal

@@ -7,6 +7,7 @@
 
 #include "value/box_pools.h"
 #include "value/operators.h"
+#include "value/room.h"
 #include "vm/engine/engine.h"
 #include "vm/engine/registers.h"
 #include "vm/engine/text_changes.h"
@@ -242,6 +243,10 @@ Status Engine::setIndexSlow(RubyValue* container, RubyValue* index, RubyValue* v
             }
             return Status::Done;
         }
+        if (position == elements.size()) {
+            pushElement(container, value, (flags & kSecondDies) != 0);
+            return Status::Done;
+        }
     }
     if (container->isMap() && (index->isString() || index->isInteger())) {
         RubyValue& entry = container->asMap().findOrInsert(*index);
@@ -281,9 +286,9 @@ Status Engine::negateSlow(RubyValue* target, RubyValue* value, std::uint8_t flag
 void Engine::pushElement(RubyValue* array, RubyValue* value, bool valueDies) {
     RubyArray& elements = array->asArray();
     if (valueDies) {
-        elements.push_back(std::move(*value));
+        appendElement(elements, std::move(*value));
     } else {
-        elements.push_back(*value);
+        appendElement(elements, *value);
     }
 }
 

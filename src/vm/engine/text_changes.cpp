@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "value/operators.h"
+#include "value/room.h"
 #include "vm/engine/engine.h"
 #include "vm/engine/registers.h"
 
@@ -34,6 +35,9 @@ RubyValue* findElement(RubyValue& container, const RubyValue& index) {
 }  // namespace
 
 Status Engine::append(StringBox& box, const RubyValue& part) {
+    if (box.text.size() >= kLargeBuffer / 2 && part.isString()) [[unlikely]] {
+        makeTextRoom(box.text, part.asString().size());
+    }
     const Fault fault = appendOperand(box.text, part);
     box.keyHash = 0;
     return checked(fault);
