@@ -2,20 +2,11 @@
 #pragma once
 
 #include <cstdint>
-
 #include <string>
-#include "morvel/ruby/value.h"
 
 #include "morvel/ruby/value.h"
 
 namespace morvel::ruby::internal {
-
-/// True for an integer that a double holds exactly, with all that are nearer to 0: arithmetic and comparisons of such
-/// integers give the same whether they are done on the integers or on doubles. A double has 53 bits for the digits.
-[[nodiscard]] inline bool isExactInteger(const RubyValue& value) noexcept {
-    constexpr std::int64_t kLargest = std::int64_t{1} << 53;
-    return value.isInteger() && value.data.integer >= -kLargest && value.data.integer <= kLargest;
-}
 
 /// The integer part of `number`, saturating at the ends of the range; NaN gives 0.
 [[nodiscard]] std::int64_t truncateToInteger(double number) noexcept;

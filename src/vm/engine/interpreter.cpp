@@ -368,7 +368,7 @@ struct Engine::Loop {
             int difference = 0;
             if (left->type == Type::String && right->type == Type::String && flags == 0 &&
                 differAtFirst(left, right, difference)) {
-                return kOrEqual ? difference <= 0 : difference < 0;
+                return (kOrEqual ? difference <= 0 : difference < 0) ? Answer::Yes : Answer::No;
             }
             save();
             return engine.lessSlow<kOrEqual>(left, right, flags);
