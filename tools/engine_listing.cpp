@@ -20,7 +20,6 @@ namespace morvel::ruby::tools {
 namespace {
 
 using internal::Code;
-using internal::CompiledFunction;
 using internal::EngineInstruction;
 using internal::EngineOp;
 using internal::EngineOperand;

@@ -40,10 +40,10 @@ TEST(Translator, ChangesAContainerInPlaceWhereNothingElseStandsForIt) {
 }
 
 TEST(Translator, ChangesAContainerInPlaceWhereTheStoreIsInTheSameBlock) {
-    // The store is jumped to: if b then a[1] = 1 else a = b.
-    EXPECT_EQ("JumpIfFalse PassLocal SetIndexRKK Jump PassLocal MoveTemporary ReturnLocal ReturnNil",
-              translated({kLoadOther, op(OpCode::JumpIfFalse, 7), kLoad, kOne, kOne, op(OpCode::SetIndex),
-                          op(OpCode::Jump, 8), kLoadOther, kStore, kReturn}));
+    // The store, to which the other branch jumps, follows at once.
+    EXPECT_EQ("JumpIfFalse PassLocal Jump PassLocal SetIndexRKK MoveTemporary ReturnLocal ReturnNil",
+              translated({kLoadOther, op(OpCode::JumpIfFalse, 4), kLoadOther, op(OpCode::Jump, 8), kLoad, kOne, kOne,
+                          op(OpCode::SetIndex), kStore, kReturn}));
 }
 
 TEST(Translator, FusesATestOnlyWhereNothingWaitsBelow) {
@@ -64,6 +64,10 @@ TEST(Translator, RepeatsTheConditionOfALoopThatItLeavesToJustBehindIt) {
     EXPECT_EQ("JumpIfFalse PassLocal Jump PassLocal JumpUnlessLessRK Jump ReturnNil",
               translated({kLoadOther, op(OpCode::JumpIfFalse, 4), kLoadOther, op(OpCode::Jump, 5), kLoad, kOne, kLess,
                           op(OpCode::JumpIfFalse, 9), op(OpCode::Jump, 4)}));
+    // It leaves something on the stack.
+    EXPECT_EQ(
+        "LessRK PassLocal JumpIfFalse Drop Jump ReturnLocal ReturnNil",
+        translated({kLoadOther, kLoad, kOne, kLess, op(OpCode::JumpIfFalse, 7), kPop, op(OpCode::Jump, 0), kReturn}));
     // The condition jumps to itself.
     EXPECT_EQ("Jump ReturnNil", translated({op(OpCode::Jump, 0)}));
 }
