@@ -34,20 +34,17 @@ constexpr std::size_t kNameWidth = 20;
 // However long a text is that many instructions name, the listing is not much longer than the code.
 constexpr std::size_t kLongestText = 60;
 
-/// What follows a text that is cut.
-std::string restOf(const std::string& text) { return "... " + std::to_string(text.size()) + " bytes"; }
+/// `render` of a text's beginning, and how much there is in all where that is not all.
+std::string shortened(std::string_view text, std::string (*render)(const std::string&)) {
+    const std::string shown = render(std::string(text.substr(0, kLongestText)));
+    return text.size() <= kLongestText ? shown : shown + "... " + std::to_string(text.size()) + " bytes";
+}
 
 std::string shortText(const RubyValue& constant) {
-    if (!constant.isString() || constant.asString().size() <= kLongestText) {
-        return constantText(constant);
-    }
-    const std::string& text = constant.asString();
-    return quoteText(text.substr(0, kLongestText)) + restOf(text);
+    return constant.isString() ? shortened(constant.asString(), quoteText) : constantText(constant);
 }
 
-std::string shortName(const std::string& name) {
-    return name.size() <= kLongestText ? nameText(name) : nameText(name.substr(0, kLongestText)) + restOf(name);
-}
+std::string shortName(std::string_view name) { return shortened(name, nameText); }
 
 /// Renders the instructions of one function.
 class CodeListing {
@@ -68,7 +65,7 @@ private:
     void appendFrame() {
         std::string names;
         for (const std::string_view name : m_code.function->localNames) {
-            names += (names.empty() ? "" : ", ") + shortName(std::string(name));
+            names += (names.empty() ? "" : ", ") + shortName(name);
         }
         if (!names.empty()) {
             m_text += "  locals: " + names + '\n';
@@ -174,7 +171,7 @@ private:
 
     [[nodiscard]] std::string registerText(std::size_t index) const {
         if (index < m_code.localCount) {
-            return shortName(std::string(m_code.function->localNames[index]));
+            return shortName(m_code.function->localNames[index]);
         }
         if (index < m_code.firstTemporary) {
             return "%last";
