@@ -17,6 +17,8 @@ a = 7
 a = puts(b)
 a = puts
 a = len(b)
+a = a
+b = a
 def f(x, y)
   a = x
   a = 1

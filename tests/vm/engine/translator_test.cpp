@@ -92,6 +92,21 @@ TEST(Translator, RepeatsConditionsThatAreNear) {
     EXPECT_EQ("Drop LessRK JumpIfTrue ReturnLocal ReturnNil", loop(1100));
 }
 
+TEST(Translator, AGlobalOnTheStackKeepsTheValueThatWasRead) {
+    const auto main = [](std::vector<Instruction> code) {
+        return TranslatedProgram(makeProgram({"a", 1, "b"}, std::move(code))).names(0);
+    };
+    const Instruction equal = op(OpCode::Equal);
+    EXPECT_EQ("CheckGlobal PassGlobal PassConstant StoreGlobalMove EqualRG ReturnLocal ReturnNil",
+              main({kLoad, kOne, kStore, equal, kReturn}));
+    EXPECT_EQ("CheckGlobal PassConstant StoreGlobalMove EqualGG ReturnLocal ReturnNil",
+              main({kLoad, kOne, op(OpCode::StoreName, 2), equal, kReturn}));
+    EXPECT_EQ("CheckGlobal PassGlobal DefineFunction ReturnLocal ReturnNil",
+              main({kLoad, op(OpCode::DefineFunction, 0, 0), kReturn}));
+    EXPECT_EQ("CheckGlobal DefineFunction ReturnGlobal ReturnNil",
+              main({kLoad, op(OpCode::DefineFunction, 2, 0), kReturn}));
+}
+
 /// A statement whose call has `count` arguments that come from before the block of the call.
 internal::Program callWithArguments(std::int32_t count) {
     std::vector<Instruction> code{kLoad};
