@@ -57,6 +57,11 @@ TEST(Flow, WantsTheStackToHoldWhatIsTaken) {
     EXPECT_FALSE(flowOf({op(OpCode::PushConst, 1), op(OpCode::MakeArray, 2), op(OpCode::Pop)}));
     EXPECT_FALSE(flowOf({op(OpCode::PushConst, 1), op(OpCode::Call, 1), op(OpCode::Pop)}));
     EXPECT_TRUE(flowOf({op(OpCode::PushConst, 1), op(OpCode::Call, 0), op(OpCode::Pop)}));
+    // Even where what is missing by one makes up for it later.
+    EXPECT_FALSE(flowOf({op(OpCode::Pop), op(OpCode::PushConst, 1)}));
+    EXPECT_FALSE(flowOf({op(OpCode::PushConst, 1), op(OpCode::Add)}));
+    EXPECT_FALSE(flowOf({op(OpCode::PushConst, 1), op(OpCode::MakeArray, 2)}));
+    EXPECT_FALSE(flowOf({op(OpCode::PushConst, 1), op(OpCode::Call, 1)}));
 }
 
 TEST(Flow, WantsTheStackEmptyAtTheEnd) {
