@@ -42,6 +42,10 @@ public:
                 return set[1];
             }
             RubyValue fresh(text);
+            if (m_recent.empty()) {
+                // Memory ran short meanwhile, and the cache gave its own back.
+                return fresh;
+            }
             if (set[1].isString() && set[1].data.box->references > 1 && ++m_forgotten > m_recent.size() && grow()) {
                 set = &m_recent[setOf(bytes, text.size()) * kStringsOfSet];
             }

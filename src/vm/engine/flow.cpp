@@ -179,6 +179,13 @@ std::vector<bool> findLiveOut(const std::vector<Instruction>& code, const Flow& 
     return liveOut;
 }
 
+/// True when nothing comes after the Pop at `index` but the end of the code.
+bool endsCode(const std::vector<Instruction>& code, const Flow& flow, std::size_t index) {
+    const std::size_t next = index + 1;
+    return flow.depths[index] == 1 && (next == code.size() || (code[next].op == OpCode::Jump &&
+                                                               static_cast<std::size_t>(code[next].a) == code.size()));
+}
+
 }  // namespace
 
 std::optional<Flow> analyzeFlow(const Program& program, const CompiledFunction& function) {
@@ -200,6 +207,7 @@ std::optional<Flow> analyzeFlow(const Program& program, const CompiledFunction& 
 LastValue findLastValue(const CompiledFunction& function, const Flow& flow) {
     LastValue found;
     found.livePops.resize(function.code.size(), false);
+    found.endingPops.resize(function.code.size(), false);
     found.deadUntil.reserve(flow.blocks.size());
     const std::vector<bool> liveOut = findLiveOut(function.code, flow);
     for (std::size_t block = 0; block < flow.blocks.size(); ++block) {
@@ -211,8 +219,11 @@ LastValue findLastValue(const CompiledFunction& function, const Flow& flow) {
                 --deadUntil;
             }
             if (deadUntil > begin) {
-                found.isKept = true;
-                found.livePops[deadUntil - 1] = true;
+                const std::size_t pop = deadUntil - 1;
+                const bool ends = endsCode(function.code, flow, pop);
+                found.livePops[pop] = true;
+                found.endingPops[pop] = ends;
+                found.isKept = found.isKept || !ends;
             }
         }
         found.deadUntil.push_back(deadUntil);

@@ -40,10 +40,12 @@ struct Flow {
 
 /// Where the value of the last expression statement matters.
 struct LastValue {
-    /// True when the value of some Pop may be returned at the end of the code.
+    /// True when the value of some Pop may be returned at the end of the code, and the code does not end with the Pop.
     bool isKept = false;
     /// By instruction, true for such a Pop.
     std::vector<bool> livePops;
+    /// By instruction, true for such a Pop with which the code ends: it returns its value at once.
+    std::vector<bool> endingPops;
     /// For each block, up to which instruction what was popped last can no longer be returned.
     std::vector<std::size_t> deadUntil;
 };

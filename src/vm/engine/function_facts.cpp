@@ -103,6 +103,8 @@ FunctionFacts findFacts(const Program& program, std::int32_t functionIndex, Flow
     facts.flags = findFlags(function, facts.flow, lastValue, texts.chains);
     facts.lastReads = findLastReads(function, facts.flow, facts.globalSlots, std::move(texts.takenOver));
     facts.livePops = std::move(lastValue.livePops);
+    facts.endingPops = std::move(lastValue.endingPops);
+    facts.keepsLastValue = lastValue.isKept;
     facts.blockStarts = findBlockStarts(function, facts.flow);
     return facts;
 }

@@ -29,6 +29,10 @@ struct FunctionFacts {
     std::vector<std::uint32_t> globalSlots{};
     /// By instruction, true for a Pop whose value may be returned at the end of the code.
     std::vector<bool> livePops{};
+    /// By instruction, true for such a Pop that returns its value at once.
+    std::vector<bool> endingPops{};
+    /// True when there are others, so that their values have to be kept.
+    bool keepsLastValue = false;
     bool hasAppendChains = false;
     /// By instruction: kBeginsAppend and kEndsAppend for additions, kLastValueDies for these, indexed stores and calls.
     std::vector<std::uint8_t> flags{};

@@ -35,9 +35,7 @@ std::unique_ptr<Code> layOutFrame(const FunctionFacts& facts) {
     code->function = &facts.function;
     code->parameterCount = static_cast<std::uint32_t>(facts.function.params.size());
     code->localCount = static_cast<std::uint32_t>(facts.function.localNames.size());
-    for (const bool live : facts.livePops) {
-        code->keepsLastValue = code->keepsLastValue || live;
-    }
+    code->keepsLastValue = facts.keepsLastValue;
     code->firstTemporary = code->localCount + (code->keepsLastValue ? 1U : 0U);
     code->registerCount = registerCount(facts, *code, static_cast<std::size_t>(facts.flow.deepest));
     code->isTopLevel = facts.isMain;
@@ -114,7 +112,11 @@ private:
                 m_variables.storeName(index);
                 return 1;
             case OpcodeClass::Pop:
-                m_variables.popEntry(m_facts.livePops[index]);
+                if (m_facts.endingPops[index]) {
+                    returnEntry();
+                } else {
+                    m_variables.popEntry(m_facts.livePops[index]);
+                }
                 return 1;
             case OpcodeClass::Arithmetic:
             case OpcodeClass::Comparison:
