@@ -155,6 +155,21 @@ TEST(EngineListing, ShortcutsAreTakenUpToADepthOf255) {
     EXPECT_NE(atDepth(256).find("CallGlobal"), std::string::npos);
 }
 
+TEST(EngineListing, OnlyGlobalsStandForBuiltIns) {
+    // However many locals there are, none is taken for the built-in whose slot has the same number.
+    std::string parameters = "p";
+    std::string calls;
+    for (int i = 0; i < 200; ++i) {
+        const std::string name = "p" + std::to_string(i);
+        parameters += ", " + name;
+        calls += ' ' + name + "(p) " + name + "(p, p)";
+    }
+    const std::string listing = engineListing("def f(" + parameters + ")" + calls + " return 1 end", "t");
+    EXPECT_EQ(listing.find(" Len "), std::string::npos);
+    EXPECT_EQ(listing.find(" ArrayPush "), std::string::npos);
+    EXPECT_NE(listing.find("CallRegister"), std::string::npos);
+}
+
 TEST(EngineListing, IsNotMuchLongerThanTheCode) {
     constexpr std::size_t kUses = 2000;
     const std::string text(100'000, 'x');

@@ -30,6 +30,7 @@ class Mutations(unittest.TestCase):
 
     def test_operators(self):
         self.assertEqual(["a || b"], results("a && b", "logic"))
+        self.assertEqual(["a &&\n b"], results("a ||\n b", "logic"))
         self.assertEqual(["a * b - c", "a / b + c"], results("a * b + c", "arithmetic"))
         self.assertEqual(["--i"], results("++i", "arithmetic"))
         self.assertEqual(["f(false)"], results("f(true)", "boolean"))

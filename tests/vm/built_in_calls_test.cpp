@@ -276,5 +276,21 @@ TEST(BuiltInCallsOfTheEngine, PushedValuesStayAsTheyWere) {
                       "list = [] f(list, 'a' + 'b') return list");
 }
 
+TEST(BuiltInCalls, OfGlobalsThatNoOperandNames) {
+    RubyVM vm;
+    RubyVM::Impl& impl = RubyVM::Impl::of(vm);
+    for (int i = 0; impl.globals.size() < 33'000; ++i) {
+        vm.setGlobal("other" + std::to_string(i), "not this");
+    }
+    for (const char* name : {"len", "array_push"}) {
+        RubyValue builtIn;
+        ASSERT_TRUE(vm.getGlobal(name, builtIn));
+        vm.setGlobal(std::string("far_") + name, builtIn);
+    }
+    const RubyResult result = vm.runScriptString(
+        "def f(list) far_array_push(list, 'c') return [far_len(list), far_len('four')] end return f(['a', 'b'])", "t");
+    EXPECT_EQ("[3, 4]", result.ok ? describe(result.value) : result.error);
+}
+
 }  // namespace
 }  // namespace morvel::ruby::tests

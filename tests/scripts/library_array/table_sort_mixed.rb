@@ -14,3 +14,10 @@ puts(array_join(list, "|") + "|")  #=> tru|true|true |
 list = ["5", 40, "3"]
 table_sort(list)
 puts(list)  #=> [3, 40, 5]
+# Elements that compare equal keep their order.
+list = ["x", 1, 1.0, 0]
+table_sort(list)
+puts(type_of(list[1]), type_of(list[2]))  #=> integer float
+list = ["x", 1.0, 1, 0]
+table_sort(list)
+puts(type_of(list[1]), type_of(list[2]))  #=> float integer
