@@ -22,7 +22,8 @@ inline constexpr std::size_t kLongestShortString = 15;
 /// Remembers the last short strings that were made. Words, fields and keys repeat: sharing them saves the allocation,
 /// the memory, and the hash of each further copy. The cache takes 32 bytes for each of its sets, a power of two, from
 /// its first use on. It doubles, up to `MostSets`, when it has forgotten as many strings that are still in use as it
-/// has places for: further copies of those would cost more memory than the places.
+/// has places for, and shared no fewer meanwhile: further copies of those would cost more memory than the places. Where
+/// it shares few, the texts are too many for a cache, and a larger one would only be slower.
 template <std::size_t Sets, std::size_t MostSets = Sets>
 class ShortStrings {
 public:
@@ -36,29 +37,21 @@ public:
             m_setShift = shiftFor(Sets);
         }
         const Bytes bytes = bytesOf(text);
-        RubyValue* set = &m_recent[setOf(bytes, text.size()) * kStringsOfSet];
-        if (!holds(set[0], bytes, text.size())) {
-            if (holds(set[1], bytes, text.size())) {
-                return set[1];
+        const RubyValue* const set = &m_recent[setOf(bytes, text.size()) * kStringsOfSet];
+        for (std::size_t i = 0; i < kStringsOfSet; ++i) {
+            if (holds(set[i], bytes, text.size())) {
+                ++m_shared;
+                return set[i];
             }
-            RubyValue fresh(text);
-            if (m_recent.empty()) {
-                // Memory ran short meanwhile, and the cache gave its own back.
-                return fresh;
-            }
-            if (set[1].isString() && set[1].data.box->references > 1 && ++m_forgotten > m_recent.size() && grow()) {
-                set = &m_recent[setOf(bytes, text.size()) * kStringsOfSet];
-            }
-            set[1] = std::move(set[0]);
-            set[0] = std::move(fresh);
         }
-        return set[0];
+        return remember(text, bytes);
     }
 
     /// Forgets them all, and gives back the memory of the cache; true when there were any.
     bool clear() noexcept {
         const bool hadAny = std::any_of(m_recent.begin(), m_recent.end(), [](const auto& s) { return s.isString(); });
         m_recent = {};
+        m_shared = 0;
         m_forgotten = 0;
         return hadAny;
     }
@@ -94,11 +87,29 @@ private:
                 wordAt<std::uint8_t>(begin + size / 2) << kByteBits | wordAt<std::uint8_t>(begin + size - 1)};
     }
 
-    /// Doubles the cache; false when it has its full size, or there is no memory for more.
+    // Apart, so that sharing a string needs little memory on the stack.
+    [[gnu::noinline]] RubyValue remember(std::string_view text, const Bytes& bytes) {
+        RubyValue fresh(text);
+        if (m_recent.empty()) {
+            // Memory ran short meanwhile, and the cache gave its own back.
+            return fresh;
+        }
+        RubyValue* set = &m_recent[setOf(bytes, text.size()) * kStringsOfSet];
+        if (set[1].isString() && set[1].data.box->references > 1 && ++m_forgotten > m_recent.size() && grow()) {
+            set = &m_recent[setOf(bytes, text.size()) * kStringsOfSet];
+        }
+        set[1] = std::move(set[0]);
+        set[0] = fresh;
+        return fresh;
+    }
+
+    /// Doubles the cache; false when it has its full size, or is of no use, or there is no memory for more.
     bool grow() noexcept {
+        const bool isUseful = m_shared >= m_forgotten;
+        m_shared = 0;
         m_forgotten = 0;
         const std::size_t sets = m_recent.size();
-        if (sets > MostSets) {
+        if (!isUseful || sets > MostSets) {
             return false;
         }
         try {
@@ -151,7 +162,9 @@ private:
 
     std::vector<RubyValue> m_recent;
     unsigned m_setShift = 0;
-    /// How many strings went that others still held, since the cache got its size.
+    /// How many strings were shared, and how many went that others still held, since the cache last asked itself
+    /// whether to grow.
+    std::size_t m_shared = 0;
     std::size_t m_forgotten = 0;
 };
 

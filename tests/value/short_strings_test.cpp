@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -10,20 +12,20 @@ namespace {
 
 std::string word(int number) { return "w" + std::to_string(number); }
 
-/// How many of `count` words a second round makes anew while those of the first are in use.
+/// How many strings are made for `draws` words, of which there are `count`, while all strings are in use.
 template <typename Strings>
-int countMadeAnew(Strings& strings, int count) {
-    std::vector<RubyValue> first;
-    for (int i = 0; i < count; ++i) {
-        first.push_back(strings.valueOf(word(i)));
+std::size_t countStrings(Strings& strings, int count, int draws) {
+    std::vector<RubyValue> inUse;
+    std::set<const void*> boxes;
+    std::uint64_t state = 1;
+    for (int i = 0; i < draws; ++i) {
+        state = state * 6364136223846793005U + 1442695040888963407U;
+        const std::string text = word(static_cast<int>((state >> 40) % static_cast<unsigned>(count)));
+        inUse.push_back(strings.valueOf(text));
+        EXPECT_EQ(text, inUse.back().asString());
+        boxes.insert(inUse.back().data.box);
     }
-    int madeAnew = 0;
-    for (int i = 0; i < count; ++i) {
-        const RubyValue again = strings.valueOf(word(i));
-        EXPECT_EQ(word(i), again.asString());
-        madeAnew += again.data.box == first[static_cast<std::size_t>(i)].data.box ? 0 : 1;
-    }
-    return madeAnew;
+    return boxes.size();
 }
 
 TEST(ShortStrings, AreSharedByEqualTexts) {
@@ -41,13 +43,17 @@ TEST(ShortStrings, AreSharedByEqualTexts) {
 TEST(ShortStrings, GrowWithTheStringsInUse) {
     internal::ShortStrings<16, 4096> growing;
     internal::ShortStrings<16> fixed;
-    constexpr int kWords = 1000;
-    // It grows step by step, the last step only when many sets hold more words than they have places for.
-    for (int round = 0; round < 8; ++round) {
-        countMadeAnew(growing, kWords);
-    }
-    EXPECT_LT(countMadeAnew(growing, kWords), kWords / 4);
-    EXPECT_GT(countMadeAnew(fixed, kWords), kWords / 2);
+    constexpr int kWords = 48;
+    constexpr int kDraws = 5000;
+    EXPECT_LT(countStrings(growing, kWords, kDraws), 500U);
+    EXPECT_GT(countStrings(fixed, kWords, kDraws), 1000U);
+}
+
+TEST(ShortStrings, DoNotGrowForMoreTextsThanTheyCouldShare) {
+    internal::ShortStrings<16, 4096> strings;
+    constexpr int kWords = 3000;
+    constexpr int kDraws = 30000;
+    EXPECT_GT(countStrings(strings, kWords, kDraws), kDraws * 9U / 10);
 }
 
 TEST(ShortStrings, DoNotGrowForStringsThatNobodyHolds) {
@@ -70,7 +76,7 @@ TEST(ShortStrings, DoNotGrowForStringsThatNobodyHolds) {
 TEST(ShortStrings, ForgetAllWhenCleared) {
     internal::ShortStrings<16, 64> strings;
     EXPECT_FALSE(strings.clear());
-    countMadeAnew(strings, 500);
+    countStrings(strings, 48, 500);
     EXPECT_TRUE(strings.clear());
     EXPECT_FALSE(strings.clear());
     EXPECT_EQ("again", strings.valueOf("again").asString());
