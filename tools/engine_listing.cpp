@@ -203,12 +203,23 @@ private:
         if (info.has(internal::kMayCall)) {
             return "window %" + std::to_string(instruction.n);
         }
+        return info.does().uses[0] == 'b'
+                   ? flagTexts(instruction.n, {{{internal::kCombinesByOr, "by or"},
+                                                {internal::kJumpsIfFalse, "makes the jump"},
+                                                {internal::kJumpsIfTrue, "makes the jump"}}})
+                   : flagTexts(instruction.n, {{{internal::kBeginsAppend, "begins an append"},
+                                                {internal::kEndsAppend, "ends an append"},
+                                                {internal::kLastValueDies, "the last value dies"}}});
+    }
+
+    using FlagText = std::pair<std::uint8_t, const char*>;
+
+    /// The texts of the flags that are set.
+    static std::string flagTexts(std::uint8_t flags, const std::array<FlagText, 3>& texts) {
         std::string notes;
-        for (const auto& [flag, meaning] : {std::pair{internal::kBeginsAppend, "begins an append"},
-                                            std::pair{internal::kEndsAppend, "ends an append"},
-                                            std::pair{internal::kLastValueDies, "the last value dies"}}) {
-            if ((instruction.n & flag) != 0) {
-                notes += (notes.empty() ? "" : ", ") + std::string(meaning);
+        for (const auto& [flag, text] : texts) {
+            if ((flags & flag) != 0) {
+                notes += (notes.empty() ? "" : ", ") + std::string(text);
             }
         }
         return notes;

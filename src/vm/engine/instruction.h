@@ -34,7 +34,7 @@ static_assert(sizeof(EngineInstruction) == 8 && offsetof(EngineInstruction, c) =
 inline constexpr std::uint8_t kFirstDies = 1;
 inline constexpr std::uint8_t kSecondDies = 2;
 
-// Marks in `n` of additions, the first also of indexed stores.
+// Flags in `n` of additions, the first also of indexed stores.
 
 /// The value of the last expression statement cannot be returned any more: where it is the text to be changed, it is
 /// no holder of it.
@@ -45,7 +45,7 @@ inline constexpr std::uint8_t kBeginsAppend = 16;
 /// The last addition of an append chain, whose text waits in the register before operand b, if it does.
 inline constexpr std::uint8_t kEndsAppend = 32;
 
-// Marks in `n` of comparisons that combine their outcome with a boolean.
+// Flags in `n` of comparisons that combine their outcome with a boolean.
 
 /// By "or" instead of "and".
 inline constexpr std::uint8_t kCombinesByOr = 4;
