@@ -15,6 +15,14 @@ void makeRoom(std::vector<Element>& elements) {
 
 }  // namespace
 
+GlobalTable::GlobalTable() { m_blocks.push_back(makeZeroedArray<RubyValue>(kBlockSlots)); }
+
+GlobalTable::~GlobalTable() {
+    for (std::size_t slot = size(); slot-- > 0;) {
+        valueAt(slot) = RubyValue();
+    }
+}
+
 std::size_t GlobalTable::ensureSlot(const std::string& name) {
     const auto found = m_slots.find(name);
     if (found != m_slots.end()) {
@@ -33,12 +41,15 @@ void GlobalTable::addSlot() {
     // Room comes first, so that a failed allocation leaves the tables in step.
     makeRoom(m_names);
     makeRoom(m_mentions);
-    makeRoom(m_values);
-    m_free.reserve(m_values.capacity());
-    m_free.push_back(m_values.size());
+    m_free.reserve(m_names.capacity());
+    const std::size_t slot = size();
+    if (slot == m_blocks.size() * kBlockSlots) {
+        m_blocks.push_back(makeZeroedArray<RubyValue>(kBlockSlots));
+    }
+    m_free.push_back(slot);
     m_names.push_back(nullptr);
     m_mentions.push_back(0);
-    m_values.push_back(makeUndefined());
+    setValue(slot, makeUndefined());
 }
 
 std::size_t GlobalTable::mention(const std::string& name) {
@@ -65,8 +76,8 @@ void GlobalTable::release() noexcept {
     bool found = true;
     while (found) {
         found = false;
-        for (std::size_t slot = m_values.size(); slot-- > 0;) {
-            RubyValue& value = m_values[slot];
+        for (std::size_t slot = size(); slot-- > 0;) {
+            RubyValue& value = valueAt(slot);
             if (value.type != kUndefinedType && !value.isNil()) {
                 found = true;
                 value = RubyValue();

@@ -8,6 +8,7 @@
 
 #include "morvel/ruby/value.h"
 #include "value/hash.h"
+#include "value/zeroed_array.h"
 
 namespace morvel::ruby::internal {
 
@@ -28,8 +29,11 @@ inline constexpr RubyValue::Type kUndefinedType{8};
 class GlobalTable {
 public:
     static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
+    /// As many slots as the operands of instructions can name. A block takes memory only for those that are in use.
+    static constexpr std::size_t kBlockSlots = std::size_t{1} << 15;
 
-    GlobalTable() = default;
+    GlobalTable();
+    ~GlobalTable();
     GlobalTable(const GlobalTable&) = delete;
     GlobalTable& operator=(const GlobalTable&) = delete;
 
@@ -43,13 +47,16 @@ public:
     [[nodiscard]] std::size_t findSlot(const std::string& name) const;
     [[nodiscard]] const std::string& nameOf(std::size_t slot) const { return *m_names[slot]; }
     [[nodiscard]] bool isDefined(std::size_t slot) const {
-        return slot < m_values.size() && m_values[slot].type != kUndefinedType;
+        return slot < m_names.size() && value(slot).type != kUndefinedType;
     }
-    [[nodiscard]] const RubyValue& value(std::size_t slot) const { return m_values[slot]; }
-    void setValue(std::size_t slot, const RubyValue& value) { m_values[slot] = value; }
-    /// The values by slot; moves when a slot is created.
-    [[nodiscard]] RubyValue* values() noexcept { return m_values.data(); }
-    [[nodiscard]] std::size_t size() const noexcept { return m_values.size(); }
+    [[nodiscard]] const RubyValue& value(std::size_t slot) const {
+        return m_blocks[slot / kBlockSlots][slot % kBlockSlots];
+    }
+    [[nodiscard]] RubyValue& valueAt(std::size_t slot) { return m_blocks[slot / kBlockSlots][slot % kBlockSlots]; }
+    void setValue(std::size_t slot, const RubyValue& value) { valueAt(slot) = value; }
+    /// The values of the first kBlockSlots slots. Each value stays at its address for the life of the table.
+    [[nodiscard]] RubyValue* firstBlock() noexcept { return m_blocks.front().get(); }
+    [[nodiscard]] std::size_t size() const noexcept { return m_names.size(); }
 
     /// Sets every global that is defined to nil, those of the host before the built-ins; again until nothing that ends
     /// thereby has defined another.
@@ -59,9 +66,9 @@ private:
     void addSlot();
 
     std::unordered_map<std::string, std::size_t, TextHash> m_slots;
+    std::vector<ZeroedArray<RubyValue>> m_blocks;
     // By slot.
     std::vector<const std::string*> m_names;
-    std::vector<RubyValue> m_values;
     std::vector<std::size_t> m_mentions;
     /// The slots without a name; has room for all slots.
     std::vector<std::size_t> m_free;

@@ -35,7 +35,7 @@ std::size_t CallSites::call(std::size_t index, std::size_t blockEnd) {
 }
 
 Shortcut CallSites::shortcutOf(const Entry& callee) const {
-    if (callee.place != Place::Global || callee.index > kLargestOperand || !m_globals.isDefined(callee.index) ||
+    if (callee.place != Place::Global || !m_globals.isDefined(callee.index) ||
         !m_globals.value(callee.index).isFunction()) {
         return Shortcut::None;
     }
@@ -71,7 +71,7 @@ void CallSites::callGeneral(std::size_t callee, bool lastValueDies) {
         m_code.emit(EngineOp::Drop, 0, reg(m_code.lastValue()), 0, 0);
     }
     m_stack.materializeFrom(callee + 1);
-    const bool byGlobal = m_stack[callee].place == Place::Global && m_stack[callee].index <= kLargestOperand;
+    const bool byGlobal = m_stack[callee].place == Place::Global;
     if (!byGlobal) {
         m_stack.materialize(callee);
     }

@@ -75,7 +75,7 @@ struct Context {
     // end of the registers in this chunk.
     Frame* lastFrame = nullptr;
     RubyValue* registersEnd = nullptr;
-    /// The globals by slot.
+    /// The globals that operands can name, by slot. They stay there.
     RubyValue* globals = nullptr;
     /// What has failed, once something says so.
     PendingError error;

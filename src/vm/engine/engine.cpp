@@ -38,7 +38,9 @@ std::string takeMessage(PendingError& pending) {
 }  // namespace
 
 Engine::Engine(RubyVM::Impl& vm)
-    : m_vm(vm), m_globals(vm.globals), m_runs(vm.runs), m_identity(std::make_shared<EngineIdentity>()) {}
+    : m_vm(vm), m_globals(vm.globals), m_runs(vm.runs), m_identity(std::make_shared<EngineIdentity>()) {
+    m_context.globals = m_globals.firstBlock();
+}
 
 const Code* Engine::codeFor(const Program& program, std::int32_t functionIndex) {
     if (program.executionState == nullptr) {

@@ -124,7 +124,7 @@ private:
     /// Moves the `count` registers after `array` to the end of that array, which is to have `length` elements.
     static void extendArray(RubyValue* array, std::size_t count, std::size_t length);
     void defineFunction(const Definition& definition);
-    Status loadFallback(RubyValue* target, const LocalFallback& fallback);
+    Status loadGlobal(RubyValue* target, std::size_t slot);
 
     // Texts that are changed where they are.
     /// Gives the text of a value under an operator.

@@ -70,7 +70,8 @@ enum EngineEffects : std::uint8_t {
     ROW(CheckGlobal, "-r-", kMayFail)                /* fails unless b is defined */                             \
     ROW(LoadLocalOrGlobal, "w--", kMayFail)          /* a = the local of the b-th fallback, or its global */     \
     ROW(StoreGlobalMove, "mw-", kNoEffects)          /* b = a */                                                 \
-    ROW(StoreGlobalCopy, "rw-", kNoEffects)          /* b = a */                                                 \
+    ROW(LoadFarGlobal, "w--", kMayFail)              /* a = the global of slot b, if it is defined */            \
+    ROW(StoreFarGlobal, "r--", kNoEffects)           /* the global of slot b = a */                              \
     ROW(Drop, "m--", kNoEffects)                     /* a dies */                                                \
     ROW(Negate, "wd-", kMayFail)                     /* a = -b */                                                \
     ROW(Not, "wd-", kNoEffects)                      /* a = not b */                                             \
@@ -268,7 +269,8 @@ enum class EngineOperand : std::uint8_t {
     ROW(CheckGlobal, CheckGlobal, None, WideGlobal, None)                 \
     ROW(LoadLocalOrGlobal, LoadLocalOrGlobal, Register, WideNumber, None) \
     ROW(StoreGlobalMove, StoreGlobalMove, Register, WideGlobal, None)     \
-    ROW(StoreGlobalCopy, StoreGlobalCopy, Register, WideGlobal, None)     \
+    ROW(LoadFarGlobal, LoadFarGlobal, Register, WideNumber, None)         \
+    ROW(StoreFarGlobal, StoreFarGlobal, Register, WideNumber, None)       \
     ROW(Drop, Drop, Register, None, None)                                 \
     ROW(Negate, Negate, Register, Register, None)                         \
     ROW(Not, Not, Register, Register, None)                               \

@@ -241,14 +241,13 @@ struct Engine::Loop {
     const EngineInstruction* pc = nullptr;
     RubyValue* base = nullptr;
     const RubyValue* constants = nullptr;
-    RubyValue* globals = nullptr;
+    RubyValue* const globals = engine.m_context.globals;
 
     /// The instruction being carried out; `pc` is already past it.
     [[gnu::always_inline]] const EngineInstruction& instruction() const { return pc[-1]; }
 
     [[gnu::always_inline]] void save() const { engine.m_context.frame->next = pc; }
 
-    /// Frames share the loop's members, so the globals have to be looked up again only after other code has run.
     [[gnu::always_inline]] void loadFrame(const Frame* top) {
         base = top->base;
         constants = top->code->constants.data();
@@ -261,7 +260,6 @@ struct Engine::Loop {
         }
         engine.m_runs.requireInnermost(run);
         loadFrame(engine.m_context.frame);
-        globals = engine.m_globals.values();
     }
 
     /// Operands are stored doubled and scaled by a machine word, half a value.
@@ -665,7 +663,7 @@ struct Engine::Loop {
         const RubyValue* const local = at(base, fallback.local);
         save();
         if (local->type == kUndefinedType) {
-            return stepOf(engine.loadFallback(operand<kOp, 0>(), fallback));
+            return stepOf(engine.loadGlobal(operand<kOp, 0>(), fallback.globalSlot));
         }
         assignRegister(operand<kOp, 0>(), RubyValue(*local));
         return Step::Next;
@@ -676,8 +674,13 @@ struct Engine::Loop {
         return Step::Next;
     }
     template <EngineOp kOp>
-    [[gnu::always_inline]] Step doStoreGlobalCopy() {
-        copyOver(operand<kOp, 1>(), operand<kOp, 0>());
+    [[gnu::always_inline]] Step doLoadFarGlobal() {
+        save();
+        return stepOf(engine.loadGlobal(operand<kOp, 0>(), static_cast<std::size_t>(instruction().wide())));
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doStoreFarGlobal() {
+        engine.m_globals.setValue(static_cast<std::size_t>(instruction().wide()), *operand<kOp, 0>());
         return Step::Next;
     }
     template <EngineOp kOp>

@@ -311,11 +311,11 @@ void Engine::defineFunction(const Definition& definition) {
                                                                  const_cast<Program&>(program()).shared_from_this()));
 }
 
-Status Engine::loadFallback(RubyValue* target, const LocalFallback& fallback) {
-    if (!m_globals.isDefined(fallback.globalSlot)) {
-        return failUndefined(fallback.globalSlot);
+Status Engine::loadGlobal(RubyValue* target, std::size_t slot) {
+    if (!m_globals.isDefined(slot)) {
+        return failUndefined(slot);
     }
-    assignRegister(target, RubyValue(m_globals.value(fallback.globalSlot)));
+    assignRegister(target, RubyValue(m_globals.value(slot)));
     return Status::Done;
 }
 

@@ -58,18 +58,21 @@ RubyValue* Engine::replacedNext(const RubyValue* value) const {
     const EngineInstruction& next = *m_context.frame->next;
     const auto isRegister = [&](std::uint16_t number) { return m_context.frame->base + number / 2 == value; };
     if (next.op == EngineOp::StoreGlobalMove) {
-        return isRegister(next.a) ? m_globals.values() + next.wide() / 2 : nullptr;
+        return isRegister(next.a) ? m_context.globals + next.wide() / 2 : nullptr;
+    }
+    if (next.op == EngineOp::StoreFarGlobal) {
+        return isRegister(next.a) ? &m_globals.valueAt(static_cast<std::size_t>(next.wide())) : nullptr;
     }
     const EngineOpInfo& info = infoOf(next.op);
     if (info.operation != Operation::SetIndex || (next.n & kSecondDies) == 0 || !isRegister(next.c)) {
         return nullptr;
     }
     RubyValue* const containers =
-        info.operands[0] == EngineOperand::Register ? m_context.frame->base : m_globals.values();
+        info.operands[0] == EngineOperand::Register ? m_context.frame->base : m_context.globals;
     const RubyValue* const indices = info.operands[1] == EngineOperand::Register ? m_context.frame->base
                                      : info.operands[1] == EngineOperand::Constant
                                          ? m_context.frame->code->constants.data()
-                                         : m_globals.values();
+                                         : m_context.globals;
     return findElement(containers[next.a / 2], indices[next.b / 2]);
 }
 

@@ -13,7 +13,6 @@ void shortenIncrease(EngineInstruction& addition) {
     if ((addition.op == EngineOp::AddRR || addition.op == EngineOp::AddRK) && addition.a == addition.b) {
         addition.op = addition.op == EngineOp::AddRR ? EngineOp::IncreaseR : EngineOp::IncreaseK;
         addition.b = addition.c;
-        // Of the two operands, which are the same
     }
 }
 
@@ -21,6 +20,11 @@ void shortenIncrease(EngineInstruction& addition) {
 
 void Variables::loadName(std::size_t index) {
     const std::uint32_t global = m_facts.globalSlots[index];
+    if (global != kNotGlobal && global > kLargestOperand) {
+        // No operand names it.
+        m_code.emitWide(EngineOp::LoadFarGlobal, 0, m_stack.pushTemporary(), global);
+        return;
+    }
     if (global != kNotGlobal) {
         if (!m_assignment.isGlobalDefined(global)) {
             m_code.emitWide(EngineOp::CheckGlobal, 0, 0, wideOperand(global));
@@ -111,18 +115,22 @@ void Variables::loadInto(std::uint16_t target, const Entry& entry) {
 }
 
 void Variables::storeGlobal(std::uint32_t slot) {
+    if (slot > kLargestOperand) {
+        const std::size_t top = m_stack.size() - 1;
+        m_stack.materialize(top);
+        m_code.emitWide(EngineOp::StoreFarGlobal, 0, reg(m_stack[top].index), slot);
+        return;
+    }
     const Entry value = m_stack.pop();
     const Entry target{Place::Global, slot};
     if (value != target) {
         m_stack.detach(target);
         EngineInstruction* last = m_code.lastInBlock();
         const bool isFresh = value.place == Place::Temporary && last != nullptr && last->a == reg(value.index);
-        const auto intoGlobal = isFresh && slot <= kLargestOperand ? storingForm(last->op) : std::nullopt;
+        const auto intoGlobal = isFresh ? storingForm(last->op) : std::nullopt;
         if (intoGlobal) {
             last->op = *intoGlobal;
             last->a = operand(slot);
-        } else if (value.place == Place::Local) {
-            m_code.emitWide(EngineOp::StoreGlobalCopy, 0, reg(value.index), wideOperand(slot));
         } else {
             m_stack.push(value);
             m_stack.materialize(m_stack.size() - 1);

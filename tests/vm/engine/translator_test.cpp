@@ -166,7 +166,7 @@ TEST(Translator, ResultsGoIntoGlobalsThatAnOperandCanName) {
     };
     EXPECT_EQ("PassConstant AddToGRK ReturnConstant ReturnNil", statement(0));
     EXPECT_EQ("PassConstant AddToGRK ReturnConstant ReturnNil", statement(32'767));
-    EXPECT_EQ("PassConstant AddRK StoreGlobalMove ReturnConstant ReturnNil", statement(32'768));
+    EXPECT_EQ("PassConstant AddRK StoreFarGlobal Drop ReturnConstant ReturnNil", statement(32'768));
 }
 
 }  // namespace
