@@ -136,7 +136,7 @@ private:
         return static_cast<unsigned>(std::numeric_limits<std::uint64_t>::digits - std::countr_zero(sets));
     }
 
-    std::size_t setOf(const Bytes& bytes, std::size_t size) const noexcept {
+    [[nodiscard]] std::size_t setOf(const Bytes& bytes, std::size_t size) const noexcept {
         // Two odd numbers without a pattern.
         constexpr std::uint64_t kMixFirst = 0x9E3779B97F4A7C15;
         constexpr std::uint64_t kMixLast = 0xD6E8FEB86659FD93;

@@ -1,6 +1,7 @@
 // The operators of the language by their opcodes.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -89,18 +90,23 @@ constexpr auto operatorsByOpcode(const Operators& operators) {
 inline constexpr auto kBinaryFunctions = operatorsByOpcode<BinaryFunction>(kBinaryOperators);
 inline constexpr auto kUnaryFunctions = operatorsByOpcode<UnaryFunction>(kUnaryOperators);
 
-static_assert(
-    [] {
-        for (std::size_t i = 0; i < kOpcodes.size(); ++i) {
-            const auto op = static_cast<OpCode>(i);
-            if (isBinary(op) != (kBinaryFunctions[i] != nullptr) ||
-                (classOf(op) == OpcodeClass::Unary) != (kUnaryFunctions[i] != nullptr)) {
-                return false;
-            }
+/// True when a row is there for just those opcodes that are operators of its kind.
+template <typename Operators>
+constexpr bool areComplete(const Operators& operators, bool (*isOperator)(OpCode)) {
+    for (std::size_t i = 0; i != kOpcodes.size(); ++i) {
+        const auto op = static_cast<OpCode>(i);
+        const bool isThere =
+            std::any_of(operators.begin(), operators.end(), [op](const auto& row) { return row.op == op; });
+        if (isThere != isOperator(op)) {
+            return false;
         }
-        return true;
-    }(),
-    "every operator has its function");
+    }
+    return true;
+}
+
+static_assert(areComplete(kBinaryOperators, [](OpCode op) { return isBinary(op); }) &&
+                  areComplete(kUnaryOperators, [](OpCode op) { return classOf(op) == OpcodeClass::Unary; }),
+              "every operator has its function");
 
 /// What an operator with two operands gives; raises its fault at a line of the program. `op` is such an operator.
 [[nodiscard]] inline RubyValue applyBinary(OpCode op, const RubyValue& left, const RubyValue& right,

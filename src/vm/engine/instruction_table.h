@@ -302,6 +302,10 @@ enum class EngineOp : std::uint8_t {
 #undef MORVEL_NAME
 };
 
+[[nodiscard]] constexpr std::array<char, 4> usesOf(std::string_view letters) {
+    return {letters[0], letters[1], letters[2]};
+}
+
 /// What is known about an operation.
 struct OperationInfo {
     std::array<char, 4> uses;
@@ -309,7 +313,7 @@ struct OperationInfo {
 };
 
 inline constexpr std::array kOperations{
-#define MORVEL_INFO(name, uses, effects) OperationInfo{{uses[0], uses[1], uses[2]}, effects},
+#define MORVEL_INFO(name, uses, effects) OperationInfo{usesOf(uses), effects},
     MORVEL_ENGINE_OPERATIONS(MORVEL_INFO)
 #undef MORVEL_INFO
 };

@@ -244,7 +244,7 @@ struct Engine::Loop {
     RubyValue* const globals = engine.m_context.globals;
 
     /// The instruction being carried out; `pc` is already past it.
-    [[gnu::always_inline]] const EngineInstruction& instruction() const { return pc[-1]; }
+    [[nodiscard, gnu::always_inline]] const EngineInstruction& instruction() const { return pc[-1]; }
 
     [[gnu::always_inline]] void save() const { engine.m_context.frame->next = pc; }
 
@@ -269,7 +269,7 @@ struct Engine::Loop {
 
     /// Where operand `kIndex` of the current instruction is, which is one of `kOp`.
     template <EngineOp kOp, std::size_t kIndex>
-    [[gnu::always_inline]] RubyValue* operand() const {
+    [[nodiscard, gnu::always_inline]] RubyValue* operand() const {
         constexpr EngineOperand kKind = infoOf(kOp).operands[kIndex];
         const EngineInstruction& now = instruction();
         if constexpr (kKind == EngineOperand::WideConstant) {
@@ -549,7 +549,9 @@ struct Engine::Loop {
         if (container->type == Type::Array && index->type == Type::Integer &&
             static_cast<std::size_t>(index->data.integer) <
                 static_cast<ArrayBox*>(container->data.box)->elements.size()) [[likely]] {
-            answer = static_cast<ArrayBox*>(container->data.box)->elements.data()[index->data.integer].isTruthy();
+            answer = static_cast<ArrayBox*>(container->data.box)
+                         ->elements[static_cast<std::size_t>(index->data.integer)]
+                         .isTruthy();
             releaseIf((instruction().n & kFirstDies) != 0, container);
         } else {
             save();
@@ -737,7 +739,7 @@ struct Engine::Loop {
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doExtendArray() {
         save();
-        engine.extendArray(operand<kOp, 0>(), instruction().n, static_cast<std::size_t>(instruction().wide()));
+        Engine::extendArray(operand<kOp, 0>(), instruction().n, static_cast<std::size_t>(instruction().wide()));
         return Step::Next;
     }
     template <EngineOp kOp>

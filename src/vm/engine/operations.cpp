@@ -28,7 +28,7 @@ constexpr OpCode standIn(OpCode op) {
 /// missing shows when this is compiled.
 constexpr auto kOperationsByOpcode = [] {
     std::array<Operation, kOpcodes.size()> operations{};
-    for (std::size_t i = 0; i < kOpcodes.size(); ++i) {
+    for (std::size_t i = 0; i != kOpcodes.size(); ++i) {
         const auto op = static_cast<OpCode>(i);
         if (classOf(op) == OpcodeClass::Arithmetic || classOf(op) == OpcodeClass::Comparison) {
             operations[i] = operationNamed(opcodeInfo(standIn(op))->name).value();
