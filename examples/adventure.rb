@@ -24,7 +24,7 @@ add_exit("garden", "south", "kitchen")
 array_push(rooms["cellar"]["things"], "lamp", "key")
 array_push(rooms["kitchen"]["things"], "bread")
 
-# Names assigned in a function are local, so what functions change lives in a map.
+# Names assigned in a function are local, so state that functions change is kept in a map.
 game = map_new()
 game["place"] = "cellar"
 game["bag"] = []
@@ -90,7 +90,7 @@ def use(word)
   end
 end
 
-# Functions are values: the verbs are looked up in a map and called from there.
+# Functions are values: verbs are looked up in a map and called.
 verbs = map_new()
 verbs["look"] = look
 verbs["go"] = go
@@ -104,7 +104,7 @@ def obey(command)
     puts("You cannot " + words[0] + ".")
   else
     table_set(game, "moves", game["moves"] + 1)
-    # A command of one word has no second part: join gives the empty text for it.
+    # A one-word command has no second part: joining it gives the empty string.
     verb(array_join(array_slice(words, 1)))
   end
 end

@@ -1,4 +1,4 @@
-# A small bank: accounts, deposits, transfers, and what to do when something goes wrong.
+# A small bank: accounts, deposits, transfers, and the handling of errors.
 #
 # An account is a map. Functions change it in place, because maps are shared, not copied.
 
@@ -36,8 +36,8 @@ def withdraw(account, amount)
   record(account, "withdrawal " + amount)
 end
 
-# Takes the money from one account and gives it to the other; when the second
-# step fails, the first one is undone before the error goes on.
+# Moves money from one account to another. If the second step fails, the first
+# one is undone before the error is passed on.
 def transfer(from, to, amount)
   withdraw(from, amount)
   step = pcall(deposit, to, amount)
@@ -91,5 +91,5 @@ while i < len(ada["history"])
   i = i + 1
 end
 
-# Money is neither made nor lost.
+# The total amount of money must not change.
 puts("Total: " + (ada["balance"] + ben["balance"]))

@@ -4,10 +4,10 @@
 #   expression = term   { ("+" | "-") term }
 #   term       = factor { ("*" | "/") factor }
 #   factor     = number | "-" factor | "(" expression ")"
-# Its state is a map that holds the tokens and the place of the next one.
+# Its state is a map with the tokens and the position of the next one.
 
 def digit?(text)
-  # Indexing a string beyond its end gives nil, and nil is no digit.
+  # Indexing a string beyond its end gives nil, which is not a digit.
   if text == nil
     return false
   end
@@ -108,7 +108,7 @@ array_push(inputs, "10 / (5 - 5)", "2 * (3 + 4", "2 +", "3 $ 4", "1 2")
 
 i = 0
 while i < len(inputs)
-  # calculate fails through error, or it returns a value; pcall tells which.
+  # calculate returns a value or fails with an error; pcall tells which.
   result = pcall(calculate, inputs[i])
   if len(result) == 2
     puts(inputs[i] + " = " + result[1])

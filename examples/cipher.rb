@@ -1,7 +1,7 @@
-# Caesar's cipher: every letter moves a fixed number of places in the alphabet.
-# Moving by 13 places (rot13) is its own inverse.
+# Caesar's cipher: shifts every letter by a fixed number of places in the alphabet.
+# Shifting by 13 places (rot13) is its own inverse.
 
-# Moves one byte code, if it is a letter.
+# Shifts one byte code if it is a letter.
 def shift_code(code, places)
   first = 0
   if code >= 65 and code <= 90
@@ -11,7 +11,7 @@ def shift_code(code, places)
   else
     return code
   end
-  # "%" takes the sign of its left side; adding 26 keeps it positive.
+  # The result of "%" has the sign of its left side; adding 26 keeps it positive.
   return first + (code - first + places % 26 + 26) % 26
 end
 
@@ -37,8 +37,8 @@ puts("back:    ", decrypt(encrypt(message, 3), 3))
 puts("rot13:   ", encrypt(message, 13))
 puts("twice:   ", encrypt(encrypt(message, 13), 13))
 
-# Breaking the cipher: try all 26 keys and take the text that looks most like
-# English, judged by how common its letters are.
+# Breaks the cipher: tries all 26 keys and takes the text that looks most like
+# English, judging by how common its letters are.
 common = map_new()
 order = "etaoinshrdlcumwfgypbvkjxqz"
 i = 0
@@ -52,7 +52,7 @@ def score(text)
   letters = string_split(string_lower(text), "")
   i = 0
   while i < len(letters)
-    # The default 0 is for blanks, digits and signs.
+    # The default 0 is for blanks, digits and punctuation.
     points = points + table_get(common, letters[i], 0)
     i = i + 1
   end

@@ -12,7 +12,7 @@ append_file(path, "Cairo,1,14,n/a\n")
 append_file(path, "Cairo,7,28.5,0\n")
 append_file(path, "Cairo,10,24\n")
 
-# Splits one line at commas, but not at those inside quotes.
+# Splits one line at commas, except those inside quotes.
 def fields_of(line)
   fields = []
   field = ""
@@ -34,7 +34,7 @@ def fields_of(line)
   return fields
 end
 
-# One line as a map from column name to value. Anything wrong is an error.
+# Turns a line into a map from column names to values. Invalid input is an error.
 def record_of(line, columns)
   fields = fields_of(line)
   if len(fields) != len(columns)
@@ -45,7 +45,7 @@ def record_of(line, columns)
   while i < len(columns)
     value = fields[i]
     if i > 0
-      # to_number gives nil when the text is no number.
+      # to_number gives nil if the string is not a number.
       value = to_number(value)
       if value == nil
         error(columns[i] + " is no number: " + fields[i])

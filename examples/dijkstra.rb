@@ -1,7 +1,7 @@
 # Shortest routes between towns: Dijkstra's algorithm on a priority queue (a binary heap).
 
-# The heap is an array of [distance, town]. The parent of element i stands at (i - 1) / 2,
-# its children at 2 * i + 1 and 2 * i + 2; no parent is larger than its children.
+# The heap is an array of [distance, town]. The parent of element i is at (i - 1) / 2,
+# its children are at 2 * i + 1 and 2 * i + 2; no parent is larger than its children.
 def heap_swap(heap, i, j)
   item = heap[i]
   heap[i] = heap[j]
@@ -30,8 +30,8 @@ def heap_pop(heap)
   moving = true
   while moving
     child = 2 * i + 1
-    # Both sides of "and" are always evaluated, so tests that depend on each
-    # other need an if inside an if.
+    # Both sides of "and" are always evaluated, so a condition that guards another
+    # one needs an if of its own.
     if child + 1 < len(heap)
       if heap[child + 1][0] < heap[child][0]
         child = child + 1
@@ -64,8 +64,8 @@ def add_both_ways(a, b, distance)
   add_road(b, a, distance)
 end
 
-# Gives a map with the distance of every town that can be reached, and one with the
-# town before it on the shortest way.
+# Returns a map with the distance of every town that can be reached, and one with the
+# previous town on the shortest route to it.
 def shortest_routes(start)
   distances = map_new()
   before = map_new()
@@ -75,7 +75,7 @@ def shortest_routes(start)
   while len(queue) > 0
     entry = heap_pop(queue)
     town = entry[1]
-    # An entry that a shorter way has overtaken meanwhile is skipped.
+    # Skip the entry if a shorter route has been found since.
     if entry[0] == distances[town]
       list = roads[town]
       i = 0

@@ -1,5 +1,5 @@
-// How a host program embeds the runtime: it lends functions and globals to scripts, reads results back, runs compiled
-// images, and handles failures.
+// Shows how a host program embeds the runtime: it gives scripts functions and globals, reads results back, runs
+// compiled images, and handles failures.
 
 #include <cstdint>
 #include <iostream>
@@ -18,16 +18,16 @@ RubyValue distance(RubyVM&, RubyArguments arguments) {
     if (arguments.size() != 2) {
         throw std::runtime_error("distance expects exactly 2 arguments");
     }
-    const double difference = arguments[0].asFloat() - arguments[1].asFloat();  // throws for what is no number
+    const double difference = arguments[0].asFloat() - arguments[1].asFloat();  // throws if either is not a number
     return difference < 0 ? -difference : difference;
 }
 
 void bindAndRun(RubyVM& vm) {
     vm.bindFunction("distance", distance);
-    // A callable with state is as good; the counter lives as long as the binding.
+    // A callable may have state; the counter lives as long as the binding.
     vm.bindFunction("next_id", [id = std::int64_t{0}](RubyVM&, RubyArguments) mutable { return RubyValue(++id); });
 
-    // Plain C++ values turn into script values. Arrays and maps are shared, not copied, from here on.
+    // Plain C++ values become script values. From here on, arrays and maps are shared, not copied.
     vm.setGlobal("player", "Ada");
     vm.setGlobal("scores", RubyArray{3, 5, 8});
 
@@ -42,8 +42,8 @@ void bindAndRun(RubyVM& vm) {
         player + " #" + next_id() + ": " + distance(total, 20)
     )",
                                                  "totals");
-    // The result is the value of the last expression statement. A script may make anything of it, and of its globals:
-    // the accessors throw for a value of another kind, and toString for an array that contains itself.
+    // The result is the value of the last expression statement. A script can give it and its globals values of any
+    // kind: the accessors throw for the wrong kind, and toString throws for an array that contains itself.
     std::cout << "result: " << (result.ok ? result.value.asString() : result.error) << '\n';
 
     RubyValue total;
@@ -56,7 +56,7 @@ void bindAndRun(RubyVM& vm) {
     }
 }
 
-// A script can be compiled once and run many times, also by another VM or another process: an image is just bytes.
+// A script can be compiled once and run many times, also by another VM or in another process: an image is only bytes.
 void runImage(RubyVM& vm) {
     const RubyBytecode image = vm.compileScript("next_id() * 10", "image");
     for (const char* run : {"first", "second"}) {
@@ -65,13 +65,13 @@ void runImage(RubyVM& vm) {
     }
 }
 
-// Nothing that a script does wrong escapes as an exception from the run operations.
+// No script error escapes from the run operations as an exception.
 void handleFailures(RubyVM& vm) {
     for (const char* source : {"1 +", "missing(1)", "distance(1)", "error(\"enough\")"}) {
         const RubyResult result = vm.runScriptString(source, "failing");
         std::cout << (result.ok ? "unexpected success" : "failure: " + result.error) << '\n';
     }
-    // Only compileScript throws, since it has no result to report in.
+    // Only compileScript throws, since it has no result in which to report an error.
     try {
         const RubyBytecode image = vm.compileScript("while true", "failing");
         std::cout << "unexpected image of " << image.bytes.size() << " bytes\n";

@@ -1,9 +1,9 @@
-# The first script: text, a value computed on the way, a function and a loop.
+# The first script: strings, a computed value, a function and a loop.
 # Run it with:  morveltesk examples/hello.rb
 
 puts("Hello, world!")
 
-# Variables need no declaration. "+" joins text as soon as one side is a string.
+# Variables need no declaration. "+" concatenates if either side is a string.
 name = "reader"
 puts("Hello, " + name + "!")
 
@@ -14,7 +14,7 @@ end
 
 puts(greet("there", 2))
 
-# while is the only loop; the counter is ours to keep.
+# while is the only loop, so we keep the counter ourselves.
 count = 3
 while count > 0
   puts("counting down:", count)

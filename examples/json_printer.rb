@@ -1,6 +1,6 @@
 # Prints nested arrays and maps in the style of JSON, with and without line breaks.
 
-# Puts a text in quotes; quotes, backslashes and line feeds inside are escaped.
+# Puts a string in quotes, and escapes quotes, backslashes and line feeds inside it.
 def quote(text)
   text = string_gsub(text, "\\", "\\\\")
   text = string_gsub(text, "\"", "\\\"")
@@ -8,7 +8,7 @@ def quote(text)
   return "\"" + text + "\""
 end
 
-# The compact form. The function calls itself for what is inside.
+# The compact form. The function calls itself for nested values.
 def compact(value)
   kind = type_of(value)
   if kind == "string"
@@ -23,7 +23,7 @@ def compact(value)
     return "[" + array_join(parts, ",") + "]"
   elsif kind == "map"
     parts = []
-    # keys gives the keys in sorted order, so the output is always the same.
+    # keys sorts the keys, so the output is always the same.
     names = keys(value)
     i = 0
     while i < len(names)
@@ -40,7 +40,7 @@ def compact(value)
   return to_s(value)
 end
 
-# The readable form: one element a line, indented by its depth.
+# The readable form: one element on each line, indented by its depth.
 def pretty(value, depth)
   kind = type_of(value)
   if (kind != "array" and kind != "map") or compact(value) == "[]" or compact(value) == "{}"
@@ -66,7 +66,7 @@ def pretty(value, depth)
   return "[" + body + "]"
 end
 
-# There is no literal for maps; they are filled entry by entry.
+# There are no map literals; maps are filled entry by entry.
 author = map_new()
 author["name"] = "Ada \"Countess\" Lovelace"
 author["born"] = 1815

@@ -1,21 +1,21 @@
-# Conway's game of life on a board whose edges meet: a glider crosses a corner.
+# Conway's game of life on a board that wraps around: a glider crosses a corner.
 
 width = 16
 height = 8
 
-# A board is an array of rows, a row an array of true and false.
+# A board is an array of rows, and a row is an array of booleans.
 def empty_board
   board = []
   y = 0
   while y < height
-    # A fresh row each time: array_new with an array as fill value would share it.
+    # Make a new row each time: array_new with an array as its fill value would share it.
     array_push(board, array_new(width, false))
     y = y + 1
   end
   return board
 end
 
-# Only one level of indexing can be assigned to, hence the variable for the row.
+# An assignment can use only one index, hence the variable for the row.
 def set_alive(board, y, x)
   row = board[y % height]
   row[x % width] = true
@@ -80,14 +80,14 @@ end
 
 board = empty_board()
 
-# A glider, which moves one place down and right every four generations ...
+# A glider, which moves one cell down and right every four generations ...
 set_alive(board, 4, 12)
 set_alive(board, 5, 13)
 set_alive(board, 6, 11)
 set_alive(board, 6, 12)
 set_alive(board, 6, 13)
 
-# ... and a blinker, which turns on the spot.
+# ... and a blinker, which turns in place.
 set_alive(board, 2, 3)
 set_alive(board, 2, 4)
 set_alive(board, 2, 5)

@@ -1,4 +1,4 @@
-# Matrices as arrays of rows: sum, product, transpose, power, determinant, equation systems.
+# Matrices as arrays of rows: sum, product, transpose, power, determinant, systems of equations.
 
 def matrix_text(matrix)
   lines = []
@@ -22,7 +22,7 @@ def identity(size)
   matrix = zero_matrix(size, size)
   i = 0
   while i < size
-    # matrix[i][i] = 1 is not possible: only one index can be assigned to.
+    # matrix[i][i] = 1 is not possible: an assignment can use only one index.
     row = matrix[i]
     row[i] = 1
     i = i + 1
@@ -80,7 +80,7 @@ def power(a, n)
   return result
 end
 
-# Solves a * x = b by elimination. Works on copies: the rows are replaced one by one.
+# Solves a * x = b by elimination, on copies whose rows are replaced one by one.
 def solve(a, b)
   n = len(a)
   rows = []
@@ -91,7 +91,7 @@ def solve(a, b)
   end
   column = 0
   while column < n
-    # The largest pivot keeps the rounding errors small.
+    # Choosing the largest pivot keeps rounding errors small.
     best = column
     i = column + 1
     while i < n
@@ -136,7 +136,7 @@ puts("a transposed:")
 puts(matrix_text(transpose(a)))
 puts("wrong shapes:", pcall(multiply, a, a)[2])
 
-# Powers of this matrix hold the Fibonacci numbers.
+# The powers of this matrix contain the Fibonacci numbers.
 puts("Fibonacci 80 to 82:")
 puts(matrix_text(power([[1, 1], [1, 0]], 81)))
 

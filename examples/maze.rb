@@ -13,13 +13,13 @@ array_push(rows, "### # ####### # # # #")
 array_push(rows, "#             # # #E#")
 array_push(rows, "#####################")
 
-# The place of a letter as [row, column].
+# The position of a letter as [row, column].
 def locate(maze, letter)
   y = 0
   while y < len(maze)
     found = string_find(maze[y], letter)
     if found != nil
-      # Patterns count positions from 1, indices count from 0.
+      # Positions found by patterns start at 1, indices at 0.
       return [y, found[0] - 1]
     end
     y = y + 1
@@ -27,12 +27,12 @@ def locate(maze, letter)
   return nil
 end
 
-# Places serve as map keys in the form "row,column".
+# The map key of a position has the form "row,column".
 def name_of(y, x)
   return y + "," + x
 end
 
-# Walks outwards from the start; came_from remembers the step that first reached a place.
+# Searches outwards from the start; came_from records the step that first reached a position.
 def search(maze, start, goal)
   came_from = map_new()
   came_from[name_of(start[0], start[1])] = start
@@ -82,8 +82,8 @@ else
   puts("steps:", len(path))
   puts("places visited:", len(came_from))
 
-  # Assigning to an index of a string changes one byte. Two levels at once are
-  # not allowed, so a row is taken out, changed, and put back.
+  # Assigning to an index of a string changes one byte. An assignment can use only
+  # one index, so the row is taken out, changed, and put back.
   i = 0
   while i < len(path) - 1
     row = rows[path[i][0]]

@@ -1,4 +1,4 @@
-# Prime numbers with the sieve of Eratosthenes, and what can be done with them.
+# Prime numbers with the sieve of Eratosthenes, and some uses of them.
 
 # sieve[n] is true when n is prime.
 def make_sieve(limit)
@@ -8,7 +8,7 @@ def make_sieve(limit)
   n = 2
   while n * n <= limit
     if sieve[n]
-      # Smaller multiples were struck out by smaller primes.
+      # Smaller primes have already struck out the smaller multiples.
       multiple = n * n
       while multiple <= limit
         sieve[multiple] = false
@@ -63,7 +63,7 @@ while i < len(numbers)
   i = i + 1
 end
 
-# Twins are two apart.
+# Twin primes are two apart.
 twins = []
 i = 1
 while i < len(primes)
@@ -74,7 +74,7 @@ while i < len(primes)
 end
 puts("twins below 200:", array_join(twins, " "))
 
-# The widest gap between neighbours.
+# The widest gap between neighbouring primes.
 gap = 0
 at = 0
 i = 1
@@ -87,10 +87,10 @@ while i < len(primes)
 end
 puts("widest gap:", gap, "after", at)
 
-# Every even number from 4 on seems to be the sum of two primes.
+# Every even number from 4 up seems to be the sum of two primes.
 def two_primes(n, sieve)
   a = 2
-  # There is no statement to leave a loop early, but return does it.
+  # There is no break; return leaves the loop early.
   while a <= n
     if sieve[a] and sieve[n - a]
       return [a, n - a]

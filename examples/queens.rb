@@ -1,7 +1,7 @@
 # The eight queens: in how many ways can n queens stand on an n by n board without
-# attacking one another? A search that takes back what does not work.
+# attacking one another? Solved by backtracking.
 
-# Occupied columns and diagonals, one array each. Arrays are shared, so every call of
+# Occupied columns and diagonals, in one array each. Arrays are shared, so every call of
 # place sees and changes the same ones.
 def new_board(size)
   board = map_new()
@@ -14,7 +14,7 @@ def new_board(size)
   return board
 end
 
-# table_set stores where an assignment cannot reach: into the element of an element.
+# table_set can store into nested containers, which an assignment cannot.
 def mark(board, row, column, value)
   table_set(board["columns"], column, value)
   table_set(board["rising"], row + column, value)

@@ -1,9 +1,9 @@
-# Roman numerals: writing them, reading them, and checking that both agree.
+# Roman numerals: writes them, reads them, and checks that both agree.
 
 values = [1000, 900, 500, 400, 100, 90, 50, 40, 10, 9, 5, 4, 1]
 signs = ["M", "CM", "D", "CD", "C", "XC", "L", "XL", "X", "IX", "V", "IV", "I"]
 
-# From the largest sign to the smallest: take as many as fit.
+# From the largest symbol to the smallest, take as many as fit.
 def to_roman(number)
   if type_of(number) != "integer"
     error("not an integer: " + number)
@@ -23,7 +23,7 @@ def to_roman(number)
   return text
 end
 
-# A sign before a larger one is subtracted, any other is added.
+# A symbol before a larger one is subtracted; any other is added.
 worth = map_new()
 i = 0
 while i < len(values)
@@ -39,7 +39,7 @@ def from_roman(text)
     if this == nil
       error("not a Roman sign: " + text[i])
     end
-    # Beyond the last sign the index gives nil, and table_get the default.
+    # Beyond the last symbol, the index gives nil, and table_get the default.
     next = table_get(worth, text[i + 1], 0)
     if this < next
       number = number - this
@@ -48,7 +48,7 @@ def from_roman(text)
     end
     i = i + 1
   end
-  # Writing the number again shows whether the text was well formed.
+  # Writing the number again shows whether the string was well formed.
   if to_roman(number) != text
     error(text + " should be " + to_roman(number))
   end
@@ -62,7 +62,7 @@ while i < len(numbers)
   i = i + 1
 end
 
-# Every number must survive the way there and back.
+# Every number must survive the round trip.
 wrong = 0
 longest = ""
 n = 1
@@ -79,7 +79,7 @@ end
 puts("wrong:", wrong)
 puts("the longest:", longest, "=", from_roman(longest))
 
-# Failing calls end in pcall with [true, false, message].
+# For a failed call, pcall returns [true, false, message].
 puts(pcall(to_roman, 0)[2])
 puts(pcall(to_roman, 4000)[2])
 puts(pcall(to_roman, 2.5)[2])

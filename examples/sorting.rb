@@ -1,7 +1,7 @@
-# Sorting with an order of one's own: functions are values, so a comparison can be passed along.
+# Sorting in a custom order: functions are values, so a comparison can be an argument.
 # (The built-in table_sort always uses its own order.)
 
-# Merge sort: sorts the halves, then merges them. Equal elements keep their order.
+# Merge sort: sorts both halves, then merges them. Equal elements keep their order.
 def merge_sort(list, before)
   if len(list) < 2
     return list
@@ -21,7 +21,7 @@ def merge_sort(list, before)
       i = i + 1
     end
   end
-  # One of the two rests is empty; "+" joins arrays.
+  # One of the two remainders is empty; "+" concatenates arrays.
   return merged + array_slice(left, i) + array_slice(right, j)
 end
 
@@ -71,7 +71,7 @@ def by_length(a, b)
   return len(a) < len(b)
 end
 
-# By the second field, and by the first where the second is equal.
+# By the second field, and by the first if the second fields are equal.
 def by_score_then_name(a, b)
   if a[1] == b[1]
     return a[0] < b[0]

@@ -1,8 +1,8 @@
-# A toy computer: an assembler that turns text into instructions, and a machine that runs them.
+# A toy computer: an assembler that translates text into instructions, and a machine that runs them.
 # The machine has a stack of numbers, named variables and jumps.
 
-# One instruction a line: an operation and perhaps an operand. ";" begins a remark,
-# a word with ":" at its end is a label. The result is an array of [operation, operand].
+# Each line holds one instruction: an operation and an optional operand. ";" begins a comment,
+# and a word that ends with ":" is a label. The result is an array of [operation, operand].
 def assemble(source)
   lines = string_split(source, "\n")
   code = []
@@ -14,7 +14,7 @@ def assemble(source)
       labels[string_sub(text, 1, -2)] = len(code)
     elsif text != ""
       parts = string_split(text, " ", 2)
-      # An index beyond the end of an array gives nil: no operand.
+      # Indexing beyond the end of the array gives nil, for no operand.
       array_push(code, [parts[0], parts[1]])
     end
     i = i + 1
@@ -34,7 +34,7 @@ def assemble(source)
   return code
 end
 
-# What the operations with two operands do.
+# The binary operations.
 def plus(a, b)
   return a + b
 end

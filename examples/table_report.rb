@@ -1,17 +1,17 @@
-# Lays out a table in columns: text to the left, numbers to the right, money with two decimals.
+# Formats a table: text aligned left, numbers aligned right, money with two decimals.
 
-# Pads a text on the right.
+# Pads a string on the right.
 def left(text, width)
   return text + string_rep(" ", width - len(text))
 end
 
-# Pads a text on the left.
+# Pads a string on the left.
 def right(text, width)
   return string_rep(" ", width - len(text)) + text
 end
 
 # An amount in cents as text: 1234567 is "12,345.67".
-# "/" always gives a float, so whole parts are taken with math_floor.
+# "/" always gives a float, so math_floor takes the whole part.
 def money(cents)
   digits = to_s(math_floor(cents / 100))
   grouped = ""
@@ -28,7 +28,7 @@ def row(name, amount, price, total)
   return left(name, 16) + right(to_s(amount), 6) + right(price, 12) + right(total, 14)
 end
 
-# The goods: name, number of pieces, price of one in cents.
+# The goods: name, quantity, unit price in cents.
 goods = []
 array_push(goods, ["Paper, A4", 120, 399])
 array_push(goods, ["Pencils", 1000, 45])
@@ -57,7 +57,7 @@ puts(row("Sum", pieces, "", money(sum)))
 puts()
 puts("Dearest articles first:")
 
-# A selection sort by total; rows are swapped as whole arrays.
+# A selection sort by total, which swaps whole rows.
 def sort_by_total(rows)
   i = 0
   while i < len(rows)

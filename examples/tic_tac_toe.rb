@@ -1,10 +1,10 @@
 # Tic-tac-toe against a perfect opponent: the minimax search looks at every possible game.
-# Two perfect players always draw; a player who overlooks something loses.
+# Two perfect players always draw; a player who makes a mistake loses.
 
 lines = [[0, 1, 2], [3, 4, 5], [6, 7, 8], [0, 3, 6], [1, 4, 7], [2, 5, 8], [0, 4, 8], [2, 4, 6]]
 
-# The board is a string of nine characters: "X", "O" or "." for a free field.
-# Strings are values: a function can change its copy without harm to the caller's.
+# The board is a string of nine characters: "X", "O" or "." for an empty square.
+# Strings are values: a function can change its copy without affecting the caller's.
 def winner(board)
   i = 0
   while i < 8
@@ -28,10 +28,10 @@ def other(player)
   return "X"
 end
 
-# Results that were found before, so that no position is searched twice.
+# Known results, so that no position is searched twice.
 known = map_new()
 
-# 1 when the player to move wins, -1 when he loses, 0 for a draw.
+# 1 if the player to move wins, -1 if that player loses, 0 for a draw.
 def value(board, player)
   position = board + player
   if table_has_key(known, position)
@@ -39,7 +39,7 @@ def value(board, player)
   end
   best = 0
   if winner(board) != nil
-    # Only the other one can have won: his move was the last.
+    # Only the opponent can have won, having made the last move.
     best = -1
   elsif not full?(board)
     best = -2
@@ -85,7 +85,7 @@ def draw(board)
   end
 end
 
-# Plays a game. X follows the given moves as long as they last, then plays perfectly too.
+# Plays a game. X follows the given moves while they last, then plays perfectly too.
 def play(title, given)
   puts(title)
   board = "........."
