@@ -1,5 +1,4 @@
-// What the types become that are no plain number, text or container themselves: enumerations, and classes that convert
-// to one.
+// How enumerations, and objects of classes that convert to a number, a string or a container, become values.
 #pragma once
 
 #include <concepts>
@@ -17,8 +16,7 @@ class RubyValue;
 
 namespace internal {
 
-/// Floating-point types and what else the compiler counts among the numbers, such as __int128 where that is not
-/// std::integral.
+/// Floating-point types, and other number types that are not std::integral, as __int128 may be.
 template <typename T>
 concept FloatingNumber = std::is_convertible_v<T, double> && !std::integral<T> && !std::is_enum_v<T> &&
                          !std::is_class_v<T> && !std::is_union_v<T>;
@@ -32,13 +30,13 @@ struct Conversion {
     static T pick(T value) { return value; }
 };
 
-/// Overloads of pick for all these types. An object of a class chooses the one that its conversion function gives.
+/// Overloads of pick for all these types. For an object of a class, its conversion function decides which is called.
 template <typename... T>
 struct Conversions : Conversion<T>... {
     using Conversion<T>::pick...;
 };
 
-/// Everything that a value is made of; containers are taken by reference.
+/// The types that a value can be made from; containers by reference.
 template <template <typename...> typename Receiver>
 using WithValueTypes =
     Receiver<bool, char, signed char, unsigned char, wchar_t, char8_t, char16_t, char32_t, short, unsigned short, int,
@@ -48,7 +46,7 @@ using WithValueTypes =
 
 using ValueConversions = WithValueTypes<Conversions>;
 
-/// What an object converts to, if that is one thing.
+/// The type that an object converts to, if there is only one.
 template <typename T>
 using Converted = decltype(ValueConversions::pick(std::declval<T>()));
 
@@ -57,12 +55,12 @@ concept ConvertsToRubyValue = requires(T&& object) {
     std::forward<T>(object).operator RubyValue();
 };
 
-/// Objects of classes that do not say by themselves how they become a RubyValue.
+/// Objects of classes without a conversion to RubyValue of their own.
 template <typename T, typename Class = std::remove_cvref_t<T>>
 concept Object =
     !std::same_as<Class, RubyValue> && (std::is_class_v<Class> || std::is_union_v<Class>)&&!ConvertsToRubyValue<T>;
 
-/// Pointers convert to bool too, but not between braces; neither do numbers.
+/// Types that convert to bool without narrowing; pointers and numbers do not.
 template <typename T>
 concept Flag = requires(T&& object) {
     bool{std::forward<T>(object)};
@@ -79,17 +77,17 @@ struct ConvertsToAny {
     struct Of : std::bool_constant<(std::is_convertible_v<T, Type> || ...)> {};
 };
 
-/// Objects that convert to one kind of number or text.
+/// Objects that convert to one kind of number or string.
 template <typename T>
 concept NumberOrTextObject = Object<T> && ConvertsToOne<T> && !std::is_reference_v<Converted<T>> &&
                              (!std::same_as<Converted<T>, bool> || Flag<T>);
 
-/// Objects that convert to one kind of container, other than those that are one themselves.
+/// Objects that convert to one kind of container but are not such a container themselves.
 template <typename T>
 concept ContainerObject = Object<T> && ConvertsToOne<T> && std::is_reference_v<Converted<T>> &&
     !std::is_base_of_v<std::remove_cvref_t<Converted<T>>, std::remove_cvref_t<T>>;
 
-/// Objects that convert to several of these, so that it is open which of them is meant.
+/// Objects that convert to several of these, which makes the choice ambiguous.
 template <typename T>
 concept AmbiguousObject = Object<T> && !ConvertsToOne<T> && WithValueTypes<ConvertsToAny<T>::template Of>::value;
 

@@ -7,7 +7,7 @@
 
 namespace morvel::ruby {
 
-/// A script error: the standard runtime-error exception with its finished message.
+/// A script error: a std::runtime_error with the complete message.
 ///
 /// Host functions may throw it (or any other standard exception) to raise an error in the calling script. Unlike
 /// what(), message() keeps NUL bytes.

@@ -1,4 +1,4 @@
-// Host functions, their argument lists, and what a function value points at.
+// Host functions, their argument lists, and the handles behind function values.
 #pragma once
 
 #include <cstddef>
@@ -18,20 +18,20 @@ namespace internal {
 struct FunctionInternals;
 struct Program;
 
-/// Of a function that the runtime knows nothing about.
+/// The internals of a function that the runtime knows nothing about.
 extern const FunctionInternals kNoInternals;
 
-/// Nil.
+/// Nil, in place of an argument that a call does not have.
 extern const RubyValue kMissingArgument;
 
 /// Throws RubyError "missing argument N", where N is the 0-based index plus one.
 [[noreturn]] void failMissingArgument(std::size_t index);
 }  // namespace internal
 
-/// Read-only, non-owning view of a call's arguments, valid during the call. A host that calls a function by itself
-/// must not view the elements of an array that the function changes.
+/// Read-only, non-owning view of a call's arguments, valid during the call. A host that calls a function itself must
+/// not pass a view of an array whose elements the function changes.
 ///
-/// It converts to a vector of copies, so that a host function may also take `const std::vector<RubyValue>&`.
+/// It converts to a vector of copies, so a host function may also take `const std::vector<RubyValue>&`.
 class RubyArguments {
 public:
     RubyArguments() = default;
@@ -62,18 +62,18 @@ private:
     std::size_t m_count = 0;
 };
 
-/// A host function: receives the VM that runs the script and the arguments, returns the call's result. It may throw
+/// A host function: receives the VM that runs the script and the arguments, and returns the call's result. It may throw
 /// any standard exception to raise a script error with that exception's text, and may run scripts on the same VM.
 using RubyHostFunction = std::function<RubyValue(RubyVM&, RubyArguments)>;
 
-/// A host function without state, called directly.
+/// A host function without state, called without a std::function in between.
 using RubyNativeFunction = RubyValue (*)(RubyVM&, RubyArguments);
 
-/// What a function value points at. Two function values are equal when they share one handle. A handle is not changed
-/// any more once a value holds it.
+/// The object behind a function value. Two function values are equal when they share a handle. Once a value holds a
+/// handle, the handle no longer changes.
 struct RubyFunctionHandle : internal::Box {
     enum class Kind : std::uint8_t { Script = 0, Host = 1, Empty = 2 };
-    /// Host functions that the interpreter carries out itself, recognised by the name they were bound under.
+    /// Host functions that the interpreter executes itself, recognised by the name that they were bound under.
     enum class Intrinsic : std::uint8_t { None = 0, Error = 1, Pcall = 2, TableSet = 3 };
 
     RubyFunctionHandle() = default;
@@ -89,7 +89,7 @@ struct RubyFunctionHandle : internal::Box {
     std::shared_ptr<internal::Program> program;
     /// The callback; empty for script functions.
     RubyHostFunction hostFunction;
-    /// The callback's plain function, when it is one; lets calls skip the callable wrapper.
+    /// The callback as a plain function pointer, when it is one; calls then skip the std::function.
     RubyNativeFunction nativeFunction = nullptr;
     /// The name under which the function was defined or bound.
     std::string name;

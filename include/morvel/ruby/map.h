@@ -30,22 +30,23 @@ class MapPlace;
 ///
 /// Overwriting an entry keeps its place; erasing it and storing it again moves it to the end. Look-ups take a
 /// std::string_view and allocate nothing. Hashing is seeded at random once per process (SipHash-1-3, Aumasson and
-/// Bernstein), so that chosen keys cannot make it slow. Look-up, insertion and erasing take constant expected time,
-/// insertion amortised, in whatever pattern they follow each other; so does a step of an iterator.
+/// Bernstein), so that chosen keys cannot make it slow. Look-up, insertion (amortised) and erasure take constant
+/// expected time in any sequence of operations; so does advancing an iterator.
 ///
 /// The interface is that of std::unordered_map<std::string, RubyValue>, with these differences: iteration is in
-/// insertion order; iterators are input iterators, which hold the pair that they give (see Pair); keys are given as
-/// std::string_view; insert_or_assign gives a pair that also converts to bool; erase_if is found by argument-dependent
-/// lookup only, without std::; and there are no buckets, hash policy, allocators, node handles, merge or equal_range.
+/// insertion order; iterators are input iterators, which hold the pair that they yield (see Pair); keys are passed as
+/// std::string_view; insert_or_assign returns a pair that also converts to bool; erase_if is found by
+/// argument-dependent lookup only, not as std::erase_if; and there are no buckets, hash policy, allocators, node
+/// handles, merge or equal_range.
 ///
 /// A reference to a stored value stays valid until its entry is erased or the map is cleared, assigned to or destroyed.
-/// Storing other keys, moving the map and swapping it leave it valid: `m["b"] = m["a"]` is safe. Two things move the
-/// values: shrink_to_fit(), and a script that stores a new key in a map of which more than seven eighths are erased,
-/// which gives the memory back. The same goes for iterators, but moving or swapping the map invalidates them. An
-/// iterator whose entry is erased may still be advanced until a key is stored. Entries that are stored during an
-/// iteration come last in it.
+/// Storing other keys, moving the map and swapping it keep the reference valid: `m["b"] = m["a"]` is safe. Only two
+/// things move the values: shrink_to_fit(), and a script that stores a new key in a map with more than seven eighths of
+/// its entries erased, which frees their memory. The same rules hold for iterators, except that moving or swapping the
+/// map invalidates them. An iterator whose entry is erased may still be advanced until a key is stored. An iteration
+/// reaches entries stored during it last.
 ///
-/// A key that is the decimal text of an integer is kept as that integer; this is invisible except in speed.
+/// A key that spells an integer in decimal is stored as that integer; this is invisible except in speed.
 class RubyMap {
 public:
     using key_type = std::string;
@@ -54,9 +55,9 @@ public:
     using size_type = std::size_t;
     using difference_type = std::ptrdiff_t;
 
-    /// What iteration yields: a copy of the key text and the stored value itself. It lives in the iterator, until that
-    /// is advanced, assigned to or destroyed. A copy of it has a text of its own, and so has what an iterator without a
-    /// name gives: `const auto& [key, value] = *map.find("x")`.
+    /// The pair that iteration yields: a copy of the key and a reference to the stored value. It lives in the iterator
+    /// until the iterator is advanced, assigned to or destroyed. A copy of the pair has its own copy of the key, and so
+    /// does the pair of a temporary iterator: `const auto& [key, value] = *map.find("x")` is safe.
     template <typename Value>
     struct Pair {
         std::string first;
@@ -80,7 +81,7 @@ public:
 
         BasicIterator() = default;
         BasicIterator(const BasicIterator& other) noexcept : m_map(other.m_map), m_position(other.m_position) {}
-        /// A read-only iterator from one that allows changes.
+        /// Makes a const_iterator from an iterator.
         template <typename OtherMap, typename OtherValue>
         requires(std::same_as<const OtherMap, Map>) BasicIterator(const BasicIterator<OtherMap, OtherValue>& other)
         noexcept : m_map(other.m_map), m_position(other.m_position) {}
@@ -96,7 +97,7 @@ public:
 
         reference operator*() const& {
             if (!m_isCurrent) {
-                // The text of the entry before lends its memory.
+                // Reuses the memory of the previous key.
                 std::string text = m_pair ? std::move(m_pair->first) : std::string();
                 Entry& entry = m_map->entryAt(m_position);
                 assignKeyText(text, entry.key);
@@ -105,7 +106,7 @@ public:
             }
             return *m_pair;
         }
-        /// A temporary iterator is gone before its pair is used.
+        /// Returns the pair by value, since a temporary iterator is gone before its pair is used.
         value_type operator*() const&& {
             const BasicIterator& self = *this;
             reference pair = *self;
@@ -136,7 +137,7 @@ public:
 
         Map* m_map = nullptr;
         std::uint32_t m_position = 0;
-        /// True when the pair is that of the current position.
+        /// True when m_pair belongs to the current position.
         mutable bool m_isCurrent = false;
         mutable std::optional<Pair<Value>> m_pair;
     };
@@ -148,16 +149,16 @@ public:
     struct Assignment;
 
     RubyMap() noexcept = default;
-    /// Holds the entries in the order given; of those with equal keys the first.
+    /// Stores the entries in the order given; of those with equal keys, the first.
     RubyMap(std::initializer_list<value_type> entries) : RubyMap() { insert(entries); }
-    /// Holds the pairs of a range in its order; of those with equal keys the first.
+    /// Stores the pairs of a range in its order; of those with equal keys, the first.
     template <std::input_iterator Iterator>
     requires(std::constructible_from<value_type, std::iter_reference_t<Iterator>>)
         RubyMap(Iterator first, Iterator last)
         : RubyMap() {
         insert(std::move(first), std::move(last));
     }
-    /// Holds copies of the entries, in the iteration order of the argument.
+    /// Stores copies of the entries, in the iteration order of the argument.
     explicit RubyMap(const std::unordered_map<std::string, RubyValue>& entries);
     RubyMap(const RubyMap& other);
     RubyMap(RubyMap&& other) noexcept;
@@ -171,13 +172,13 @@ public:
     [[nodiscard]] std::size_t size() const noexcept { return m_size; }
     [[nodiscard]] bool empty() const noexcept { return m_size == 0; }
     [[nodiscard]] static std::size_t max_size() noexcept { return kMostEntries; }
-    /// Erases all entries and gives their memory back.
+    /// Erases all entries and frees their memory.
     void clear() noexcept;
     void swap(RubyMap& other) noexcept;
     friend void swap(RubyMap& left, RubyMap& right) noexcept { left.swap(right); }
-    /// Makes room for `count` entries in all. Throws std::bad_alloc when there is no memory for them.
+    /// Makes room for `count` entries in total. Throws std::bad_alloc when there is no memory for them.
     void reserve(std::size_t count);
-    /// Gives back the memory of erased entries, moving the others. Throws std::bad_alloc, with the map as it was, when
+    /// Frees the memory of erased entries by moving the others. Throws std::bad_alloc, leaving the map as it was, when
     /// there is no memory to move them to.
     void shrink_to_fit();
 
@@ -200,19 +201,19 @@ public:
     /// The value stored under `key`; stores nil first when there is none.
     RubyValue& operator[](std::string_view key);
 
-    /// Stores a pair of key and value unless the key is there; gives its entry and whether it is new.
+    /// Stores a key and its value unless the key is present; returns the key's entry and whether it is new.
     template <typename Entry>
     requires(std::constructible_from<value_type, Entry&&>) std::pair<iterator, bool> insert(Entry&& entry) {
         return emplace(std::forward<Entry>(entry));
     }
     std::pair<iterator, bool> insert(value_type&& entry) { return try_emplace(entry.first, std::move(entry.second)); }
-    /// The same; the hint is not needed.
+    /// The same; the hint is ignored.
     template <typename Entry>
     requires(std::constructible_from<value_type, Entry&&>) iterator insert(const const_iterator&, Entry&& entry) {
         return emplace(std::forward<Entry>(entry)).first;
     }
     iterator insert(const const_iterator&, value_type&& entry) { return insert(std::move(entry)).first; }
-    /// Stores the pairs of a range whose keys are not there.
+    /// Stores the pairs of a range whose keys are not present yet.
     template <std::input_iterator Iterator>
     requires(std::constructible_from<value_type, std::iter_reference_t<Iterator>>) void insert(Iterator first,
                                                                                                Iterator last) {
@@ -221,7 +222,7 @@ public:
         }
     }
     void insert(std::initializer_list<value_type> entries) { insert(entries.begin(), entries.end()); }
-    /// Stores a pair made from the arguments unless its key is there.
+    /// Stores a pair made from the arguments unless its key is present.
     template <typename... Arguments>
     std::pair<iterator, bool> emplace(Arguments&&... arguments) {
         return insert(value_type(std::forward<Arguments>(arguments)...));
@@ -230,23 +231,23 @@ public:
     iterator emplace_hint(const const_iterator&, Arguments&&... arguments) {
         return emplace(std::forward<Arguments>(arguments)...).first;
     }
-    /// Stores a value made from the arguments under `key`; makes none and leaves the arguments alone when it is there.
+    /// Stores a value made from the arguments under `key`, or leaves the arguments untouched when the key is present.
     template <typename... Arguments>
     std::pair<iterator, bool> try_emplace(std::string_view key, Arguments&&... arguments);
     template <typename... Arguments>
     iterator try_emplace(const const_iterator&, std::string_view key, Arguments&&... arguments) {
         return try_emplace(key, std::forward<Arguments>(arguments)...).first;
     }
-    /// Stores `value` under `key`; gives its entry and whether the key is new.
+    /// Stores `value` under `key`; returns the key's entry and whether it is new.
     Assignment insert_or_assign(std::string_view key, RubyValue value);
     iterator insert_or_assign(const const_iterator&, std::string_view key, RubyValue value);
 
-    /// Removes the entry of `key`; the number of entries removed, 0 or 1.
+    /// Removes the entry of `key`; returns the number of entries removed, 0 or 1.
     std::size_t erase(std::string_view key);
-    /// Removes the entry that an iterator stands at; gives the entry behind it.
+    /// Removes the entry at `position`; returns an iterator to the next one.
     iterator erase(const const_iterator& position);
     iterator erase(const_iterator first, const const_iterator& last);
-    /// Removes the entries for whose pairs `predicate` is true; the number of entries removed.
+    /// Removes the entries whose pairs satisfy `predicate`; returns the number of entries removed.
     template <typename Predicate>
     friend std::size_t erase_if(RubyMap& map, Predicate predicate) {
         const std::size_t before = map.size();
@@ -256,21 +257,21 @@ public:
         return before - map.size();
     }
 
-    /// True when both have the same keys with values that are equal in the language, in any order. Throws RubyError
-    /// "stack overflow" for nests too deep for the native stack.
+    /// True when both have the same keys, in any order, with values that the language calls equal. Throws RubyError
+    /// "stack overflow" when they nest too deeply for the native stack.
     friend bool operator==(const RubyMap& left, const RubyMap& right);
 
-    /// Pointer to the value stored under a key given as a value of kind string or integer, or null. A string value's
-    /// hash is computed once and kept with it.
+    /// Pointer to the value stored under `key`, a string or an integer, or null. The hash of a string is computed once
+    /// and kept with it.
     [[nodiscard]] RubyValue* findValue(const RubyValue& key);
-    /// The value stored under a key given as a value of kind string or integer; stores nil first when there is none.
-    /// The string is shared, not copied. This is how scripts store: when more than seven eighths of a large map are
-    /// erased, a new key makes it give their memory back, and the other values move.
+    /// The value stored under `key`, a string or an integer; stores nil first when there is none. The string is shared,
+    /// not copied. Scripts store through this function: in a large map with more than seven eighths of its entries
+    /// erased, a new key frees their memory and moves the other values.
     RubyValue& findOrInsert(const RubyValue& key);
-    /// Removes the entry of a key given as a value of kind string or integer; its value, or nothing.
+    /// Removes the entry of `key`, a string or an integer; returns its value, if there was one.
     std::optional<RubyValue> take(const RubyValue& key);
-    /// The same as findValue for a key that is a string. Mostly a key is looked up through the very string it was
-    /// stored with: in a small map comparing addresses answers that without looking at a byte.
+    /// The same as findValue for a string key. Usually this is the very string object that the entry was stored with;
+    /// a small map then finds it by comparing addresses, without reading a byte.
     [[nodiscard]] RubyValue* findText(internal::StringBox* box) noexcept {
         if (m_slots == nullptr) {
             const auto word = reinterpret_cast<std::uintptr_t>(box);
@@ -281,9 +282,9 @@ public:
         }
         return valueOf(findTextEntry(box));
     }
-    /// The same for a key that is an integer.
+    /// The same as findValue for an integer key.
     [[nodiscard]] RubyValue* findInteger(std::int64_t number) noexcept { return valueOf(findIntegerEntry(number)); }
-    /// The keys in insertion order, as string values that share their text with the map where they can.
+    /// The keys in insertion order, as string values that share their memory with the map where they can.
     [[nodiscard]] RubyArray keyValues() const;
     /// The stored values in insertion order.
     [[nodiscard]] RubyArray entryValues() const;
@@ -297,19 +298,19 @@ private:
     static constexpr Key kErased = 0;
     static constexpr unsigned kKeyBits = 64;
 
-    /// Where an entry is, for as long as it lives. The first positions are not used: so the highest bit of a position
-    /// numbers the segment that it is in.
+    /// The place of an entry, the same throughout its life. The first positions are unused, so that the highest bit of
+    /// a position determines its segment.
     using Position = std::uint32_t;
     static constexpr Position kNone = 0;
     static constexpr Position kFirst = 4;
-    /// Positions must leave slots some bits for the hash.
+    /// A slot needs some bits for the hash beside the position.
     static constexpr std::size_t kMostEntries = std::size_t{1} << 30;
 
     struct Entry {
         Key key = kErased;
         RubyValue value;
-        /// In insertion order. An erased entry keeps what came after it, for iterators that are still there; in place
-        /// of what came before it is the position that was erased before it.
+        /// The neighbours in insertion order. An erased entry keeps its `next`, for iterators that still refer to it;
+        /// its `previous` becomes a link of the free list: the position that was erased before it.
         Position next = kNone;
         Position previous = kNone;
     };
@@ -320,7 +321,7 @@ private:
     using Segment = std::unique_ptr<Entry, FreeSegment>;
     struct NumberedSegment {
         Segment entries;
-        /// Where position 0 would be.
+        /// The address at which position 0 would be.
         std::uintptr_t origin = 0;
 
         void hold(Segment segment, Position first) noexcept {
@@ -352,7 +353,7 @@ private:
     [[nodiscard]] Position positionOf(const Entry& entry) const noexcept {
         return entry.previous == kNone ? m_head : entryAt(entry.previous).next;
     }
-    /// The next position in insertion order, also from one that was erased since the last key was stored.
+    /// The next position in insertion order. `position` may be erased, provided that no key was stored since.
     [[nodiscard]] Position positionAfter(Position position) const noexcept {
         if (m_size == 0) {
             return kNone;
@@ -370,7 +371,7 @@ private:
             if (entries == nullptr) {
                 break;
             }
-            // All four of them are there, used or erased; a map with more than eight has an index.
+            // All four keys are initialised, even those of unused entries; a map of more than eight has an index.
             if (matches(entries[0].key)) {
                 return entries;
             }
@@ -395,13 +396,13 @@ private:
 
     static RubyValue* valueOf(Entry* entry) noexcept { return entry == nullptr ? nullptr : &entry->value; }
 
-    // The finders give the entry of a key, or null. The first two are those of scripts; the third takes any key.
+    // These return the entry of a key, or null. Scripts use the first two; the third takes any key.
     [[nodiscard]] Entry* findTextEntry(internal::StringBox* box) const noexcept;
     [[nodiscard]] Entry* findIntegerEntry(std::int64_t number) const noexcept;
     [[nodiscard]] Entry* findEntry(const Probe& probe) const noexcept;
     [[nodiscard]] Entry* findEqualText(internal::StringBox* box) const noexcept;
     [[nodiscard]] Entry* findHashedInteger(std::int64_t number) const noexcept;
-    /// The position of the key word that has this hash and `matches`, by the index of a map that is not numbered.
+    /// The position of the key word with this hash that `matches`, from the index of a map that is not numbered.
     template <typename Matches>
     [[nodiscard]] Position findHashed(std::uint32_t hash, Matches matches) const noexcept;
 
@@ -411,7 +412,7 @@ private:
     }
 
     [[nodiscard]] std::size_t slotCount() const noexcept { return m_slots == nullptr ? 0 : std::size_t{m_mask} + 1; }
-    // Of a map that is not numbered.
+    // For maps that are not numbered.
     void enterSlot(Key key, Position position) noexcept;
     void leaveSlot(Key key, Position position) noexcept;
 
@@ -420,10 +421,10 @@ private:
     void rebuildIndex(std::size_t slots);
 
     Entry& append(const Probe& probe);
-    /// Appends an entry under a key that is not there and takes over the key's reference. There must be room.
+    /// Appends an entry under a new key and takes over the key's reference. There must be room.
     Entry& link(Key key) noexcept;
     void makeRoom();
-    /// Gives back the memory of erased entries where there is memory to move the others to.
+    /// Frees the memory of erased entries if there is memory to move the others to.
     void giveBackRoom() noexcept;
     void addSegment(std::size_t segment);
     [[nodiscard]] RubyValue unlink(Entry& entry) noexcept;
@@ -433,30 +434,30 @@ private:
     std::array<Segment, 2> m_few;
     /// The segments of a map with an index: as many as its slots can point into.
     std::unique_ptr<NumberedSegment[]> m_table;
-    /// The index, null while the map is small enough to scan. Open addressing in groups of slots: the position in the
-    /// low bits, as many as the size of the table needs, and in the bits above them those of the key's hash, so that
-    /// most other keys are told apart without a look at their entries. A group is filled from its first slot on; 0 is a
-    /// free slot, 1 a slot of a full group that was given up: the search for a key goes on past full groups, so they
-    /// stay full until all slots are entered anew. In a numbered map, a slot holds just the position of the one key
-    /// that it belongs to.
+    /// The index, null while the map is small enough to scan. It uses open addressing in groups of slots. The low bits
+    /// of a slot hold a position, as many as the size of the table needs; the bits above hold those of the key's hash,
+    /// which rule out most other keys without reading their entries. A group is filled from its first slot on; 0 is a
+    /// free slot, 1 a slot of a full group that was given up: the search for a key continues past full groups, so they
+    /// stay full until all slots are entered anew. In a numbered map, a slot holds only the position of the one key
+    /// that belongs there.
     std::unique_ptr<std::uint32_t[]> m_slots;
     /// The number of slots less 1.
     std::uint32_t m_mask = 0;
     std::uint32_t m_size = 0;
-    /// The highest position that was ever used.
+    /// The highest position ever used.
     Position m_last = kFirst - 1;
     Position m_head = kNone;
     Position m_tail = kNone;
-    /// The position that was erased last and is not in use again.
+    /// The head of the free list: the position erased last and not reused yet.
     Position m_free = kNone;
     std::uint32_t m_givenUpSlots = 0;
-    /// True when all keys are integers whose low bits are the numbers of slots, a different one for each.
+    /// True when all keys are integers and the low bits of each give the number of a slot of its own.
     bool m_isNumbered = false;
-    /// The number of low bits of a key word that all keys of a numbered map have in common.
+    /// The number of low bits that the key words of a numbered map all have in common.
     std::uint8_t m_numberShift = 0;
 };
 
-/// What insert_or_assign gives: the entry and whether it is new; as a bool, whether it is new.
+/// The result of insert_or_assign: the entry and whether it is new; as a bool, whether it is new.
 struct RubyMap::Assignment : std::pair<iterator, bool> {
     using std::pair<iterator, bool>::pair;
     operator bool() const noexcept { return second; }

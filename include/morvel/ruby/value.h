@@ -1,4 +1,4 @@
-// RubyValue: the one dynamically typed value that scripts, the library and the host exchange.
+// RubyValue: the dynamically typed value that scripts, the library and the host exchange.
 #pragma once
 
 #include <concepts>
@@ -25,8 +25,8 @@ using RubyArray = std::vector<RubyValue>;
 
 namespace internal {
 
-/// Head of every heap object that a value refers to. The count is not atomic: a VM and its values belong to one
-/// thread at a time. It is 64 bits wide so that no number of copies can make it wrap.
+/// Header of every heap object that a value refers to. The count is not atomic: a VM and its values belong to one
+/// thread at a time. It is 64 bits wide, so that no number of copies can make it wrap.
 struct Box {
     std::uint64_t references = 1;
 };
@@ -37,10 +37,10 @@ struct StringBox : Box {
     explicit StringBox(std::string content) noexcept : text(std::move(content)) {}
     explicit StringBox(std::string_view content) : text(content) {}
 
-    /// What maps know about `text`, 0 while it is not known: its hash as a key, and whether it is the text of an
-    /// integer. Whoever changes `text` resets it.
+    /// Kept for maps, 0 until computed: the hash of `text` as a key, and whether `text` spells an integer. Code that
+    /// changes `text` resets it.
     mutable std::uint32_t keyHash = 0;
-    /// Where this very box was last found as a key of a map with an index: mostly it is there again.
+    /// The position where this box was last found as a key of a map with an index. Usually it is there next time too.
     mutable std::uint32_t keyPosition = 0;
     std::string text;
 
@@ -48,7 +48,7 @@ struct StringBox : Box {
     static void operator delete(void* block) noexcept;
 };
 
-/// Frees a box whose last reference is gone. Nested containers are freed one after the other, never recursively.
+/// Frees a box whose last reference is gone. Nested containers are freed one after another, never recursively.
 /// `type` is the type of the value that referred to it.
 void destroyBox(std::uint8_t type, Box* box) noexcept;
 
@@ -88,12 +88,12 @@ public:
     constexpr RubyValue() noexcept : type(Type::Nil), data{.integer = 0} {}
     /// Nil.
     RubyValue(std::nullptr_t) noexcept : RubyValue() {}
-    /// A boolean. Takes exactly bool, so that no pointer turns into one by accident.
+    /// A boolean. Takes only bool itself, so that no pointer becomes a boolean by accident.
     template <std::same_as<bool> T>
     RubyValue(T flag) noexcept : type(Type::Boolean), data{.integer = 0} {
         data.boolean = flag;
     }
-    /// An integer; narrower and unsigned kinds are converted to signed 64 bits.
+    /// An integer; narrower and unsigned types are converted to signed 64 bits.
     template <std::integral T>
     requires(!std::same_as<T, bool>) RubyValue(T number)
     noexcept : type(Type::Integer), data{.integer = static_cast<std::int64_t>(number)} {}
@@ -103,7 +103,7 @@ public:
     /// The number of an unscoped enumerator; a boolean when the enumeration's underlying type is bool.
     template <internal::UnscopedEnumeration T>
     RubyValue(T enumerator) noexcept : RubyValue(static_cast<std::underlying_type_t<T>>(enumerator)) {}
-    /// A string from a NUL-terminated text; a null pointer gives the empty string.
+    /// A copy of a NUL-terminated string; a null pointer gives the empty string.
     RubyValue(const char* text);
     /// A string of any bytes.
     RubyValue(std::string text);
@@ -113,8 +113,8 @@ public:
     RubyValue(const RubyArray& elements);
     /// A new array holding the elements, moved.
     RubyValue(RubyArray&& elements);
-    /// A new map holding the entries, copied or moved as they are given. Takes no braces in place of a map: those mean
-    /// a std::unordered_map.
+    /// A new map holding the entries, copied or moved as the argument allows. A braced list in place of a map means a
+    /// std::unordered_map instead.
     template <typename Map>
     requires(std::derived_from<std::remove_cvref_t<Map>, RubyMap>)
         // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): only maps are taken
@@ -124,22 +124,22 @@ public:
     RubyValue(const std::unordered_map<std::string, RubyValue>& entries);
     /// A new map holding the entries, moved, in the iteration order of the argument.
     RubyValue(std::unordered_map<std::string, RubyValue>&& entries);
-    /// An object of a class that converts to a number, a bool or a text becomes what it converts to: an element of
+    /// An object of a class that converts to a number, a bool or a string becomes that: an element of
     /// std::vector<bool> a boolean, a std::atomic<int> an integer, a std::filesystem::path a string.
     template <internal::NumberOrTextObject T>
     // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): takes no values
     RubyValue(T&& object) : RubyValue(internal::ValueConversions::pick(std::forward<T>(object))) {}
-    /// An object of a class that converts to a container becomes a new array or map with what it converts to.
+    /// An object of a class that converts to a container becomes a new array or map with that content.
     template <internal::ContainerObject T>
     // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): takes no values
     RubyValue(T&& object)
         : RubyValue(static_cast<std::remove_cvref_t<internal::Converted<T>>>(std::forward<T>(object))) {}
-    /// An object that converts to several of these has to be converted by the caller, who knows which is meant.
+    /// An object that converts to several of these must be converted by the caller, who knows which is meant.
     template <internal::AmbiguousObject T>
     // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): takes no values
     RubyValue(T&& object) = delete;
-    /// A function value over a new handle; an empty pointer gives a function value whose handle is empty, which
-    /// fails with "function handle is empty" when it is called.
+    /// A function value that takes over the handle; a null pointer gives one without a handle, which fails with
+    /// "function handle is empty" when it is called.
     explicit RubyValue(std::unique_ptr<RubyFunctionHandle> handle);
 
     RubyValue(const RubyValue& other) noexcept : type(other.type), data(other.data) {
@@ -213,11 +213,11 @@ public:
     }
 
     /// The text of the value: strings as they are, floats with 6 significant digits, arrays as "[1, a, 2.5]", maps as
-    /// "{k: 1}" in insertion order, functions as "[function name]". Throws RubyError "stack overflow" for a nest too
-    /// deep for the native stack, such as an array that contains itself.
+    /// "{k: 1}" in insertion order, functions as "[function name]". Throws RubyError "stack overflow" when the value
+    /// nests too deeply for the native stack, as an array that contains itself does.
     [[nodiscard]] std::string toString() const;
 
-    /// The kind. Hosts read it; it is changed only by assigning a whole value.
+    /// The kind. Hosts may read it; to change it, assign a whole value.
     Type type;
     /// The payload that belongs to `type`.
     Data data;
@@ -248,7 +248,7 @@ struct ArrayBox : Box {
     static void operator delete(void* block) noexcept;
 };
 
-/// An array without elements, with one reference. It may have room for some already.
+/// Makes an empty array with one reference. It may already have room for some elements.
 [[nodiscard]] ArrayBox* makeEmptyArray();
 
 }  // namespace internal

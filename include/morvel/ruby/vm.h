@@ -13,7 +13,7 @@
 
 namespace morvel::ruby {
 
-/// The outcome of a run. The compiler warns when it is not looked at.
+/// The outcome of a run. The compiler warns when it is discarded.
 struct [[nodiscard]] RubyResult {
     /// True when the run completed.
     bool ok = false;
@@ -31,12 +31,12 @@ struct RubyBytecode {
 /// One interpreter: its global variables, bound functions and random-number state.
 ///
 /// A VM and every value reachable from it belong to one thread at a time; distinct VMs share nothing and may run on
-/// different threads. Globals persist across runs. The run operations never throw a standard exception; failures
-/// arrive in the RubyResult. A moved-from VM may only be destroyed or assigned to.
+/// different threads. Globals persist across runs. The run operations never throw a standard exception; they report
+/// failures in the RubyResult. A moved-from VM may only be destroyed or assigned to.
 ///
-/// Runs on one VM nest: a host function may run scripts. A host with several native stacks (fibers) may switch between
-/// runs of one VM, but only the one that began last may go on; any other fails with "VM is running on another stack",
-/// which pcall does not catch. Every run has to end before its native stack or the VM does.
+/// Runs on one VM may nest: a host function may run scripts. A host with several native stacks (fibers) may switch
+/// between runs of one VM, but only the run that began last may continue; any other fails with "VM is running on
+/// another stack", which pcall does not catch. Every run must end before its native stack or the VM does.
 ///
 /// Example:
 ///
@@ -54,15 +54,16 @@ public:
     RubyVM& operator=(const RubyVM&) = delete;
 
     /// Defines or replaces the global `name` as a host function. A function bound as "error", "pcall" or "table_set"
-    /// takes over that name's special treatment: the interpreter carries out the call itself.
+    /// takes over that name's special treatment: the interpreter executes the call itself.
     ///
-    /// What `callback` captures is destroyed when nothing refers to the function any more. While a script runs on this
-    /// thread, on whichever VM, it waits for that script's next instruction: a function of one VM that is replaced
-    /// from a host function that another VM has called still has its captures until the host function has returned.
+    /// The captures of `callback` are destroyed once nothing refers to the function any more. While a script runs on
+    /// this thread, on any VM, that waits for the script's next instruction: when a host function called by one VM
+    /// replaces a function of another, the replaced one keeps its captures until the host function has returned.
     void bindFunction(const std::string& name, RubyHostFunction callback);
     /// Defines or replaces a global.
     void setGlobal(const std::string& name, const RubyValue& value);
-    /// Copies a defined global into `value` and returns true; false, with `value` untouched, when it is not defined.
+    /// Copies the global `name` into `value` and returns true, or returns false, with `value` untouched, when it is not
+    /// defined.
     [[nodiscard]] bool getGlobal(const std::string& name, RubyValue& value) const;
 
     /// Compiles source text; `chunkName` stands in front of error positions. Throws RubyError with the text
@@ -76,7 +77,7 @@ public:
 
     /// Compiles and runs source text.
     RubyResult runScriptString(const std::string& source, const std::string& chunkName);
-    /// Reads and runs a script file, with its path as chunk name. Fails with "unable to open script file: PATH".
+    /// Reads and runs a script file, with its path as the chunk name. Fails with "unable to open script file: PATH".
     RubyResult runScriptFile(const std::string& path);
     /// Loads and runs an image. Any bytes are safe: a damaged image gives an error.
     RubyResult runBytecode(const RubyBytecode& bytecode);
