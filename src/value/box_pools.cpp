@@ -15,7 +15,7 @@ void closePool(void* /*unused*/) noexcept {
     boxPool.shrink(0);
 }
 
-/// The end of the initial thread is the end of the process, or the moment when the library is unloaded.
+/// The initial thread ends when the process exits or the library is unloaded.
 struct Process {
     Process() noexcept { threadEnd.open(closePool); }
     ~Process() {
@@ -26,7 +26,7 @@ struct Process {
     Process& operator=(const Process&) = delete;
 };
 
-// There before any other initialiser runs and until all others are undone, since those may hold values.
+// Constructed before all other static objects and destroyed after them, since those may hold values.
 [[gnu::init_priority(101)]] const Process process;
 
 }  // namespace
@@ -57,7 +57,7 @@ bool SpareArrays::shrink(std::size_t most) noexcept {
 }
 
 bool BoxPool::open() noexcept {
-    // Where it fails it may work another time.
+    // A failure may be temporary, so the state stays New.
     if (threadEnd.ask()) {
         state = State::Open;
     }

@@ -1,4 +1,4 @@
-// Memory of strings, arrays and maps that a thread keeps for its next ones.
+// Freed memory of strings, arrays and maps that a thread keeps for new ones.
 #pragma once
 
 #include <array>
@@ -22,9 +22,9 @@
 
 namespace morvel::ruby::internal {
 
-/// Free blocks of one size, kept for reuse: strings, arrays and maps come and go at a rate that the general
-/// allocator is slow for. Blocks come one by one from the general allocator, so a block may be freed by another
-/// thread than the one that made it. Under AddressSanitizer every block goes back at once, so that it sees misuse.
+/// Free blocks of one size, kept for reuse: strings, arrays and maps come and go faster than the general allocator
+/// handles well. Each block is allocated on its own, so a thread may free a block that another thread made. Under
+/// AddressSanitizer every block is freed at once, so that the sanitizer sees misuse.
 class FreeList {
 public:
     constexpr FreeList() = default;
@@ -41,7 +41,7 @@ public:
 
     void give(void* block) noexcept;
 
-    /// Gives blocks back to the general allocator until `most` are left; true when there were more.
+    /// Frees blocks until at most `most` are left; true when there were more.
     bool shrink(std::size_t most) noexcept;
 
 private:
@@ -55,13 +55,13 @@ private:
     std::size_t m_length = 0;
 };
 
-/// Empty arrays that still have room for few elements: pairs, records, nodes of trees and outcomes of pcall come and go
-/// as whole arrays. Of each size no more are kept than were asked for in vain.
+/// Empty arrays that still have room for a few elements: programs create and drop many small arrays, such as pairs,
+/// records, tree nodes and results of pcall. Of each size, no more are kept than there were failed requests for it.
 class SpareArrays {
 public:
     constexpr SpareArrays() = default;
 
-    /// An empty array with one reference and room for just `room` elements, or null.
+    /// An empty array with one reference and room for exactly `room` elements, or null.
     ArrayBox* take(std::size_t room) noexcept {
         if (room - 1 >= kMostRoom) {
             return nullptr;
@@ -78,17 +78,17 @@ public:
         return array;
     }
 
-    /// Keeps an array whose elements are gone; false when it is not worth keeping.
+    /// Keeps an empty array; false when it is not worth keeping.
     bool keep(ArrayBox* array) noexcept;
 
-    /// Destroys arrays until `most` of each size are left; true when there were more.
+    /// Destroys arrays until at most `most` of each size are left; true when there were more.
     bool shrink(std::size_t most) noexcept;
 
 private:
     struct List {
         ArrayBox* first = nullptr;
         std::size_t length = 0;
-        /// How often there was none to take.
+        /// How often a request found the list empty.
         std::size_t misses = 0;
     };
 
@@ -99,14 +99,14 @@ private:
     static constexpr std::size_t kMostArrays = MORVEL_RECYCLES_BOXES != 0 ? 1 << 14 : 0;
     static constexpr std::size_t kMostRoom = 4;
 
-    /// For room for one element, for two, and so on.
+    /// By room: for one element, for two, and so on.
     std::array<List, kMostRoom> m_lists;
 };
 
-/// What one thread keeps.
+/// The spare memory that one thread keeps.
 struct BoxPool {
-    /// A pool is open once it is known to be emptied at the end of its thread, and closed from then on. Only an open
-    /// one keeps anything; for others releases go straight to the general allocator.
+    /// A pool opens once it is sure to be emptied at the end of its thread, and closes at that end. Only an open pool
+    /// keeps anything; otherwise memory goes straight back to the general allocator.
     enum class State : std::uint8_t { New, Open, Closed };
 
     FreeList strings;
@@ -119,26 +119,24 @@ struct BoxPool {
 
     [[nodiscard]] bool isOpen() noexcept { return state == State::Open || (state == State::New && open()); }
 
-    /// Keeps the empty box of a dead array or string for its large buffer; false when it is not worth keeping.
+    /// Keeps the empty box of a dead array or string because of its large buffer; false when it is not worth keeping.
     bool keepLarge(ArrayBox* array) noexcept { return mayKeepLarge() && largeArrays.keepAny(array); }
     bool keepLarge(StringBox* string) noexcept { return mayKeepLarge() && largeStrings.keepAny(string); }
-    /// The same for the buffer that one grew out of. A huge one is of no use to it any more, and would only add to the
-    /// memory that it takes.
+    /// The same for a buffer that an array or string outgrew. Huge buffers are not kept: one that was too small for its
+    /// owner would only add to the owner's memory.
     bool keepOutgrown(ArrayBox* array) noexcept { return mayKeepLarge() && largeArrays.keep(array); }
     bool keepOutgrown(StringBox* string) noexcept { return mayKeepLarge() && largeStrings.keep(string); }
 
-    /// Large buffers are kept from the beginning of a thread's first run to the end of its last: what comes after that
-    /// may be far off.
+    /// Large buffers are kept only while the thread has a run in progress: the next run may be far off.
     void beginRun() noexcept { ++m_runs; }
     void endRun() noexcept {
-        // A host may end a run on another thread than the one that began it.
+        // A host may end a run on a different thread than the one that began it.
         if (m_runs == 0 || --m_runs == 0) {
             clearLarge();
         }
     }
 
-    /// Gives back all large buffers, and what the pool keeps beyond `most` blocks of each kind; true when that was
-    /// anything.
+    /// Frees all large buffers, and all but `most` blocks of each kind; true when there was anything to free.
     bool shrink(std::size_t most) noexcept;
 
 private:
@@ -175,7 +173,7 @@ inline bool SpareArrays::keep(ArrayBox* array) noexcept {
     return true;
 }
 
-/// An empty array, with one reference. It may have room for `room` elements already.
+/// An empty array with one reference. It may already have room for `room` elements.
 [[nodiscard]] inline ArrayBox* takeArray(std::size_t room) {
     ArrayBox* const spare = boxPool.spareArrays.take(room);
     return spare != nullptr ? spare : new ArrayBox;

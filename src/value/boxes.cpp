@@ -12,11 +12,11 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-/// Containers whose last reference is gone and whose contents still have to be released. The chain runs through the
-/// dead boxes themselves, so that releasing needs no memory and no recursion.
+/// Containers whose last reference is gone and whose contents are still to be released. The list links the dead boxes
+/// themselves, so that releasing needs neither memory nor recursion.
 constinit thread_local Box* graveyard = nullptr;
-/// The contents of one are being released: the others wait. Host functions wait longer, so that this runs no other
-/// code.
+/// True while the contents of one container are being released; the others wait. Host functions wait even longer, so
+/// that releasing contents runs no foreign code.
 constinit thread_local bool isDraining = false;
 
 static_assert(alignof(ArrayBox) >= 8 && alignof(MapBox) >= 8 && alignof(RubyFunctionHandle) >= 8,

@@ -10,7 +10,7 @@ namespace {
 constinit thread_local std::size_t deferrals = 0;
 constinit thread_local HostFunctionReleaseQueue* innermost = nullptr;
 
-// The count of a dead box is 0 and no longer needed: it links to the next one.
+// The reference count of a dead box is no longer needed, so it holds the link to the next one.
 RubyFunctionHandle* next(const RubyFunctionHandle& dead) noexcept {
     return reinterpret_cast<RubyFunctionHandle*>(static_cast<std::uintptr_t>(dead.references));
 }
@@ -76,7 +76,7 @@ HostFunctionReleaseQueue::~HostFunctionReleaseQueue() {
 }
 
 RubyFunctionHandle* HostFunctionReleaseQueue::takeOneOf(const Binder& binder) noexcept {
-    // Mostly none waits anywhere, and what is set aside may be much.
+    // Usually no function of the binder is waiting; this avoids a search of the queues, which may be long.
     if (binder.waiting == 0) {
         return nullptr;
     }

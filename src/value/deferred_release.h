@@ -1,8 +1,8 @@
-// When host functions that nothing refers to any more are destroyed.
+// Decides when unreferenced host functions are destroyed.
 //
-// Destroying a host function destroys what it captured, which may run any code: change globals, run scripts, end VMs.
-// While a script runs, that has to wait until nothing is half-way through; and one at a time, so that many of them, or
-// a long chain of functions that hold each other, need no more native stack than one.
+// Destroying a host function destroys its captures, which may run any code: change globals, run scripts, end VMs. While
+// a script runs, this must wait until no operation is half-way through. Host functions are destroyed one at a time, so
+// that many of them, or a long chain of functions that hold each other, need no more native stack than one.
 #pragma once
 
 #include <cstddef>
@@ -12,22 +12,21 @@
 
 namespace morvel::ruby::internal {
 
-/// The host functions that wait on this thread, chained through their counts; null mostly.
+/// The host functions that wait on this thread, linked through their reference counts; usually null.
 extern constinit thread_local RubyFunctionHandle* deferredHosts;
 
-/// Takes a host function whose last reference is gone: notes it, to be destroyed by the next call of
-/// releaseDeferredHosts.
+/// Queues a host function whose last reference is gone for the next call of releaseDeferredHosts.
 void deferHost(RubyFunctionHandle* dead) noexcept;
 
-/// True unless a DeferReleaseScope is alive or a host function is being destroyed: then the caller who lets go of one
-/// should release it, once it has finished its own work.
+/// False while a DeferReleaseScope is alive or a host function is being destroyed. When true, the caller that queued a
+/// host function should call releaseDeferredHosts once its own work is done.
 [[nodiscard]] bool mayReleaseHosts() noexcept;
 
-/// Destroys the host functions that wait, one after the other, with those that come to wait meanwhile. The caller must
-/// be ready for anything to have changed afterwards.
+/// Destroys the waiting host functions one after another, including those queued meanwhile. Afterwards anything may
+/// have changed, and the caller must be ready for it.
 void releaseDeferredHosts() noexcept;
 
-/// A queue of its own for the host functions that come to wait while it lives; those that wait already are out of reach
+/// A separate queue for the host functions that come to wait during its lifetime; those already waiting are set aside
 /// until it ends.
 class HostFunctionReleaseQueue {
 public:
@@ -36,7 +35,7 @@ public:
     HostFunctionReleaseQueue(const HostFunctionReleaseQueue&) = delete;
     HostFunctionReleaseQueue& operator=(const HostFunctionReleaseQueue&) = delete;
 
-    /// Takes a function that `binder` bound out of what is set aside on this thread; null when there is none.
+    /// Removes a function that `binder` bound from the functions set aside on this thread; null when there is none.
     static RubyFunctionHandle* takeOneOf(const Binder& binder) noexcept;
 
 private:
@@ -44,9 +43,9 @@ private:
     HostFunctionReleaseQueue* m_outer;
 };
 
-/// While it lives, host functions wait until releaseDeferredHosts is called. At its end they are destroyed, and those
-/// that waited before it wait on. Instances need not end in the reverse order of their beginning, as hosts may run
-/// scripts on several stacks of their own.
+/// During its lifetime, host functions wait until releaseDeferredHosts is called. Its end destroys them, while those
+/// that were already waiting before it keep waiting. Instances may end in any order, as hosts may run scripts on
+/// several stacks of their own.
 class DeferReleaseScope {
 public:
     DeferReleaseScope() noexcept;
@@ -58,8 +57,8 @@ private:
     HostFunctionReleaseQueue m_earlier;
 };
 
-/// For a VM that is about to end, whose captured objects may refer to it: destroys all host functions that it bound and
-/// that wait, and lets none wait while it lives, whatever else goes on on this thread.
+/// For a VM about to be destroyed, which captured objects may refer to: destroys all waiting host functions that the VM
+/// bound, and lets none wait during its own lifetime, whatever else this thread is doing.
 class ImmediateReleaseScope {
 public:
     explicit ImmediateReleaseScope(const Binder& binder) noexcept;

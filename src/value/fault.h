@@ -1,4 +1,4 @@
-// Failures that travel as a status.
+// Failures that are passed as a status instead of thrown.
 #pragma once
 
 #include <cstdint>
@@ -7,19 +7,19 @@ namespace morvel::ruby::internal {
 
 struct Program;
 
-/// Why an operation failed, or that it did not. Costs nothing to make or to pass on: the place of the failure is added
-/// by who knows it, and only then is there a text of its own.
+/// Why an operation failed, or that it did not. It costs nothing to make or pass on: only the caller that knows the
+/// location of the failure builds the full message.
 struct Fault {
     enum class Kind : std::uint8_t {
-        /// The message gets the place in front ("chunk:line: ").
+        /// The location goes in front of the message ("chunk:line: ").
         Located,
-        /// The message is all there is.
+        /// The message stands alone.
         Placeless,
-        /// Located, and told apart from others: `pcall` always catches it.
+        /// Located, and a kind of its own because `pcall` always catches it.
         StackOverflow,
     };
 
-    /// Lives forever; null when nothing has failed.
+    /// A string with static lifetime; null when nothing has failed.
     const char* message = nullptr;
     Kind kind = Kind::Located;
 
@@ -29,7 +29,7 @@ struct Fault {
 inline constexpr Fault kNoFault{};
 inline constexpr Fault kStackOverflow{"stack overflow", Fault::Kind::StackOverflow};
 
-/// Raises a fault at a line of the program: as StackOverflow or RubyError.
+/// Throws a fault at a line of the program as StackOverflow or RubyError.
 [[noreturn]] void raise(const Fault& fault, const Program& program, unsigned line);
 
 }  // namespace morvel::ruby::internal

@@ -21,8 +21,8 @@ bool isDirectory(const std::string& path) {
     return std::filesystem::is_directory(path, ignored);
 }
 
-/// Opens a file stream; false when the path cannot be opened. The C library takes memory for it without asking the
-/// new-handler, and there being none says nothing about the path.
+/// Opens a file stream; false when the path cannot be opened. The C library allocates memory for it without calling
+/// the new-handler, so running out of memory does not mean that the path cannot be opened.
 template <typename Stream>
 bool openStream(Stream& file, const std::string& path, std::ios::openmode mode) {
     while (true) {
@@ -61,7 +61,7 @@ bool readWholeFile(const std::string& path, std::string& content) {
         file.read(bytes.data() + size, kBlock);
         size += static_cast<std::size_t>(file.gcount());
     }
-    // The end of the file also counts as a failure, a bad stream does not: part of the content could not be read.
+    // Reading always ends in a failed stream, at the end of the file. A bad stream means that a read failed earlier.
     if (file.bad()) {
         return false;
     }

@@ -1,4 +1,4 @@
-// What the runtime keeps behind a function value.
+// The runtime's own data behind a function value.
 #pragma once
 
 #include <atomic>
@@ -9,15 +9,15 @@
 
 namespace morvel::ruby::internal {
 
-/// Built-ins that the runtime carries out in place when their arguments are of the usual kinds.
+/// Built-ins that the runtime executes inline when their arguments are of the usual kinds.
 enum class Shortcut : std::uint8_t { None, Len, ArrayPush };
 
-/// A built-in's work on numbers alone: stores its result and gives true, or gives false, with nothing done, when the
-/// arguments are not the numbers it wants. Neither fails nor touches the VM.
+/// The short form of a built-in on numbers: stores the result and returns true, or does nothing and returns false when
+/// the arguments are not the numbers it expects. It neither fails nor touches the VM.
 using NumberFunction = bool (*)(const RubyValue* arguments, std::size_t count, RubyValue* result);
 
-/// The part of a function handle that only the runtime knows. A handle points at one that it shares with others: the
-/// translation of a script function, the row of a built-in, or the Binder of a host function with state.
+/// The part of a function handle that only the runtime knows, shared among handles: the translation of a script
+/// function, the row of a built-in, or the Binder of a host function with state.
 struct FunctionInternals {
     enum class Kind : std::uint8_t { Permanent, Translation, Binder };
 
@@ -30,12 +30,12 @@ struct FunctionInternals {
     [[nodiscard]] static const FunctionInternals& of(const RubyFunctionHandle& handle) noexcept {
         return *handle.m_internals;
     }
-    /// Has the handle point at `internals`, which must live as long as the handle or, for a translation, its program.
+    /// Makes the handle refer to `internals`, which must live as long as the handle or, for a translation, its program.
     static void set(const RubyFunctionHandle& handle, const FunctionInternals& internals) noexcept;
 };
 
-/// What a VM and the host functions with state that it bound have in common. Each of them holds a reference; functions
-/// may end on another thread than the VM's.
+/// Shared by a VM and the host functions with state that it bound. Each of them holds a reference; a function may be
+/// destroyed on a different thread than its VM.
 struct Binder : FunctionInternals {
     Binder() noexcept { kind = Kind::Binder; }
 
@@ -46,7 +46,7 @@ struct Binder : FunctionInternals {
     }
 
     mutable std::atomic<std::size_t> references = 1;
-    /// How many of the functions are no longer referred to and wait to be destroyed.
+    /// How many of the functions are unreferenced and wait to be destroyed.
     mutable std::atomic<std::size_t> waiting = 0;
 };
 

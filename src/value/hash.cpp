@@ -17,7 +17,7 @@ HashKey drawHashKey() noexcept {
         const std::uint64_t first = draw();
         return {first, draw()};
     } catch (const std::exception&) {
-        // No entropy source: the clock and the load address are what is left to vary the key.
+        // Without an entropy source, the clock and the load address still vary the key.
         const auto ticks = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
         return {ticks * 0x9E3779B97F4A7C15U, reinterpret_cast<std::uint64_t>(&drawHashKey)};
     }
@@ -65,7 +65,7 @@ struct SipState {
 
 }  // namespace
 
-// Drawn before any other initialiser runs, so that a map made by one finds the key ready.
+// Drawn before any other initialiser runs, so that maps made by initialisers find the key ready.
 [[gnu::init_priority(101)]] const HashKey hashKey = drawHashKey();
 
 std::uint64_t hashText(std::string_view text) noexcept {
@@ -78,7 +78,7 @@ std::uint64_t hashText(std::string_view text) noexcept {
         state.absorb(word);
     }
     std::uint64_t last = 0;
-    // An empty view may have no address at all, which memcpy must not be given.
+    // An empty view may have a null address, which memcpy does not accept.
     if (left != 0) {
         std::memcpy(&last, bytes, left);
     }

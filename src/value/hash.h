@@ -11,10 +11,10 @@ namespace morvel::ruby::internal {
 /// random once per process. Never 0, so that 0 can stand for "not computed".
 [[nodiscard]] std::uint64_t hashText(std::string_view text) noexcept;
 
-/// Lets the standard hash tables find texts under hashText: their own hash has no secret, so that chosen names could
+/// Makes the standard hash tables hash strings with hashText: their own hash has no secret key, so chosen names could
 /// make them slow.
 struct TextHash {
-    // Not noexcept: then the tables keep the hash with each entry instead of computing it again.
+    // Not noexcept: this makes the tables keep the hash with each entry instead of recomputing it.
     [[nodiscard]] std::size_t operator()(std::string_view text) const { return hashText(text); }
 };
 
@@ -26,7 +26,7 @@ struct HashKey {
 /// The key of this process.
 extern const HashKey hashKey;
 
-/// A hash of an integer under the same random key. Folding the 128-bit product mixes every bit of the number with it.
+/// A hash of an integer under the same random key. Folding the 128-bit product mixes the key into every bit.
 [[nodiscard]] inline std::uint64_t hashInteger(std::int64_t number) noexcept {
     __extension__ using Wide = unsigned __int128;
     const Wide product = Wide{static_cast<std::uint64_t>(number) ^ hashKey.first} * (hashKey.second | 1);

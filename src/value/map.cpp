@@ -24,15 +24,15 @@ namespace {
 
 // Up to this many entries a scan is faster than an index.
 constexpr std::size_t kScannedEntries = 8;
-// Three quarters of them take more entries than are scanned, and their numbers are large enough for the positions of
-// those; with 16, the map would have to make a larger index soon after the first.
+// Three quarters of them hold more entries than a scan covers, and a slot has enough position bits for those entries.
+// With 16, the map would need a larger index soon after the first.
 constexpr std::size_t kFewestSlots = 32;
-// Memory of erased entries is not worth the trouble below this many: it is one or two KiB, less than a page.
+// Fewer erased entries are not worth freeing: they take one or two KiB, less than a page.
 constexpr std::size_t kWorthShrinking = 64;
 
 }  // namespace
 
-// The delegation makes an object of it before anything can fail, so that its destructor runs then.
+// Delegating completes the object before anything can fail, so that a failure runs the destructor.
 RubyMap::RubyMap(const std::unordered_map<std::string, RubyValue>& entries) : RubyMap() {
     for (const auto& [key, value] : entries) {
         insert_or_assign(key, value);
@@ -40,7 +40,7 @@ RubyMap::RubyMap(const std::unordered_map<std::string, RubyValue>& entries) : Ru
 }
 
 RubyMap::RubyMap(const RubyMap& other) : RubyMap() {
-    // Copying position by position is fast; when much is erased, only what lives is worth it.
+    // Copying position by position is fast unless many entries are erased; then only the live ones are copied.
     if (other.m_last - (kFirst - 1) <= 2 * other.m_size) {
         copyPositions(other);
         return;
@@ -84,7 +84,7 @@ RubyMap::~RubyMap() {
 RubyMap::operator std::unordered_map<std::string, RubyValue>() const { return {begin(), end()}; }
 
 void RubyMap::clear() noexcept {
-    // The map is empty before the first value goes, in case its destructor looks at the map.
+    // Empty the map before releasing the first value, in case the release looks at the map.
     const RubyMap dying(std::move(*this));
 }
 
@@ -200,7 +200,7 @@ void RubyMap::giveBackRoom() noexcept {
     try {
         shrink_to_fit();
     } catch (const std::bad_alloc&) {
-        // Then there is room enough as it is.
+        // The map stays usable as it is.
         return;
     }
 }
@@ -263,7 +263,7 @@ void RubyMap::releaseKey(Key key) noexcept {
     return link(probe.makeKey());
 }
 
-// Nothing can fail here: room for the entry and its slot is there.
+// Cannot fail: there is room for the entry and its slot.
 RubyMap::Entry& RubyMap::link(Key key) noexcept {
     const bool isReused = m_free != kNone;
     const Position position = isReused ? m_free : ++m_last;
@@ -285,8 +285,8 @@ RubyMap::Entry& RubyMap::link(Key key) noexcept {
         } else if (isIntegerKey(key) && m_slots[numberedSlot(key)] == kNone) {
             m_slots[numberedSlot(key)] = position;
         } else {
-            // All enter anew, this one too. The step between numbers may only get smaller, so that keys that come and
-            // go cannot make it change back and forth.
+            // Enters all keys anew, this one included. The step between numbers may only get smaller, so that it cannot
+            // change back and forth as keys come and go.
             enterAllSlots(m_numberShift);
         }
     }
@@ -302,7 +302,7 @@ void RubyMap::makeRoom() {
         if (m_size >= kMostEntries) {
             throw std::bad_alloc();
         }
-        // Twice as many, so that over all its growth an entry is entered twice on average.
+        // Doubling means that over all growth, an entry is entered twice on average.
         rebuildIndex(slotCount() * 2);
     } else if (m_givenUpSlots > slotCount() / 16) {
         enterAllSlots(kKeyBits);
@@ -321,7 +321,7 @@ void RubyMap::addSegment(std::size_t segment) {
     Segment entries(static_cast<Entry*>(::operator new (std::size_t{count} * sizeof(Entry))));
     platform::preferLargePages(entries.get(), std::size_t{count} * sizeof(Entry));
     if (segment < m_few.size()) {
-        // A scan looks at entries that were never used.
+        // A scan reads the keys of unused entries too.
         std::uninitialized_value_construct_n(entries.get(), count);
     }
     if (m_table == nullptr) {
@@ -345,7 +345,7 @@ RubyValue RubyMap::unlink(Entry& entry) noexcept {
     entry.previous = std::exchange(m_free, position);
     --m_size;
     if (m_size == 0 && m_slots != nullptr) {
-        // A large map that is emptied gives its memory back.
+        // A large map frees its memory when its last entry is erased.
         const RubyMap emptied(std::move(*this));
     }
     return value;

@@ -11,7 +11,7 @@
 #include "value/hash.h"
 #include "value/map_probe.h"
 
-// How the parts of a map belong together, here of one with the keys "a", "b" and "c", of which "b" was erased:
+// How the parts of a map fit together, shown for a map with the keys "a", "b" and "c", of which "b" was erased:
 //
 //   m_slots     | 0 | 0 | tag,6 | 0 | ... | tag,4 | 0 |     one array; the hash of a key chooses a group of eight
 //                           |                 |
@@ -22,9 +22,9 @@
 //   m_table[1]   8: ...                 ^
 //   m_table[2]  16: ...                 m_free, which the next new key takes
 //
-// The list from m_head to m_tail through `next` is the insertion order. The segments stay where they are; when the
-// slots get too few, only these are made anew. In a numbered map, whose keys are integers, slots hold no tags, and the
-// key alone tells the slot:
+// The list from m_head to m_tail through `next` is the insertion order. The segments stay where they are; when there
+// are too few slots, only these are rebuilt. In a numbered map, whose keys are integers, slots hold no tags, and the
+// key alone determines the slot:
 //
 //   key -3  =  ...11111101        4 low bits  ->  slot 13, which holds its position or nothing
 //   key 16, 32, 48: the 4 low bits, which all have in common, are left out  ->  slots 1, 2, 3
@@ -43,11 +43,12 @@ using internal::StringBox;
 
 namespace {
 
-// The part of a hash that a slot holds; the low bits choose the group, and in the slot hold the position.
+// The part of a hash that a slot holds. The low bits of the hash choose the group; in the slot, the position replaces
+// them.
 std::uint32_t tagOf(std::uint32_t hash, std::size_t mask) noexcept { return hash & ~static_cast<std::uint32_t>(mask); }
 
-// Slots are looked at in groups, all of a group at once: which slot of its group a key got is hard to foretell, and a
-// wrong guess of the processor costs more than the whole group. Eight slots are two vectors, and half a cache line.
+// A search compares all slots of a group at once: the slot that holds a key is hard to predict, and a mispredicted
+// branch costs more than comparing the whole group. Eight slots are two vectors, and half a cache line.
 constexpr std::size_t kGroupSlots = 8;
 
 std::size_t groupStart(std::size_t hash, std::size_t mask) noexcept { return hash & mask & ~(kGroupSlots - 1); }
@@ -57,7 +58,7 @@ class SlotGroup {
 public:
     explicit SlotGroup(const std::uint32_t* slots) noexcept : m_slots(slots) {}
 
-    /// A bit for each slot with this tag. An equal slot has all bits of the comparison set.
+    /// One bit per slot, set for slots with this tag. In the vector comparison, an equal slot has all bits set.
     [[nodiscard]] unsigned matching(std::uint32_t tag, std::size_t mask) const noexcept {
         using Lanes [[gnu::vector_size(16)]] = std::uint32_t;
         constexpr Lanes kLowBits{1, 2, 4, 8};
@@ -74,7 +75,7 @@ public:
         const std::uint64_t both = halves[0] | halves[1];
         return static_cast<unsigned>(both | both >> 32);
     }
-    /// Slots are taken from the first on.
+    /// Slots fill from the first on, so the last one decides.
     [[nodiscard]] bool isFull() const noexcept { return m_slots[kGroupSlots - 1] != 0; }
 
 private:
@@ -106,7 +107,7 @@ RubyMap::Position RubyMap::findHashed(std::uint32_t hash, Matches matches) const
     }
 }
 
-// Apart, so that the common cases need little or no memory on the stack.
+// Not inlined, so that the common cases need little or no stack.
 [[gnu::noinline]] RubyMap::Entry* RubyMap::findEntry(const Probe& probe) const noexcept {
     if (m_isNumbered) {
         return probe.integer == kErased ? nullptr : findIntegerEntry(integerOf(probe.integer));
@@ -153,7 +154,7 @@ RubyMap::Entry* RubyMap::findTextEntry(StringBox* box) const noexcept {
         return findEntry(Probe(box));
     }
     const Key word = keyOf(box);
-    // All texts that the index knows have their hash with them.
+    // All strings in the index carry their hash.
     const Position position = findHashed(hash, [box, word, hash](Key stored) {
         return stored == word ||
                (!isIntegerKey(stored) && boxOf(stored)->keyHash == hash && boxOf(stored)->text == box->text);
@@ -173,7 +174,7 @@ RubyMap::Entry* RubyMap::findIntegerEntry(std::int64_t number) const noexcept {
             return nullptr;
         }
         Entry& entry = indexedEntry(position);
-        // A number that is too large for a key word has the word of another one.
+        // A number too large for a key word yields the word of a different number.
         return integerOf(entry.key) == number ? &entry : nullptr;
     }
     if (m_slots == nullptr && fitsKey(number)) {
@@ -216,7 +217,7 @@ void RubyMap::leaveSlot(Key key, Position position) noexcept {
     }
     std::size_t last = slot | (kGroupSlots - 1);
     if (m_slots[last] != 0) {
-        // The group stays full: the search for keys that found no room in it must not end here.
+        // The group stays full: a search for a key that found no room in it must not end here.
         m_slots[slot] = kGivenUp;
         ++m_givenUpSlots;
         return;
@@ -240,8 +241,8 @@ void RubyMap::enterAllSlots(unsigned shiftLimit) noexcept {
     }
 }
 
-/// Enters every key in the slot of its own number; false when two would have the same, or one is a text, or the keys
-/// have as many low bits in common as the limit says.
+/// Enters every key in the slot of its own number; false when two keys would share a slot, a key is a string, or the
+/// keys have `shiftLimit` or more low bits in common.
 bool RubyMap::numberAllSlots(unsigned shiftLimit) noexcept {
     constexpr Key kHighestBit = Key{1} << (kKeyBits - 1);
     Key differing = 0;
@@ -251,7 +252,7 @@ bool RubyMap::numberAllSlots(unsigned shiftLimit) noexcept {
         }
         differing |= entryAt(position).key ^ entryAt(m_head).key;
     }
-    // Multiples of a power of two differ in higher bits only; the lowest bit says that a key is an integer.
+    // Multiples of a power of two differ in higher bits only; the lowest bit marks a key as an integer.
     const int inCommon = std::countr_zero(differing | kHighestBit);
     if (static_cast<unsigned>(inCommon) >= shiftLimit) {
         return false;
@@ -269,7 +270,7 @@ bool RubyMap::numberAllSlots(unsigned shiftLimit) noexcept {
 }
 
 void RubyMap::rebuildIndex(std::size_t slots) {
-    // The first two bits of a position number no segment.
+    // Positions below 4 belong to no segment.
     const auto segmentsOf = [](std::size_t count) { return static_cast<std::size_t>(std::bit_width(count)) - 3; };
     auto table = std::make_unique<NumberedSegment[]>(segmentsOf(slots));
     std::unique_ptr<std::uint32_t[]> fresh(new std::uint32_t[slots]);

@@ -1,4 +1,4 @@
-// Look-ups that remember where a key was: maps that are filled alike hold a key at the same position.
+// Look-ups that remember where a key was: maps filled in the same order hold it at the same position.
 #pragma once
 
 #include "morvel/ruby/map.h"
@@ -6,12 +6,12 @@
 
 namespace morvel::ruby::internal {
 
-/// Where one place of a program found its constant key last. Entries are numbered as they are stored, so that of maps
-/// that are filled in the same order, as records are, all have a key at the same position.
+/// Remembers where one place of a program last found its constant key. Entries are numbered as they are stored, so maps
+/// filled in the same order, as records are, all hold the key at the same position.
 class MapPlace {
 public:
-    /// The value stored under `key`, or null. One comparison of addresses answers mostly; otherwise `key` is looked up,
-    /// and its position remembered.
+    /// The value stored under `key`, or null. Usually one comparison of addresses finds it; otherwise `key` is looked
+    /// up and its position remembered.
     [[nodiscard]] RubyValue* find(RubyMap& map, StringBox* key) noexcept {
         if (m_position >= RubyMap::kFirst && m_position <= map.m_last) [[likely]] {
             RubyMap::Entry& entry = map.entryAt(m_position);

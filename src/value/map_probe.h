@@ -1,4 +1,4 @@
-// The words that a map keeps keys in, and keys on their way into it.
+// The words in which a map stores keys, and the keys to look up or store.
 #pragma once
 
 #include <array>
@@ -17,7 +17,7 @@ namespace morvel::ruby {
 
 namespace internal {
 
-/// True for the integers that fit into a key word beside its tag: their two highest bits are equal.
+/// True for integers that fit into a key word beside its tag bit: their two highest bits are equal.
 inline bool fitsKey(std::int64_t number) noexcept {
     const auto bits = static_cast<std::uint64_t>(number);
     return static_cast<std::int64_t>(bits ^ (bits << 1)) >= 0;
@@ -35,12 +35,12 @@ inline StringBox* boxOf(std::uint64_t key) noexcept {
 
 inline std::uint64_t keyOf(StringBox* box) noexcept { return reinterpret_cast<std::uintptr_t>(box); }
 
-/// True for texts that begin like an integer; most keys do not.
+/// True for strings that begin like an integer; most keys do not.
 inline bool beginsLikeInteger(std::string_view text) noexcept {
     return !text.empty() && (text[0] == '-' || (text[0] >= '0' && text[0] <= '9'));
 }
 
-/// The integer whose decimal text is exactly `text`, so that the text and the integer stand for each other.
+/// The integer whose decimal form is exactly `text`, so that either can be made from the other.
 inline std::optional<std::int64_t> canonicalInteger(std::string_view text) noexcept {
     constexpr std::size_t kMostCharacters = 20;
     if (!beginsLikeInteger(text) || text.size() > kMostCharacters) {
@@ -59,7 +59,7 @@ inline std::optional<std::int64_t> canonicalInteger(std::string_view text) noexc
     return number;
 }
 
-// A key hash has 32 bits, of which the lowest three choose no group of slots: they tell other things.
+// A key hash has 32 bits. The lowest three take no part in choosing a group of slots, so two of them serve as flags.
 inline constexpr std::uint32_t kKnown = 1;
 inline constexpr std::uint32_t kIsInteger = 2;
 
@@ -68,7 +68,7 @@ inline std::uint32_t hashOfInteger(std::int64_t number) noexcept {
     return static_cast<std::uint32_t>(hashInteger(number));
 }
 
-/// The hash of a text as a key, never 0.
+/// The hash of a string as a key, never 0.
 inline std::uint32_t keyHashOf(std::string_view text) noexcept {
     if (canonicalInteger(text)) {
         return kKnown | kIsInteger;
@@ -84,12 +84,12 @@ inline std::uint32_t keyHashOf(const StringBox& box) noexcept {
     return box.keyHash;
 }
 
-/// True when the key hash of a text says that the text is an integer, whose own hash counts then.
+/// True when the key hash of a string says that the string spells an integer; the hash of that integer counts then.
 inline bool isHashOfInteger(std::uint32_t hash) noexcept { return (hash & kIsInteger) != 0; }
 
 }  // namespace internal
 
-/// A key on its way into the map: an integer key word, or a text that may have a box to share.
+/// A key to look up or store: an integer key word, or a string, perhaps with a box to share.
 struct RubyMap::Probe {
     explicit Probe(std::string_view keyText) noexcept : text(keyText) { recognizeInteger(); }
 
@@ -130,7 +130,7 @@ struct RubyMap::Probe {
         return box != nullptr ? internal::keyHashOf(*box) : internal::keyHashOf(text);
     }
 
-    /// The key word to store; owns one reference when it is a box.
+    /// The key word to store; for a string, it owns one reference to the box.
     [[nodiscard]] Key makeKey() const {
         if (integer != kErased) {
             return integer;
@@ -145,7 +145,7 @@ struct RubyMap::Probe {
     Key integer = kErased;
     internal::StringBox* box = nullptr;
     std::string_view text;
-    /// Holds the text of an integer that is too large for a key word.
+    /// The digits of an integer that is too large for a key word.
     std::array<char, 24> digits;
 };
 

@@ -8,7 +8,7 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-// Groups are asked for only where the memory would cost far more than that: their limits stand in files.
+// Limits of groups stand in files, so they are read only for requests that cost far more than reading.
 constexpr std::size_t kWorthReading = std::size_t{16} << 20;
 
 }  // namespace
@@ -18,7 +18,7 @@ bool canHaveMemory(std::size_t count, std::size_t size) {
         return true;
     }
     static const std::size_t memory = platform::machineMemory();
-    // Limits may be set at any time, so they are asked for each time.
+    // Limits may change at any time, so they are queried each time.
     std::size_t most = std::min(memory, platform::processMemoryLimit());
     if (count <= most / size && count > kWorthReading / size) {
         most = std::min(most, platform::groupMemoryLimit());

@@ -1,4 +1,4 @@
-// Refuses sizes that the process cannot have before any memory is touched.
+// Refuses impossible allocation sizes before any memory is touched.
 #pragma once
 
 #include <cstddef>
@@ -6,14 +6,14 @@
 
 namespace morvel::ruby::internal {
 
-/// Requests up to this size are granted without asking the system for its limits: nearly all are this small.
+/// Requests up to this size, which are nearly all, pass without asking the system for its limits.
 inline constexpr std::size_t kSurelyThere = 1 << 20;
 
-/// A size that was refused before any memory was touched: no sign that memory has run short.
+/// Reports a size that was refused before any memory was touched, which does not mean that memory has run out.
 class SizeRefused : public std::bad_alloc {};
 
 /// False when `count` elements of `size` bytes each exceed the machine's memory, the limits of the process or, for
-/// requests that are large, those of its group of processes. Either may be 0.
+/// large requests, those of its control group. `count` and `size` may be 0.
 [[nodiscard]] bool canHaveMemory(std::size_t count, std::size_t size);
 
 /// Throws SizeRefused when the process cannot have that much memory.

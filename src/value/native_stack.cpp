@@ -17,13 +17,13 @@ using platform::StackGrowth;
 
 constexpr std::size_t kKiB = 1024;
 
-// What must stay free for leaf work: raising an exception, formatting, a library call of the host.
+// The space that must stay free for leaf calls: throwing an exception, formatting, a library call of the host.
 constexpr std::size_t kLargestMargin = 96 * kKiB;
 
-// The initial stack is mapped in steps of this size. The system keeps four times as much free below what is mapped.
+// The initial stack is mapped in steps of this size. The system keeps four times as much free below the mapped part.
 constexpr std::size_t kGrowth = 256 * kKiB;
 
-/// What is known of the thread's stack. Before it is measured, every address asks for that.
+/// The known bounds of the thread's stack. Until they are measured, every address triggers the measurement.
 struct StackBounds {
     std::uintptr_t lowest = 0;
     /// Frames at least this far above `lowest` have their margin mapped.
@@ -51,17 +51,17 @@ bool measureStack(std::uintptr_t here) noexcept {
     return true;
 }
 
-// Maps the margin below `here`, which is at least that far above the end of the stack; false when that is impossible.
+// Maps the margin below `here`, for which the stack has room; false when that is impossible.
 bool mapMargin(std::uintptr_t here) noexcept {
     StackBounds& bounds = stackBounds;
-    // The host may have gone deeper by itself.
+    // Frames of the host may have mapped more.
     bounds.setMapped(std::min(bounds.mapped, pageOf(here)));
     const std::uintptr_t needed = pageOf(here - bounds.margin);
     const std::uintptr_t ample = needed - std::min(kGrowth, needed - bounds.lowest);
     for (const std::uintptr_t address : {ample, needed}) {
         const StackGrowth growth = platform::growStack(address);
         if (growth != StackGrowth::Refused) {
-            // Where the system does not tell, the limits have to do.
+            // Where the system gives no answer, the limits must suffice.
             bounds.setMapped(growth == StackGrowth::Mapped ? address : bounds.lowest);
             return true;
         }
@@ -69,9 +69,9 @@ bool mapMargin(std::uintptr_t here) noexcept {
     return false;
 }
 
-// What nativeStackLow() leaves out when there is plenty.
+// The part of nativeStackLow() that is skipped when plenty of stack is left.
 [[gnu::noinline]] bool isLowAt(std::uintptr_t here) noexcept {
-    // Without an answer the question is asked again next time.
+    // After a failed measurement, the next call measures again.
     if (stackBounds.margin == 0 && !measureStack(here)) {
         return false;
     }
@@ -86,7 +86,7 @@ bool mapMargin(std::uintptr_t here) noexcept {
 
 bool nativeStackLow() noexcept {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    // Unsigned: an address below the thread's own stack belongs to a stack of the host's and wraps to a large distance.
+    // An address below the thread's own stack is on a stack of the host: the unsigned distance wraps to a large one.
     return here - stackBounds.lowest < stackBounds.safeDistance && isLowAt(here);
 }
 

@@ -10,9 +10,9 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-/// Appends a number below a million that has at most three decimals, or none from a thousand on; false for any other.
-/// Numbers that people write are mostly of this kind. Six digits hold them, so that rounding to six digits gives just
-/// them for every number as near as this.
+/// Appends a number below a million with at most three decimals, or none from a thousand on; false for all others. Most
+/// numbers that people write are of this kind. They fit into six digits, so every number this near to one also rounds
+/// to it.
 bool appendShortDecimal(std::string& text, double number) {
     constexpr double kNear = 1e-8;
     constexpr std::uint32_t kThousand = 1000;

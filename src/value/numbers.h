@@ -1,4 +1,4 @@
-// Exact rules for turning numbers into each other and into text. Independent of the process's locale.
+// Exact rules for converting numbers to each other and to text, independent of the process's locale.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,8 @@ namespace morvel::ruby::internal {
 /// The integer part of `number`, saturating at the ends of the range; NaN gives 0.
 [[nodiscard]] std::int64_t truncateToInteger(double number) noexcept;
 
-/// True for an integer that a double holds exactly and that no other integer is rounded to: calculating or comparing
-/// with integers of that kind gives what doing so with their doubles does.
+/// True for an integer that a double holds exactly and that no other integer rounds to. Comparing such integers, or
+/// calculating with them, gives the same result as with their doubles.
 [[nodiscard]] inline bool isExactInteger(const RubyValue& value) noexcept {
     constexpr std::int64_t kFirstAmbiguous = std::int64_t{1} << 53;
     return value.isInteger() && value.data.integer > -kFirstAmbiguous && value.data.integer < kFirstAmbiguous;

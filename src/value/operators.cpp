@@ -185,7 +185,7 @@ Fault appendOperand(std::string& text, const RubyValue& part) {
         return kNoFault;
     }
     return withOverflowAsFault([&] {
-        // A rendering may fail half-way.
+        // Rendered separately, since rendering may fail half-way.
         std::string rendered;
         appendText(rendered, part);
         text += rendered;

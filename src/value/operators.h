@@ -1,4 +1,4 @@
-// The operators of the language on values: every type rule of an expression lives here.
+// The operators of the language on values. All type rules of expressions live here.
 #pragma once
 
 #include <cstdint>
@@ -20,11 +20,10 @@ inline constexpr double kZeroTolerance = 2.220446049250313e-16;
 /// The four ordered comparisons.
 enum class Ordering : std::uint8_t { Less, LessEqual, Greater, GreaterEqual };
 
-// The operators. Each gives its result, unless its operands have a fault. All but memory that is missing comes as a
-// fault: then they throw std::bad_alloc.
+// The operators. Each stores its result or returns a fault. When memory runs out, they throw std::bad_alloc.
 
-/// Text when either operand is a string, a new array for two arrays, else the sum (wrapping for two integers).
-/// Faults: "operator '+' expects numbers, strings, or arrays"; kStackOverflow for the text of a nest too deep.
+/// A string when either operand is one, a new array for two arrays, else the sum (wrapping for two integers).
+/// Faults: "operator '+' expects numbers, strings, or arrays"; kStackOverflow when rendering nests too deeply.
 [[nodiscard]] Fault add(const RubyValue& left, const RubyValue& right, RubyValue& result);
 /// The difference, wrapping for two integers. Fault: "operator '-' expects numeric values".
 [[nodiscard]] Fault subtract(const RubyValue& left, const RubyValue& right, RubyValue& result);
@@ -36,39 +35,38 @@ enum class Ordering : std::uint8_t { Less, LessEqual, Greater, GreaterEqual };
 [[nodiscard]] Fault modulo(const RubyValue& left, const RubyValue& right, RubyValue& result);
 /// The negation, wrapping for an integer. Fault: "unary '-' expects a numeric value".
 [[nodiscard]] Fault negate(const RubyValue& value, RubyValue& result);
-/// Whether the operands are equal, as valuesEqual has it. Fault: kStackOverflow for a nest too deep.
+/// Whether the operands are equal, as in valuesEqual. Fault: kStackOverflow when they nest too deeply.
 [[nodiscard]] Fault equal(const RubyValue& left, const RubyValue& right, bool& result);
 /// Compares two numbers (as doubles) or two strings (by unsigned bytes). Fault: "ordered comparisons require matching
 /// numeric or string values".
 [[nodiscard]] Fault compare(const RubyValue& left, const RubyValue& right, Ordering ordering, bool& result);
 
-/// Appends the text of `part` to `text`, or nothing when it fails. Fault: kStackOverflow for a nest too deep.
+/// Appends the text of `part` to `text`, or nothing when it fails. Fault: kStackOverflow when `part` nests too deeply.
 [[nodiscard]] Fault appendOperand(std::string& text, const RubyValue& part);
 
 /// Equality: exact for equal kinds, tolerant for numbers of different kinds, element by element for arrays and maps.
-/// Throws StackOverflow for a nest too deep for the native stack.
+/// Throws StackOverflow when they nest too deeply for the native stack.
 [[nodiscard]] bool valuesEqual(const RubyValue& left, const RubyValue& right);
 
-/// True for what may be a map key: neither an array nor a map nor a function.
+/// True for values that may be map keys: all but arrays, maps and functions.
 [[nodiscard]] inline bool isMapKey(const RubyValue& value) noexcept {
     return !value.isArray() && !value.isMap() && !value.isFunction();
 }
-/// The fault of other keys.
+/// The fault for all other keys.
 inline constexpr Fault kNoMapKey{"unsupported map key type", Fault::Kind::Placeless};
 
-/// The text under which `value` is a map key. Throws RubyError "unsupported map key type" for arrays, maps and
-/// functions.
+/// The key string that `value` stands for. Throws RubyError "unsupported map key type" for arrays, maps and functions.
 [[nodiscard]] std::string valueKeyString(const RubyValue& value);
 
-/// Address of the value stored under `key`, or null. Fails as valueKeyString. Allocates nothing for strings and
+/// The address of the value stored under `key`, or null. Fails like valueKeyString. Allocates nothing for strings and
 /// integers.
 [[nodiscard]] RubyValue* findMapValue(RubyMap& map, const RubyValue& key);
 [[nodiscard]] const RubyValue* findMapValue(const RubyMap& map, const RubyValue& key);
 
-/// The value stored under `key`, after storing nil when there is none. Fails as valueKeyString.
+/// The value stored under `key`; stores nil first when there is none. Fails like valueKeyString.
 [[nodiscard]] RubyValue& setMapValue(RubyMap& map, const RubyValue& key);
 
-/// Removes the entry of `key`; its value, or nothing when there is none. Fails as valueKeyString.
+/// Removes the entry of `key`; returns its value, if there was one. Fails like valueKeyString.
 [[nodiscard]] inline std::optional<RubyValue> takeMapValue(RubyMap& map, const RubyValue& key) {
     if (key.isString() || key.isInteger()) {
         return map.take(key);

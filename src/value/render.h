@@ -7,8 +7,8 @@
 
 namespace morvel::ruby::internal {
 
-/// Appends the text of `value` as RubyValue::toString gives it. Throws RubyError "stack overflow" for a nest that is
-/// too deep for the native stack.
+/// Appends the text of `value` as RubyValue::toString gives it. Throws RubyError "stack overflow" when the value nests
+/// too deeply for the native stack.
 void appendText(std::string& text, const RubyValue& value);
 
 }  // namespace morvel::ruby::internal

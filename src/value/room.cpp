@@ -21,7 +21,7 @@ std::unique_ptr<Box> boxWithRoom(SpareBuffers<Box>& spare, std::size_t count) {
     return box;
 }
 
-/// Leaves the contents of a box in place of those that grew out of their buffer, and keeps that if it is of use.
+/// Replaces outgrown contents by those of `box`, and keeps the outgrown buffer if it is worth reusing.
 template <typename Box, typename Contents>
 void leaveOutgrown(Contents& outgrown, std::unique_ptr<Box> box) noexcept {
     contentsOf(*box).swap(outgrown);

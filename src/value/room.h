@@ -1,4 +1,4 @@
-// Room for the contents of arrays and strings: large buffers that others have left are used again.
+// Buffers for arrays and strings, which reuse large buffers that others left behind.
 #pragma once
 
 #include <cstddef>
@@ -13,15 +13,15 @@ namespace morvel::ruby::internal {
 /// An empty array with room for `count` elements. Throws std::bad_alloc.
 [[nodiscard]] RubyArray arrayWithRoom(std::size_t count);
 
-/// An empty text with room for `size` bytes. Throws std::bad_alloc.
+/// An empty string with room for `size` bytes. Throws std::bad_alloc.
 [[nodiscard]] std::string textWithRoom(std::size_t size);
 
-/// Gives an array that is full room for `count` elements, and for a share more: growing one by one takes constant time
-/// each. Leaves small arrays as they are, for they grow by themselves. Throws std::bad_alloc.
+/// Gives a full array room for `count` elements and a proportional reserve, so that growing by one takes constant time
+/// on average. Leaves small arrays alone, since std::vector grows them well. Throws std::bad_alloc.
 void growArray(RubyArray& elements, std::size_t count);
 
-/// Gives a large text room for `added` bytes more, and for a share more than that. Leaves small texts as they are.
-/// Throws std::bad_alloc.
+/// Gives a large string room for `added` more bytes and a proportional reserve. Leaves small strings alone. Throws
+/// std::bad_alloc.
 void makeTextRoom(std::string& text, std::size_t added);
 
 /// The same as appendElement, for an array that is full.
@@ -38,7 +38,7 @@ void appendElement(RubyArray& elements, Element&& value) {
     }
 }
 
-/// Makes a copy of a part of an array, or of all of it. Throws std::bad_alloc.
+/// Copies all or part of an array. Throws std::bad_alloc.
 template <typename Iterator>
 [[nodiscard]] RubyArray copyElements(Iterator first, Iterator last) {
     RubyArray copy = arrayWithRoom(static_cast<std::size_t>(last - first));

@@ -1,4 +1,4 @@
-// A cache of short strings, so that equal ones made one after the other share their memory.
+// A cache of short strings, so that equal ones share their memory.
 #pragma once
 
 #include <algorithm>
@@ -16,18 +16,18 @@
 
 namespace morvel::ruby::internal {
 
-/// Longer texts are not worth comparing.
+/// Longer strings are not worth comparing.
 inline constexpr std::size_t kLongestShortString = 15;
 
-/// Remembers the last short strings that were made. Words, fields and keys repeat: sharing them saves the allocation,
-/// the memory, and the hash of each further copy. The cache takes 32 bytes for each of its sets, a power of two, from
-/// its first use on. It doubles, up to `MostSets`, when it has forgotten as many strings that are still in use as it
-/// has places for, and shared no fewer meanwhile: further copies of those would cost more memory than the places. Where
-/// it shares few, the texts are too many for a cache, and a larger one would only be slower.
+/// Remembers the short strings made last. Words, fields and keys repeat: sharing them saves each further copy its
+/// allocation, its memory and its hash. From its first use on, the cache takes 32 bytes for each of its sets, whose
+/// number is a power of two. It doubles, up to `MostSets`, once it has dropped more strings still in use than it has
+/// places, and shared at least as many: further copies of those would cost more memory than the places. If it shares
+/// few, there are too many different strings for a cache, and a larger one would only be slower.
 template <std::size_t Sets, std::size_t MostSets = Sets>
 class ShortStrings {
 public:
-    /// The string value of a text: of a short one, the same as for an equal text before, where that is remembered.
+    /// The value for a string; for a short one that is remembered, a copy that shares its memory.
     [[nodiscard]] RubyValue valueOf(std::string_view text) {
         if (text.size() > kLongestShortString) {
             return text;
@@ -47,7 +47,7 @@ public:
         return remember(text, bytes);
     }
 
-    /// Forgets them all, and gives back the memory of the cache; true when there were any.
+    /// Forgets all strings and frees the memory of the cache; true when there were any.
     bool clear() noexcept {
         const bool hadAny = std::any_of(m_recent.begin(), m_recent.end(), [](const auto& s) { return s.isString(); });
         m_recent = {};
@@ -57,7 +57,7 @@ public:
     }
 
 private:
-    /// All bytes of a text of known size: its first and its last 8 or 4, or each one.
+    /// All bytes of a string of known size: its first and last 8 or 4, or each one.
     struct Bytes {
         std::uint64_t first = 0;
         std::uint64_t last = 0;
@@ -87,11 +87,11 @@ private:
                 wordAt<std::uint8_t>(begin + size / 2) << kByteBits | wordAt<std::uint8_t>(begin + size - 1)};
     }
 
-    // Apart, so that sharing a string needs little memory on the stack.
+    // Not inlined, so that sharing a string needs little stack.
     [[gnu::noinline]] RubyValue remember(std::string_view text, const Bytes& bytes) {
         RubyValue fresh(text);
         if (m_recent.empty()) {
-            // Memory ran short meanwhile, and the cache gave its own back.
+            // Memory ran out meanwhile, and the cache gave up its own.
             return fresh;
         }
         RubyValue* set = &m_recent[setOf(bytes, text.size()) * kStringsOfSet];
@@ -103,7 +103,7 @@ private:
         return fresh;
     }
 
-    /// Doubles the cache; false when it has its full size, or is of no use, or there is no memory for more.
+    /// Doubles the cache; false when it is at its full size, shares too little, or there is no memory.
     bool grow() noexcept {
         const bool isUseful = m_shared >= m_forgotten;
         m_shared = 0;
@@ -116,7 +116,7 @@ private:
             std::vector<RubyValue> smaller(sets * kStringsOfSet);
             smaller.swap(m_recent);
             m_setShift = shiftFor(sets);
-            // Each set spreads over two: the older string of a set goes first.
+            // Each set is split over two; the older string of a set moves first.
             for (std::size_t i = smaller.size(); i-- > 0;) {
                 if (smaller[i].isString()) {
                     const std::string& text = smaller[i].asString();
@@ -131,13 +131,13 @@ private:
         return true;
     }
 
-    /// The best bits of a product are its highest: this leaves those that number one of so many sets.
+    /// The highest bits of a product are the best mixed: the shift leaves as many of them as number the sets.
     static unsigned shiftFor(std::size_t sets) noexcept {
         return static_cast<unsigned>(std::numeric_limits<std::uint64_t>::digits - std::countr_zero(sets));
     }
 
     [[nodiscard]] std::size_t setOf(const Bytes& bytes, std::size_t size) const noexcept {
-        // Two odd numbers without a pattern.
+        // Odd multipliers without a pattern in their bits.
         constexpr std::uint64_t kMixFirst = 0x9E3779B97F4A7C15;
         constexpr std::uint64_t kMixLast = 0xD6E8FEB86659FD93;
         return static_cast<std::size_t>(((bytes.first * kMixFirst) ^ (bytes.last + size)) * kMixLast >> m_setShift);
@@ -157,13 +157,13 @@ private:
 
     static_assert(std::has_single_bit(Sets) && Sets > 1 && std::has_single_bit(MostSets));
 
-    /// The newer of the two strings of a set stands first.
+    /// The newer of the two strings of a set comes first.
     static constexpr std::size_t kStringsOfSet = 2;
 
     std::vector<RubyValue> m_recent;
     unsigned m_setShift = 0;
-    /// How many strings were shared, and how many went that others still held, since the cache last asked itself
-    /// whether to grow.
+    /// Since the last decision whether to grow: how many strings were shared, and how many were dropped that were still
+    /// in use elsewhere.
     std::size_t m_shared = 0;
     std::size_t m_forgotten = 0;
 };

@@ -1,5 +1,5 @@
-// Large buffers that nothing uses any more, kept for the next ones: the general allocator gives them to the system, and
-// what comes from there again costs a fault for each page.
+// Unused large buffers, kept for reuse: the general allocator would return them to the system, and a new buffer from
+// the system costs a page fault for each page.
 #pragma once
 
 #include <algorithm>
@@ -15,19 +15,19 @@ namespace morvel::ruby::internal {
 inline RubyArray& contentsOf(ArrayBox& box) noexcept { return box.elements; }
 inline std::string& contentsOf(StringBox& box) noexcept { return box.text; }
 
-/// Buffers up to this size are left to the general allocator, which keeps as much by itself.
+/// Buffers smaller than this are left to the general allocator, which itself keeps blocks of that size for reuse.
 inline constexpr std::size_t kLargeBuffer = std::size_t{64} << 10;
 
-/// Empty boxes with a large buffer each. Few are kept, and few megabytes, but for one that is larger than all those
-/// together: it is gone once others have asked for as much memory as it has, so that what is kept never takes up more
-/// than what was asked for since.
+/// Empty boxes with a large buffer each. Only a few boxes and a few megabytes are kept, plus one buffer that may be
+/// larger than all the others together. That one is freed once later requests that it did not fit add up to its size,
+/// so that it never takes more memory than was asked for since.
 template <typename Box>
 class SpareBuffers {
 public:
     constexpr SpareBuffers() = default;
 
-    /// An empty box that has room for `count` elements, but not for more than twice as many: a small array that holds
-    /// on to a huge buffer would waste it. Null when there is none.
+    /// An empty box with room for `count` elements but for at most about twice as many, since a huge buffer would be
+    /// wasted on a small array. Null when there is none.
     Box* take(std::size_t count) noexcept {
         if (count * kElementSize > kMostBytes) {
             return takeHuge(count);
@@ -41,7 +41,7 @@ public:
         return best == m_count ? nullptr : remove(best);
     }
 
-    /// Takes an empty box; false when it is not worth keeping. Those that were kept longest make room for it.
+    /// Keeps an empty box; false when it is not worth keeping. The oldest boxes make room for it.
     bool keep(Box* box) noexcept {
         const std::size_t bytes = bytesOf(box);
         if (bytes < kLargeBuffer || bytes > kMostBytes) {
@@ -107,12 +107,12 @@ private:
         return box;
     }
 
-    /// In the order in which they were kept.
+    /// From the oldest to the newest.
     std::array<Box*, kMostBoxes> m_boxes{};
     std::size_t m_count = 0;
     std::size_t m_bytes = 0;
     Box* m_huge = nullptr;
-    /// The bytes that were asked for in vain since.
+    /// The total bytes of requests that m_huge did not fit.
     std::size_t m_missed = 0;
 };
 

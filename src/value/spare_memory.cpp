@@ -42,7 +42,7 @@ const Handler handler;
 
 SpareMemory::SpareMemory() noexcept : m_outer(std::exchange(innermost, this)) {}
 
-// Users on several native stacks of the host do not always end in the reverse order of their beginning.
+// Objects on several native stacks of the host may end in any order.
 SpareMemory::~SpareMemory() {
     SpareMemory** place = &innermost;
     while (*place != this) {
@@ -56,7 +56,7 @@ bool SpareMemory::giveBackAll() noexcept {
     for (SpareMemory* user = innermost; user != nullptr; user = user->m_outer) {
         hasGivenBack |= user->giveBack();
     }
-    // Comes last: what the others drop ends up there.
+    // Last, because memory that the others free ends up in this pool.
     hasGivenBack |= boxPool.shrink(0);
     return hasGivenBack;
 }

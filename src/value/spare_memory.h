@@ -1,35 +1,36 @@
-// Memory that is kept for reuse, and given back when the general allocator has none left.
+// Memory kept for reuse, and freed when the general allocator runs out.
 //
-// Linking the library installs a new-handler: before an allocation with operator new fails, the thread's spare memory
-// goes back and the allocation is tried again. Only when there was none does the handler that was there before get its
-// turn, or the allocation fail as it would have. A host that sets a handler of its own later replaces this one; then,
-// and where operator new asks no handler, the memory goes back once a script's allocation has failed.
+// Linking the library installs a new-handler: before operator new fails, the handler frees the thread's spare memory,
+// and the allocation is tried again. Only when there is no spare memory does the previous handler get its turn or the
+// allocation fail. A host that later sets a handler of its own replaces this one; then, and where operator new calls no
+// handler, the spare memory is freed once a script's allocation has failed.
 #pragma once
 
 namespace morvel::ruby::internal {
 
-/// Says that something which keeps memory for later is in use by this thread, for as long as it lives.
+/// Registers an object that keeps spare memory, in use by this thread, for the object's lifetime.
 class SpareMemory {
 public:
     SpareMemory(const SpareMemory&) = delete;
     SpareMemory& operator=(const SpareMemory&) = delete;
 
-    /// Gives back the spare memory of everything in use by this thread and that of its own; true when there was any.
+    /// Frees the spare memory of all registered objects of this thread and of the thread itself; true when there was
+    /// any.
     static bool giveBackAll() noexcept;
 
 protected:
     SpareMemory() noexcept;
     virtual ~SpareMemory();
 
-    /// Gives back what is spare now; true when that is anything. Called in the middle of whatever asks for memory: may
-    /// not ask for any itself, nor move what is in use.
+    /// Frees the memory that is spare now; true when there was any. Called in the middle of any allocation, so it must
+    /// neither allocate nor move memory that is in use.
     virtual bool giveBack() noexcept = 0;
 
 private:
     SpareMemory* m_outer;
 };
 
-/// Gives back most of what the thread keeps: after much work, with little to come.
+/// Frees most of the thread's spare memory. For use after much work, when little more is to come.
 void trimSpareMemory() noexcept;
 
 }  // namespace morvel::ruby::internal

@@ -8,7 +8,7 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-// Smaller blocks are worth no call of the system.
+// Smaller blocks are not worth a system call.
 constexpr std::size_t kLargeBlock = std::size_t{256} * 1024;
 
 }  // namespace
@@ -18,7 +18,7 @@ ZeroedBlock allocateZeroed(std::size_t bytes) {
         if (void* const block = platform::mapZeroed(bytes)) {
             return {block, bytes};
         }
-        // The allocator may hold as much that it cannot give back to the system.
+        // The allocator may still have free memory that it could not return to the system.
     }
     return {std::memset(::operator new(bytes), 0, bytes), 0};
 }

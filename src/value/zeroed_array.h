@@ -1,4 +1,4 @@
-// Arrays that start as zeros and, when they are large, go back to the system as soon as they end.
+// Arrays that start as zeros and, when large, return their memory to the system as soon as they end.
 #pragma once
 
 #include <cstddef>
@@ -10,23 +10,23 @@ namespace morvel::ruby::internal {
 
 struct ZeroedBlock {
     void* start;
-    /// Its size, if it comes from the system itself; otherwise 0.
+    /// Its size, if it comes directly from the system; otherwise 0.
     std::size_t mappedBytes;
 };
 
-/// Zeroed memory, which takes room in the machine only as it is touched. Large blocks come from the system itself, when
-/// it has them: the allocator could keep them, or have to. Throws std::bad_alloc.
+/// Zeroed memory. Large blocks come directly from the system if possible, and take physical memory only as they are
+/// touched: the allocator might not return them to the system when freed. Throws std::bad_alloc.
 [[nodiscard]] ZeroedBlock allocateZeroed(std::size_t bytes);
 
-/// Gives back what allocateZeroed gave.
+/// Frees a block from allocateZeroed.
 struct ZeroedArrayEnd {
     std::size_t mappedBytes = 0;
 
     void operator()(void* block) const noexcept;
 };
 
-/// An array whose elements are neither constructed nor destroyed: zeros must be a value of the type, and one that
-/// needs no end must be in each element when the array ends.
+/// An array whose elements are neither constructed nor destroyed: all-zero bytes must be a valid element, and when the
+/// array ends, each element must hold a value that needs no destruction.
 template <typename Element>
 using ZeroedArray = std::unique_ptr<Element[], ZeroedArrayEnd>;
 
