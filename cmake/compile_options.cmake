@@ -1,10 +1,10 @@
-# Flags of every target of the project: warnings, and sanitizers when asked for.
+# Flags for every target of the project: warnings, hardening, and sanitizers on request.
 
 include(CheckCXXSourceRuns)
 
-# The program needs no shared library where the static ones are installed: it starts faster and takes less memory.
-# Whether that works also depends on the flags of the build: with many sanitizers, say, such a program links, but
-# crashes at its start. So one is run, with those flags; where it cannot be run, the program is linked as usual.
+# Where the static libraries are installed, the program is linked with them: it starts faster and takes less memory.
+# Whether this works also depends on the flags of the build: with many sanitizers, for example, a static program links
+# but crashes at its start. So a test program is run with those flags; where it cannot run, linking is dynamic.
 function(morvel_find_static_pie)
     if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
         set(MORVEL_HAS_STATIC_PIE OFF CACHE INTERNAL "Static programs work")
@@ -57,7 +57,7 @@ function(morvel_compile_options target)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
         -Wcast-align -Woverloaded-virtual -Wformat=2 -Wimplicit-fallthrough -Wunused)
-    # A switch lists every enumerator, even beside a default: what is new is forgotten nowhere.
+    # A switch must list every enumerator, even with a default, so that no switch misses a new one.
     target_compile_options(${target} PRIVATE -Werror=switch -Werror=switch-enum)
     if(MORVEL_WARNINGS_AS_ERRORS)
         target_compile_options(${target} PRIVATE -Werror)

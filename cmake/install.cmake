@@ -1,4 +1,4 @@
-# Installation: the program, the library, its headers, and what find_package(morvel) needs.
+# Installs the program, the library, its headers, and the files that find_package(morvel) needs.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 

@@ -1,11 +1,11 @@
-# Which implementations of the interfaces in src/platform this system gets: each interface needs one.
+# Selects the implementation of each interface in src/platform for this system.
 include(CheckCXXSymbolExists)
 
 if(NOT CMAKE_SYSTEM_NAME STREQUAL "Linux")
     message(FATAL_ERROR "src/platform has no folder for ${CMAKE_SYSTEM_NAME} yet")
 endif()
 
-# Those with tests of their own.
+# The folders with tests of their own.
 set(MORVEL_PLATFORM_FOLDERS posix linux)
 set(MORVEL_PLATFORM_SOURCES
     src/platform/posix/files.cpp
@@ -19,7 +19,7 @@ set(MORVEL_PLATFORM_SOURCES
     src/platform/linux/stack.cpp
 )
 
-# That of the C library, whose allocator it is.
+# Returning free memory depends on the allocator, and so on the C library.
 check_cxx_symbol_exists(__GLIBC__ features.h MORVEL_HAS_GLIBC)
 if(MORVEL_HAS_GLIBC)
     list(APPEND MORVEL_PLATFORM_SOURCES src/platform/glibc/free_memory.cpp)

@@ -42,7 +42,7 @@ public:
 
     std::string_view readText() { return readString(m_bytes, m_position); }
 
-    /// How many entries of at least `smallest` bytes to make room for, when the image claims `count`.
+    /// How many entries of at least `smallest` bytes to reserve room for when the image claims `count`.
     [[nodiscard]] std::size_t room(std::uint32_t count, std::size_t smallest) const {
         return std::min<std::size_t>(count, left() / smallest);
     }
@@ -105,7 +105,7 @@ private:
         throw RubyError("bytecode constant type is not supported");
     }
 
-    // The pool repeats a name at each of its uses; equal texts share their bytes in memory.
+    // The constant pool repeats a name for each of its uses; equal strings share their memory.
     const RubyValue& sharedText(std::string_view text) {
         const auto [entry, isNew] = m_texts.try_emplace(text);
         if (isNew) {

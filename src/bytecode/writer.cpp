@@ -51,7 +51,7 @@ public:
     }
 
 private:
-    // Little-endian, whatever the processor's order is.
+    // Little-endian, whatever the processor's byte order.
     static void store(std::uint8_t* bytes, std::uint32_t number) {
         bytes[0] = static_cast<std::uint8_t>(number);
         bytes[1] = static_cast<std::uint8_t>(number >> 8);
@@ -99,11 +99,11 @@ void writeFunction(ImageWriter& writer, const CompiledFunction& function) {
 
 std::size_t stringSize(std::string_view text) { return sizeof(std::uint32_t) + toImageCount(text.size()); }
 
-// At least what the image will take: growing it step by step would touch twice the memory.
+// An upper bound on the size of the image: growing it step by step would touch twice the memory.
 std::size_t imageSize(const Program& program) {
-    // The type and eight bytes.
+    // The type and eight bytes of payload.
     constexpr std::size_t kLongestNumber = 1 + sizeof(std::uint64_t);
-    // The version and the numbers of constants and functions; a function has one less.
+    // The version and the numbers of constants and functions. A function needs only two counts.
     constexpr std::size_t kCounts = 3 * sizeof(std::uint32_t);
     std::size_t size = kBytecodeMagic.size() + kCounts + stringSize(program.name);
     for (const RubyValue& constant : program.constants) {

@@ -23,9 +23,9 @@ namespace {
 constexpr int kSuccess = 0;
 constexpr int kFailure = 1;
 
-// Reporting needs no memory, since there may be none left.
+// Reporting allocates nothing, since there may be no memory left.
 
-/// The text of an exception while it lives. Keeps NUL bytes of a script error, which what() would cut off.
+/// The message of an exception, valid while it lives. Keeps the NUL bytes of a script error, at which what() would end.
 std::string_view messageOf(const std::exception& exception) noexcept {
     if (const auto* error = dynamic_cast<const RubyError*>(&exception)) {
         return error->message();
@@ -37,7 +37,7 @@ std::string_view messageOf(const RubyResult& result) noexcept {
     return result.error.empty() ? "MorvelTesk execution failed" : std::string_view(result.error);
 }
 
-/// Writes what scripts have printed so far, so that it stands before anything that follows. False when it is lost.
+/// Writes out what scripts have printed so far, so that it precedes anything that follows. False when output was lost.
 bool flushOutput() {
     std::cout.flush();
     return std::cout.good() && std::ferror(stdout) == 0;
@@ -62,7 +62,7 @@ int printUsage(std::string_view invocation) {
 }
 
 std::string readSource(const std::string& path) {
-    // Large enough that reading takes few calls of the system.
+    // Large enough that reading takes few system calls.
     constexpr std::size_t kBlock = 1 << 16;
     std::error_code ignored;
     errno = 0;
@@ -70,14 +70,14 @@ std::string readSource(const std::string& path) {
     if (!file.is_open() && errno == ENOMEM) {
         throw std::bad_alloc();
     }
-    // A directory opens like a file here; only reading it would fail.
+    // A directory opens like a file; only reading it would fail.
     bool isReadable = file.is_open() && !std::filesystem::is_directory(path, ignored);
     std::string content;
     std::vector<char> block(kBlock);
     while (isReadable && file) {
         file.read(block.data(), kBlock);
         content.append(block.data(), static_cast<std::size_t>(file.gcount()));
-        // The end of the file is a failure too, but not a bad one.
+        // The end of the file sets failbit, but not badbit.
         isReadable = !file.bad();
     }
     if (!isReadable) {
@@ -96,7 +96,7 @@ RubyResult compileFile(const RubyVM& vm, const std::string& scriptPath, const st
 }
 
 RubyResult runRepl(RubyVM& vm) {
-    // A line that there is no memory for throws; it would look like the end of the input otherwise.
+    // Makes a line that does not fit into memory throw; otherwise it would look like the end of the input.
     std::cin.exceptions(std::ios::badbit);
     std::string line;
     while (true) {
@@ -116,7 +116,7 @@ RubyResult runRepl(RubyVM& vm) {
     }
 }
 
-/// Carries out the mode that the words ask for. Nothing when they fit none of the forms.
+/// Runs the mode that the words select. Nothing when they match none of the forms.
 std::optional<RubyResult> runMode(RubyVM& vm, std::span<char*> words) {
     if (words.size() < 2) {
         return std::nullopt;
@@ -137,7 +137,7 @@ std::optional<RubyResult> runMode(RubyVM& vm, std::span<char*> words) {
 }  // namespace
 
 int runProgram(std::span<char*> words) {
-    // A reader that goes away or a file that may not grow is an error to report, not a reason to die without a word.
+    // A pipe without a reader or a file that may not grow is an error to report, not a reason to die silently.
     platform::ignoreWriteSignals();
     int status = kSuccess;
     bool isLossReported = false;

@@ -1,5 +1,5 @@
-// Numbers from text by the rules of the C library, in the "C" locale: the host may have set another one for the
-// process, with another decimal point.
+// Numbers from text by the rules of the C library, in the "C" locale: the host may have set a locale with a different
+// decimal point for the process.
 #pragma once
 
 namespace morvel::ruby::platform {

@@ -3,8 +3,8 @@
 
 namespace morvel::ruby::platform {
 
-/// Has the general allocator give what is free to the system, as far as it can: address space and memory that it keeps
-/// for small blocks is of no use to large ones. Takes time in proportion to the number of free blocks.
+/// Makes the general allocator return its free memory to the system, as far as it can: what it keeps for small blocks
+/// is of no use to large ones. Takes time in proportion to the number of free blocks.
 void returnFreeMemory() noexcept;
 
 }  // namespace morvel::ruby::platform

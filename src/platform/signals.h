@@ -1,10 +1,10 @@
-// Signals that the program must not die of.
+// Signals that must not kill the program.
 #pragma once
 
 namespace morvel::ruby::platform {
 
-/// From now on a write whose reader has gone away, or that makes a file larger than the process may, fails instead of
-/// ending the process.
+/// From now on, writing to a pipe without a reader, or past the file size limit of the process, fails instead of
+/// killing the process.
 void ignoreWriteSignals() noexcept;
 
 }  // namespace morvel::ruby::platform

@@ -16,21 +16,21 @@ inline constexpr std::uintptr_t kSmallestPage = 4096;
 }
 
 struct ThreadStack {
-    /// The end that the stack grows towards, and how far that is from the other one.
+    /// The end that the stack grows towards, and its distance from the other end.
     std::uintptr_t lowest;
     std::size_t size;
-    /// Frames above this address need nothing; those below it need growStack first.
+    /// Frames below this address need growStack first.
     std::uintptr_t mapped;
 };
 
-/// The stack that the system gave to the calling thread, where `here` is an address of the running frame, on that stack
-/// or on one that the host switched to by itself. Nothing when the system does not tell; it may do so later.
+/// The stack that the system gave to the calling thread. `here` is an address in the running frame, which is on that
+/// stack or on one that the host itself switched to. Nothing when the system gives no answer; a later call may succeed.
 [[nodiscard]] std::optional<ThreadStack> threadStack(std::uintptr_t here) noexcept;
 
 enum class StackGrowth : std::uint8_t { Mapped, Refused, Unknown };
 
-/// Has the calling thread's stack grow down to an address of it: Refused when there is no memory for that, which would
-/// otherwise end the process once a frame gets there, and Unknown when the system does not tell. Costs a system call.
+/// Grows the calling thread's stack down to `address`, which lies in it. Refused means that there is no memory for it,
+/// so a frame there would kill the process; Unknown that the system gives no answer. Costs a system call.
 [[nodiscard]] StackGrowth growStack(std::uintptr_t address) noexcept;
 
 }  // namespace morvel::ruby::platform

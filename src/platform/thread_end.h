@@ -1,4 +1,4 @@
-// What is to be done when a thread ends.
+// Clean-up at the end of a thread.
 #pragma once
 
 #include <atomic>
@@ -6,22 +6,22 @@
 
 namespace morvel::ruby::platform {
 
-/// A function that the system calls at the end of each thread that asked for it. To ask needs no memory of the general
-/// allocator on a usual system, and may fail without harm: a thread-local object with a destructor, which would do the
-/// same, ends the whole process where there is no memory to register it.
+/// A function that the system calls at the end of each thread that asked for it. On usual systems, asking takes no
+/// memory of the general allocator, and it may fail without harm: a thread-local object with a destructor would do the
+/// same, but ends the whole process when there is no memory to register it.
 class ThreadEnd {
 public:
     constexpr ThreadEnd() noexcept = default;
 
-    /// From now on threads can ask for `function`, whose argument means nothing.
+    /// From now on threads can ask for `function`, which must ignore its argument.
     void open(void (*function)(void*)) noexcept;
-    /// No thread can ask any more, and nothing is called for those that did.
+    /// From now on no thread can ask, and the function is not called for those that did.
     void close() noexcept;
-    /// Has the function called at the end of this thread; false when that is not possible.
+    /// Asks for the function to be called at the end of this thread; false when that is impossible.
     [[nodiscard]] bool ask() noexcept;
 
 private:
-    /// The system's own name for the function.
+    /// The system's key for the function.
     std::uintptr_t m_key = 0;
     std::atomic<bool> m_isOpen{false};
 };

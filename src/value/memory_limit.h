@@ -13,7 +13,7 @@ inline constexpr std::size_t kSurelyThere = 1 << 20;
 class SizeRefused : public std::bad_alloc {};
 
 /// False when `count` elements of `size` bytes each exceed the machine's memory, the limits of the process or, for
-/// large requests, those of its control group. `count` and `size` may be 0.
+/// large requests, those of its group of processes. `count` and `size` may be 0.
 [[nodiscard]] bool canHaveMemory(std::size_t count, std::size_t size);
 
 /// Throws SizeRefused when the process cannot have that much memory.

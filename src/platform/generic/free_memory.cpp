@@ -1,4 +1,4 @@
-// For allocators that cannot be asked.
+// For allocators without a function to return their free memory.
 #include "platform/free_memory.h"
 
 namespace morvel::ruby::platform {

@@ -10,20 +10,20 @@ namespace morvel::ruby::platform {
 
 namespace {
 
-// The allocator's cache for each thread: so many blocks of each size, which count as used. Those freed last are often
-// the highest, and keep all below them from the system.
+// The allocator caches this many blocks of each size per thread and counts them as used. Those freed last are often the
+// highest, which keeps all memory below them from returning to the system.
 constexpr std::size_t kCachedBlocks = 7;
 constexpr std::size_t kSmallest = 24;
 constexpr std::size_t kStep = 16;
 constexpr std::size_t kLargest = 1032;
 
-/// Puts other blocks of the size into the cache, from where the allocator likes to take them: low in memory.
+/// Replaces the cached blocks of the size by others that the allocator prefers to hand out, low in memory.
 void exchangeCachedBlocks(std::size_t size) noexcept {
     std::array<void*, kCachedBlocks * 2> blocks{};
     for (void*& block : blocks) {
         block = std::malloc(size);
     }
-    // Those taken last fill the cache, so that the others do not get there again.
+    // Free the blocks taken last first: they fill the cache, so that the others do not return to it.
     for (std::size_t i = blocks.size(); i-- > 0;) {
         std::free(blocks[i]);
     }
@@ -32,7 +32,7 @@ void exchangeCachedBlocks(std::size_t size) noexcept {
 }  // namespace
 
 void returnFreeMemory() noexcept {
-    // Many free blocks hang in lists of their own until they are merged, which makes room for the others.
+    // Merges the free blocks that wait in separate lists, which makes room for the exchange.
     malloc_trim(0);
     for (std::size_t size = kSmallest; size <= kLargest; size += kStep) {
         exchangeCachedBlocks(size);

@@ -15,7 +15,7 @@ namespace morvel::ruby::platform {
 
 namespace {
 
-/// The begin of a small file; empty when it cannot be read.
+/// The beginning of a file, enough for small ones; empty when it cannot be read.
 std::string readStart(const std::string& path) {
     constexpr std::size_t kMost = 4096;
     std::array<char, kMost> bytes;
@@ -28,7 +28,7 @@ std::string readStart(const std::string& path) {
     return size <= 0 ? std::string() : std::string(bytes.data(), static_cast<std::size_t>(size));
 }
 
-/// The number that a file holds; no limit for "max", and for a file that is not there.
+/// The number in a file; no limit for "max" or a missing file.
 std::size_t limitIn(const std::string& path) {
     const std::string text = readStart(path);
     std::size_t limit = 0;
@@ -36,7 +36,7 @@ std::size_t limitIn(const std::string& path) {
     return parsed.ec == std::errc() ? std::min(limit, kNoMemoryLimit) : kNoMemoryLimit;
 }
 
-/// The smallest limit of a group and those around it, which are the folders above its own.
+/// The smallest limit of a group and the groups that contain it, which are the folders above its own.
 std::size_t limitOfGroup(const std::string& root, std::string_view group, const char* file) {
     std::size_t smallest = limitIn(root + "/" + file);
     while (group.size() > 1 && group.front() == '/') {
@@ -63,7 +63,7 @@ std::size_t controlGroupLimit(const std::string& groupsOfProcess, const std::str
     const std::string text = readStart(groupsOfProcess);
     std::string_view left = text;
     std::size_t smallest = kNoMemoryLimit;
-    // Lines of the form ID:CONTROLLERS:GROUP; the one of version 2 names no controllers.
+    // Lines have the form ID:CONTROLLERS:GROUP; the line of version 2 names no controllers.
     while (!left.empty()) {
         const std::size_t end = std::min(left.find('\n'), left.size());
         const std::string_view line = left.substr(0, end);

@@ -8,7 +8,7 @@
 namespace morvel::ruby::platform {
 
 void preferLargePages(void* block, std::size_t bytes) noexcept {
-    // Two large pages: at its ends a block lies on pages that it only has parts of.
+    // Two large pages, since a block only partly covers the pages at its ends.
     constexpr std::size_t kLargeBlock = std::size_t{4} * 1024 * 1024;
     if (bytes < kLargeBlock) {
         return;

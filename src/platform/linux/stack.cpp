@@ -13,12 +13,12 @@ namespace morvel::ruby::platform {
 
 namespace {
 
-// Where the initial stack has no limit, it ends here for scripts: a value that contains itself would otherwise take all
-// memory before it is refused. The system maps nothing else this close below the top of the stack, so that an address
-// in this range is on the initial stack.
+// The size of the initial stack for scripts when the system sets no limit: otherwise a value that contains itself would
+// use up all memory before it is refused. The system maps nothing else this close below the top of the stack, so an
+// address in this range is on the initial stack.
 constexpr std::size_t kMostUnlimited = std::size_t{64} * 1024 * 1024;
 
-// The stack of any thread but the initial one, and the part of the initial stack that is in use.
+// The whole stack of any thread but the initial one; of the initial stack, only the part in use.
 std::optional<ThreadStack> stackOfLibrary() noexcept {
     pthread_attr_t attributes;
     if (pthread_getattr_np(pthread_self(), &attributes) != 0) {
@@ -32,17 +32,17 @@ std::optional<ThreadStack> stackOfLibrary() noexcept {
     return found ? std::optional(ThreadStack{lowest, size, lowest}) : std::nullopt;
 }
 
-// The end of the initial thread's stack; 0 when unknown. The program's name, which the kernel puts at the very top,
-// leads there. Asking the library takes a file of /proc, hence a free descriptor.
+// The top of the initial thread's stack; 0 when unknown. It is found through the program's name, which the kernel puts
+// at the very top. Asking the library would read a file of /proc and so need a free descriptor.
 std::uintptr_t topOfInitialStack() noexcept {
     const auto name = static_cast<std::uintptr_t>(getauxval(AT_EXECFN));
     return name == 0 ? 0 : pageOf(name) + kSmallestPage;
 }
 
-// Valgrind grows the initial stack by itself, for frames only, and refuses other growth. It hides the kernel's vDSO.
+// False under Valgrind, which grows the initial stack itself, for frames only. Valgrind hides the kernel's vDSO.
 bool growsByKernel() noexcept { return getauxval(AT_SYSINFO_EHDR) != 0; }
 
-// What the initial thread's stack may grow to.
+// The initial thread's stack at the largest size that it may grow to.
 std::optional<ThreadStack> initialStack(std::uintptr_t top) noexcept {
     rlimit limit{};
     if (getrlimit(RLIMIT_STACK, &limit) != 0) {
@@ -61,14 +61,14 @@ std::optional<ThreadStack> threadStack(std::uintptr_t here) noexcept {
         return initialStack(top);
     }
     const std::optional<ThreadStack> stack = stackOfLibrary();
-    // The arguments and the environment lie above what the library counts as the initial stack.
+    // The arguments and the environment lie above the part that the library counts as the initial stack.
     const bool isInitial = stack && top - (stack->lowest + stack->size) < kMostUnlimited;
     return isInitial ? initialStack(top) : stack;
 }
 
-// The kernel grows the initial stack for whatever accesses the addresses below it. When it cannot, because the address
-// space is used up, an access of the program's own is a SIGSEGV; a system call that is to write there just fails. This
-// one writes the thread's signal mask and changes nothing.
+// The kernel grows the initial stack on any access to the addresses below it. When it cannot, because the address space
+// is used up, an access by the program raises SIGSEGV, but a system call that writes there merely fails. The call below
+// writes the thread's signal mask there and changes nothing else.
 StackGrowth growStack(std::uintptr_t address) noexcept {
     constexpr std::size_t kSizeOfSignalSet = 8;
     const int error = errno;

@@ -20,7 +20,7 @@ void ThreadEnd::close() noexcept {
     }
 }
 
-// The value only has to differ from null, or nothing would be called.
+// Any value but null will do: for null, the system does not call the function.
 bool ThreadEnd::ask() noexcept { return m_isOpen && pthread_setspecific(static_cast<pthread_key_t>(m_key), this) == 0; }
 
 }  // namespace morvel::ruby::platform
