@@ -43,7 +43,7 @@ RubyArray& sharedArray(const RubyValue& value) { return const_cast<RubyValue&>(v
 RubyMap& sharedMap(const RubyValue& value) { return const_cast<RubyValue&>(value).asMap(); }
 
 RubyValue numericResult(double number) {
-    // Most whole results are small, and then this says so at once.
+    // A shortcut for small results, which most are.
     constexpr double kSmall = 0x1p52;
     if (number > -kSmall && number < kSmall) {
         const auto truncated = static_cast<std::int64_t>(number);

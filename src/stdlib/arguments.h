@@ -9,7 +9,7 @@
 
 namespace morvel::ruby::internal {
 
-/// What a built-in receives. The argument count has been checked against the registration table.
+/// A call as a built-in receives it. The argument count has been checked against the registration table.
 struct BuiltinCall {
     /// The registered name, which begins every message.
     const char* name;
@@ -21,7 +21,7 @@ struct BuiltinCall {
     [[nodiscard]] const RubyValue& operator[](std::size_t index) const noexcept { return arguments.begin()[index]; }
 };
 
-// Checks of single arguments, by 0-based index. Each first makes sure that the argument is there: "NAME is missing
+// Checks of single arguments, by 0-based index. When there is no such argument, each fails with "NAME is missing
 // argument N", counted from 1.
 
 const RubyValue& requireArgument(const BuiltinCall& call, std::size_t index);
@@ -50,7 +50,7 @@ const RubyValue& requireArgument(const BuiltinCall& call, std::size_t index);
 /// The argument, a string; fails with "NAME expects a string argument".
 [[nodiscard]] const RubyValue& requireString(const BuiltinCall& call, std::size_t index);
 
-/// The text of the argument; fails with "NAME expects a string argument".
+/// The bytes of a string argument; fails with "NAME expects a string argument".
 [[nodiscard]] inline const std::string& requireStringArgument(const BuiltinCall& call, std::size_t index) {
     if (index < call.count() && call[index].isString()) {
         return static_cast<const StringBox*>(call[index].data.box)->text;
@@ -61,12 +61,12 @@ const RubyValue& requireArgument(const BuiltinCall& call, std::size_t index);
 /// Argument 0 as an array; fails with "NAME expects an array".
 [[nodiscard]] RubyArray& requireArrayArgument(const BuiltinCall& call);
 
-/// The container behind an array or map value, which the holder of a copy may change. Fails as asArray and asMap do.
+/// The container behind an array or map value, which any holder of a copy may change. Fails like asArray and asMap.
 [[nodiscard]] RubyArray& sharedArray(const RubyValue& value);
 [[nodiscard]] RubyMap& sharedMap(const RubyValue& value);
 
-/// After elements were removed: gives back most of the memory of a large array that is mostly empty by now. Over many
-/// removals and additions that costs a constant for each.
+/// To be called after removing elements: frees most of the memory of a large array that has become mostly empty. Takes
+/// amortised constant time over removals and additions.
 inline void giveBackRoom(RubyArray& array) noexcept {
     constexpr std::size_t kLarge = std::size_t{1} << 16;
     if (array.capacity() > kLarge && array.size() < array.capacity() / 4) [[unlikely]] {
@@ -77,7 +77,7 @@ inline void giveBackRoom(RubyArray& array) noexcept {
 /// An integer when `number` is whole (within the double epsilon) and in the 64-bit range, else the float.
 [[nodiscard]] RubyValue numericResult(double number);
 
-/// Throws RubyError with the call's name and `message` after it: "NAME MESSAGE".
+/// Throws RubyError "NAME MESSAGE", with the name of the call.
 [[noreturn]] void failCall(const BuiltinCall& call, const char* message);
 
 }  // namespace morvel::ruby::internal

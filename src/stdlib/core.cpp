@@ -20,7 +20,7 @@ namespace morvel::ruby::internal::builtins {
 
 namespace {
 
-// Strings go out as they are; everything else is rendered whole first, so that a failure prints nothing.
+// Takes a complete rendering, so that a value that fails to render prints nothing.
 void writeOutput(const std::string& text) {
     std::cout.write(text.data(), static_cast<std::streamsize>(text.size()));
     if (!std::cout) {
@@ -45,7 +45,7 @@ RubyValue integerOrNil(const std::string& text, int base) {
     return number ? RubyValue(*number) : RubyValue();
 }
 
-/// Number of steps from `start` to `stop` inclusive, for a range that is not empty.
+/// The number of elements from `start` to `stop` inclusive, for a range that is not empty.
 std::uint64_t rangeLength(std::int64_t start, std::int64_t stop, std::int64_t step) {
     const auto low = static_cast<std::uint64_t>(step > 0 ? start : stop);
     const auto high = static_cast<std::uint64_t>(step > 0 ? stop : start);
@@ -62,7 +62,7 @@ RubyValue makeRange(std::int64_t start, std::int64_t stop, std::int64_t step) {
     const std::uint64_t length = rangeLength(start, stop, step);
     requireMemory(length, sizeof(RubyValue));
     RubyArray numbers = arrayWithRoom(length);
-    // The last number is at most the stop, so the sum stays in range; unsigned keeps the step past it defined.
+    // No element passes the stop, so all are in range; unsigned arithmetic keeps the last addition, past it, defined.
     auto number = static_cast<std::uint64_t>(start);
     for (std::uint64_t i = 0; i < length; ++i) {
         numbers.emplace_back(static_cast<std::int64_t>(number));
@@ -167,7 +167,7 @@ RubyValue collectGarbage(const BuiltinCall&) { return {}; }
 RubyValue error(const BuiltinCall& call) { throw RubyError(errorCallMessage(call.arguments.begin(), call.count())); }
 
 RubyValue pcall(const BuiltinCall& call) {
-    // Only reached by hosts that call the handle themselves: the interpreter carries out pcall without it.
+    // Reached only when a host calls the handle itself: the interpreter executes pcall without it.
     const Program noCaller;
     return RubyVM::Impl::of(call.vm).protectedCall(noCaller, call.arguments.begin(), call.count(), 0);
 }
@@ -180,7 +180,7 @@ RubyValue load(const BuiltinCall& call) {
 RubyValue range(const BuiltinCall& call) {
     const std::int64_t first = requireIntegerArgument(call, 0);
     if (call.count() == 1) {
-        // Not "stop = first - 1", which has no value for the smallest integer.
+        // The early result avoids first - 1 for the smallest integer, which would overflow.
         return first <= 0 ? RubyValue::makeArray() : makeRange(0, first - 1, 1);
     }
     const std::int64_t stop = requireIntegerArgument(call, 1);

@@ -34,7 +34,7 @@ bool hasLargeTexts(const BuiltinCall& call) {
     return size > kSurelyThere;
 }
 
-/// Bytes of the texts that the format asks for.
+/// The total size of the strings that the format refers to.
 std::size_t textSize(const BuiltinCall& call, std::string_view format) {
     std::size_t size = 0;
     std::size_t nextArgument = 1;
@@ -71,7 +71,7 @@ RubyValue stringFormat(const BuiltinCall& call) {
             text += '%';
             continue;
         }
-        // Before the token itself is looked at: "%x" without an argument misses the argument.
+        // Checked before the token itself: "%x" without an argument reports the missing argument.
         if (nextArgument == call.count()) {
             throw RubyError("missing argument for format string");
         }

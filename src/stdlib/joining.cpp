@@ -14,12 +14,12 @@ namespace morvel::ruby::internal {
 
 RubyValue joinElements(const BuiltinCall& call, const RubyArray& elements) {
     const std::string_view separator = call.count() > 1 ? std::string_view(requireStringArgument(call, 1)) : "";
-    // What is known of the size is reserved at once: growing step by step would need up to three times the memory.
+    // Reserve the known part of the size at once: growing step by step would need up to three times the memory.
     const std::size_t separators = elements.empty() ? 0 : elements.size() - 1;
     requireMemory(separators, separator.size());
     std::size_t size = separators * separator.size();
     for (const RubyValue& element : elements) {
-        // Many elements may share one long text: the sum stays at the greatest size instead of wrapping around.
+        // Many elements may share one long string: the sum saturates instead of wrapping around.
         size += std::min(element.isString() ? element.asString().size() : 0, SIZE_MAX - size);
     }
     requireMemory(size, 1);

@@ -5,7 +5,7 @@
 
 namespace morvel::ruby::internal {
 
-/// The renderings of the elements with the call's optional argument 1 between them, which must be a string.
+/// The rendered elements, separated by the call's optional argument 1, which must be a string.
 [[nodiscard]] RubyValue joinElements(const BuiltinCall& call, const RubyArray& elements);
 
 }  // namespace morvel::ruby::internal

@@ -13,7 +13,7 @@ namespace {
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 constexpr double kDegreesPerRadian = 57.29577951308232;
 
-/// The argument that `isBetter` than all before it, the first one to start with.
+/// The best argument by `isBetter`; of equally good ones, the first.
 template <typename IsBetter>
 RubyValue bestArgument(const BuiltinCall& call, IsBetter isBetter) {
     double best = requireNumericArgument(call, 0);
@@ -27,11 +27,11 @@ RubyValue bestArgument(const BuiltinCall& call, IsBetter isBetter) {
 RubyValue randomFraction(std::mt19937_64& random) {
     constexpr double kTwoToMinus64 = 5.421010862427522e-20;
     constexpr double kLargestBelowOne = 0x1.fffffffffffffp-1;
-    // Converting the draw may round it up to 2 to the power 64, whose product would be 1.
+    // The conversion may round up to 2 to the power 64, which would make the product 1.
     return std::fmin(static_cast<double>(random()) * kTwoToMinus64, kLargestBelowOne);
 }
 
-/// Reads a number from an argument; false for values of other kinds.
+/// Reads a number from an argument; false for other kinds of value.
 bool readNumber(const RubyValue& argument, double& number) {
     if (argument.isFloat()) {
         number = argument.data.floating;
@@ -41,7 +41,7 @@ bool readNumber(const RubyValue& argument, double& number) {
     return argument.isInteger();
 }
 
-/// Stores what `function` makes of the only argument.
+/// Applies `function` to the only argument and stores the result.
 template <typename Function>
 bool applyToNumber(const RubyValue* arguments, std::size_t count, RubyValue* result, Function function) {
     double number = 0;
@@ -52,7 +52,7 @@ bool applyToNumber(const RubyValue* arguments, std::size_t count, RubyValue* res
     return true;
 }
 
-/// The same for a function that gives a whole number back as it is.
+/// The same for a function that leaves whole numbers unchanged.
 template <typename Function>
 bool roundNumber(const RubyValue* arguments, std::size_t count, RubyValue* result, Function function) {
     if (count == 1 && isExactInteger(arguments[0])) {

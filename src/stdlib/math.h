@@ -22,7 +22,7 @@ RubyValue mathClamp(const BuiltinCall& call);
 RubyValue mathRandomSeed(const BuiltinCall& call);
 RubyValue mathRandom(const BuiltinCall& call);
 
-// The same work on numbers alone, without a call's surroundings (NumberFunction).
+// The same functions on plain numbers, without a BuiltinCall (see NumberFunction).
 bool floorOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result);
 bool ceilOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result);
 bool absOfNumber(const RubyValue* arguments, std::size_t count, RubyValue* result);

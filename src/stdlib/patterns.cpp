@@ -16,7 +16,7 @@ constexpr std::string_view kDigits = "%d+";
 constexpr std::string_view kDigit = "%d";
 constexpr std::string_view kLettersDashDigits = "(%a+)%-(%d+)";
 
-/// End of the run of bytes of one class that starts at `begin`.
+/// The end of the run of bytes of one class that starts at `begin`.
 std::size_t runEnd(std::string_view text, std::size_t begin, bool (*belongs)(char)) {
     while (begin < text.size() && belongs(text[begin])) {
         ++begin;
@@ -34,7 +34,7 @@ std::size_t findDigit(std::string_view text, std::size_t from) {
     return static_cast<std::size_t>(first - text.begin());
 }
 
-/// The first run of digits at or after `from`; empty at the end of the text when there is none.
+/// The first run of digits at or after `from`; an empty run at the end of `text` when there is none.
 Run nextDigitRun(std::string_view text, std::size_t from) {
     const std::size_t begin = findDigit(text, from);
     return {begin, runEnd(text, begin, isDigitByte)};
@@ -74,8 +74,8 @@ Run nextDigit(std::string_view text, std::size_t from) {
     return {begin, begin + 1};
 }
 
-/// Replaces each run that `next` finds, called with the text and the end of the run before; none is at the end of the
-/// text.
+/// Replaces each run that `next` finds. `next` takes the string and the end of the previous run; when no run is left,
+/// it returns one at the end of the string.
 template <typename Next>
 std::string replaceAll(std::string_view text, std::string_view replacement, Next next) {
     if (!replacement.empty() && text.size() > kSurelyThere / replacement.size()) {

@@ -1,4 +1,4 @@
-// Searching: a few fixed patterns, and literal text for everything else.
+// Searching and replacing: a few fixed patterns; everything else is taken literally.
 #pragma once
 
 #include "stdlib/arguments.h"

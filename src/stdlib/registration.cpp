@@ -1,4 +1,4 @@
-// The standard library's table: every built-in once, in the order of registration.
+// The table of the standard library: every built-in once, in the order of registration.
 #include <array>
 #include <cstddef>
 #include <utility>
@@ -34,7 +34,7 @@ struct Builtin {
     Shortcut shortcut = Shortcut::None;
 };
 
-/// A row whose body has a short form for numbers.
+/// A row with a short form for numbers.
 constexpr Builtin onNumbers(Builtin row, NumberFunction function) {
     row.numberFunction = function;
     return row;
@@ -126,7 +126,7 @@ constexpr std::array kBuiltins{
     Builtin{"append_file", 2, 2, builtins::appendFile},
 };
 
-/// The host function of one row: checks the argument count, then runs the body.
+/// The host function of one row: checks the argument count, then calls the built-in.
 template <std::size_t Row>
 RubyValue callBuiltin(RubyVM& vm, RubyArguments arguments) {
     constexpr const Builtin& kBuiltin = kBuiltins[Row];

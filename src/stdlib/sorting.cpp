@@ -17,7 +17,7 @@ namespace {
 
 bool isOrderedNumber(const RubyValue& value) { return value.isNumeric() && !std::isnan(value.asFloat()); }
 
-/// Walks over the integers in an array's elements, so that sorting moves only them and needs no copy.
+/// Iterates over the integer payloads of an array's elements, so that sorting moves only those and needs no copy.
 class IntegerIterator {
 public:
     using iterator_category = std::random_access_iterator_tag;
@@ -60,7 +60,7 @@ void sortNumbers(RubyArray& elements) {
               [](const RubyValue& left, const RubyValue& right) { return left.asFloat() < right.asFloat(); });
 }
 
-/// Up to eight bytes at the beginning of a text as a number that is ordered as they are, zeros after the end.
+/// The first eight bytes of a string as a number with the same order; zeros stand for bytes past the end.
 std::uint64_t prefixOf(const std::string& text) noexcept {
     constexpr std::size_t kBytes = sizeof(std::uint64_t);
     constexpr unsigned kByteBits = 8;
@@ -72,13 +72,13 @@ std::uint64_t prefixOf(const std::string& text) noexcept {
     return prefix;
 }
 
-/// A string on its way through the sort: most are told apart by the prefix, without a look at their memory.
+/// A string to be sorted. The prefix decides most comparisons without reading the string's memory.
 struct KeyedString {
     std::uint64_t prefix;
     StringBox* box;
 
     bool operator<(const KeyedString& other) const noexcept {
-        // Texts compare byte by byte, as unsigned; one that is in the array many times may be long.
+        // Strings compare by unsigned bytes. Comparing the boxes first helps when the array repeats a long string.
         return prefix != other.prefix ? prefix < other.prefix : box != other.box && box->text < other.box->text;
     }
 };
@@ -86,7 +86,7 @@ struct KeyedString {
 static_assert(sizeof(KeyedString) == sizeof(RubyValue));
 static_assert(alignof(KeyedString) == alignof(RubyValue));
 
-/// Sorts strings in the array's own memory. Nothing can fail on the way from values to keyed strings and back.
+/// Sorts strings in the array's own memory. Converting values to keyed strings and back cannot fail.
 void sortStrings(RubyArray& elements) {
     KeyedString* keyed = nullptr;
     for (std::size_t i = elements.size(); i-- > 0;) {
@@ -102,7 +102,7 @@ void sortStrings(RubyArray& elements) {
     }
 }
 
-/// An element and its text, which is the string's own or the rendered one.
+/// An element and its text: the string itself, or the rendered value.
 class RenderedElement {
 public:
     explicit RenderedElement(const RubyValue& element) : value(element) {
@@ -134,7 +134,7 @@ void sortMixed(RubyArray& elements) {
     for (const RubyValue& element : elements) {
         rendered.emplace_back(element);
     }
-    // A merge sort: unlike a quick sort it stays within its bounds whatever the comparison answers.
+    // A merge sort, unlike a quicksort, stays within bounds even when the comparison is inconsistent.
     std::stable_sort(rendered.begin(), rendered.end());
     for (std::size_t i = 0; i < elements.size(); ++i) {
         elements[i] = std::move(rendered[i].value);

@@ -5,8 +5,8 @@
 
 namespace morvel::ruby::internal {
 
-/// Sorts in place: two numbers by their value as doubles, any other pair by their renderings, byte by byte. Nothing
-/// is changed when a rendering fails. Safe for orders that contradict themselves, as NaN and mixed kinds make them.
+/// Sorts in place: two numbers by their values as doubles, any other pair by their rendered text, byte by byte. When
+/// rendering fails, nothing has changed. Safe for inconsistent orders, which NaN and mixed kinds cause.
 void sortElements(RubyArray& elements);
 
 }  // namespace morvel::ruby::internal

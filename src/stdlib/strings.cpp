@@ -23,13 +23,13 @@ RubyValue mapBytes(const BuiltinCall& call, char (*convert)(char)) {
     return text;
 }
 
-/// A run of bytes: 0-based begin, length.
+/// A range of bytes, starting at a 0-based position.
 struct ByteRange {
     std::size_t begin = 0;
     std::size_t length = 0;
 };
 
-// From 1-based inclusive positions, negative ones counted from the end, to the bytes that exist between them.
+// Converts 1-based inclusive positions, negative ones counted from the end, to the range of existing bytes.
 ByteRange byteRange(std::int64_t first, std::int64_t last, std::size_t size) {
     const auto length = static_cast<std::int64_t>(size);
     first = std::max<std::int64_t>(first < 0 ? first + length + 1 : first, 1);

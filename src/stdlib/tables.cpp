@@ -15,7 +15,7 @@ namespace morvel::ruby::internal::builtins {
 
 namespace {
 
-/// The element or entry of argument 0 that argument 1 names, or null.
+/// The element or entry of argument 0 with the index or key in argument 1, or null.
 const RubyValue* findInTable(const BuiltinCall& call) {
     const RubyValue& table = call[0];
     if (table.isMap()) {
@@ -69,7 +69,7 @@ RubyValue tableClone(const BuiltinCall& call) {
 
 RubyValue tableClear(const BuiltinCall& call) {
     if (call[0].isArray()) {
-        // The array is empty before its elements go, in case releasing them runs code that looks at it.
+        // Empty the array before releasing its elements, in case that runs code that looks at it.
         const RubyArray dying(std::move(sharedArray(call[0])));
         sharedArray(call[0]).clear();
         return call[0];

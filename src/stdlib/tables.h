@@ -1,4 +1,4 @@
-// Functions on maps, and on arrays and maps alike.
+// Functions on maps, and functions on both arrays and maps.
 #pragma once
 
 #include "stdlib/arguments.h"

@@ -1,4 +1,4 @@
-// Character classes of the "C" locale, whatever locale the process has.
+// Character classes of the "C" locale, independent of the process's locale.
 #pragma once
 
 namespace morvel::ruby::internal {

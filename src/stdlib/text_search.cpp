@@ -11,21 +11,21 @@ namespace morvel::ruby::internal {
 namespace {
 
 constexpr std::size_t kLanes = 16;
-/// How many bytes of a candidate are compared before the comparison counts.
+/// How many bytes of a candidate are compared before the comparison counts towards kPatience.
 constexpr std::size_t kBeginning = 32;
-/// How many bytes may be compared for each byte of the texts.
+/// How many bytes may be compared for each byte of the two strings.
 constexpr std::size_t kPatience = 8;
 
 using Lanes [[gnu::vector_size(kLanes)]] = unsigned char;
 
-/// The lanes in which the bytes at `bytes` are `wanted`: all bits of each are set.
+/// Sets all bits of each lane whose byte equals `wanted`.
 Lanes lanesEqual(const char* bytes, char wanted) noexcept {
     Lanes lanes;
     std::memcpy(&lanes, bytes, sizeof lanes);
     return static_cast<Lanes>(lanes == static_cast<unsigned char>(wanted));
 }
 
-/// A bit for each lane that is set.
+/// One bit for each lane that is set.
 unsigned bitsOf(Lanes lanes) noexcept {
     constexpr Lanes kBits{1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
     constexpr std::uint64_t kSumOfBytes = 0x0101010101010101;
@@ -84,7 +84,7 @@ bool TextSearch::advance() noexcept {
         return m_candidates != 0;
     }
     for (; block < m_places; block += kLanes) {
-        // The last block may begin before the end of the one before it.
+        // The last block may overlap the one before it.
         m_block = std::min(block, m_places - kLanes);
         m_blockEnd = m_block + kLanes;
         const Lanes candidates =
@@ -98,7 +98,7 @@ bool TextSearch::advance() noexcept {
 }
 
 bool TextSearch::isAt(std::size_t position) noexcept {
-    // The first and the last byte are right.
+    // The first and the last byte are known to match.
     if (m_wanted.size() <= 2) {
         return true;
     }

@@ -8,7 +8,7 @@
 
 namespace morvel::ruby::internal {
 
-/// Registers an object that keeps spare memory, in use by this thread, for the object's lifetime.
+/// Base of objects that keep spare memory for this thread; each is registered during its lifetime.
 class SpareMemory {
 public:
     SpareMemory(const SpareMemory&) = delete;
