@@ -43,8 +43,8 @@ class MapPlace;
 /// Storing other keys, moving the map and swapping it keep the reference valid: `m["b"] = m["a"]` is safe. Only two
 /// things move the values: shrink_to_fit(), and a script that stores a new key in a map with more than seven eighths of
 /// its entries erased, which frees their memory. The same rules hold for iterators, except that moving or swapping the
-/// map invalidates them. An iterator whose entry is erased may still be advanced until a key is stored. An iteration
-/// reaches entries stored during it last.
+/// map invalidates them. An iterator whose entry is erased may still be advanced until a key is stored. Entries stored
+/// during an iteration are visited last.
 ///
 /// A key that spells an integer in decimal is stored as that integer; this is invisible except in speed.
 class RubyMap {
@@ -149,16 +149,16 @@ public:
     struct Assignment;
 
     RubyMap() noexcept = default;
-    /// Stores the entries in the order given; of those with equal keys, the first.
+    /// Makes a map of the entries in the order given; of those with equal keys, it keeps the first.
     RubyMap(std::initializer_list<value_type> entries) : RubyMap() { insert(entries); }
-    /// Stores the pairs of a range in its order; of those with equal keys, the first.
+    /// Makes a map of the pairs of a range, in its order; of those with equal keys, it keeps the first.
     template <std::input_iterator Iterator>
     requires(std::constructible_from<value_type, std::iter_reference_t<Iterator>>)
         RubyMap(Iterator first, Iterator last)
         : RubyMap() {
         insert(std::move(first), std::move(last));
     }
-    /// Stores copies of the entries, in the iteration order of the argument.
+    /// Makes a map of copies of the entries, in the iteration order of the argument.
     explicit RubyMap(const std::unordered_map<std::string, RubyValue>& entries);
     RubyMap(const RubyMap& other);
     RubyMap(RubyMap&& other) noexcept;
@@ -298,8 +298,8 @@ private:
     static constexpr Key kErased = 0;
     static constexpr unsigned kKeyBits = 64;
 
-    /// The place of an entry, the same throughout its life. The first positions are unused, so that the highest bit of
-    /// a position determines its segment.
+    /// The place of an entry, fixed for its lifetime. The first positions are unused, so that the highest bit of a
+    /// position determines its segment.
     using Position = std::uint32_t;
     static constexpr Position kNone = 0;
     static constexpr Position kFirst = 4;
@@ -451,7 +451,7 @@ private:
     /// The head of the free list: the position erased last and not reused yet.
     Position m_free = kNone;
     std::uint32_t m_givenUpSlots = 0;
-    /// True when all keys are integers and the low bits of each give the number of a slot of its own.
+    /// True when all keys are integers, each in a slot of its own whose number is in the low bits of the key.
     bool m_isNumbered = false;
     /// The number of low bits that the key words of a numbered map all have in common.
     std::uint8_t m_numberShift = 0;
