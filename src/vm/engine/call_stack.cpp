@@ -9,7 +9,7 @@ namespace morvel::ruby::internal {
 namespace {
 
 constexpr std::size_t kFirstFrames = 64;
-// Room for so many is kept once it was needed.
+// Once needed, room for this many is kept.
 constexpr std::size_t kKeptFrames = std::size_t{1} << 14;
 // Calls may nest this deep. Small functions reach it before the value stack is full.
 constexpr std::size_t kMostFrames = std::size_t{1} << 21;
@@ -107,7 +107,7 @@ void CallStack::unwindTo(std::size_t depth) noexcept {
 
 void CallStack::abandon(std::size_t from, std::size_t to) noexcept {
     for (std::size_t index = to; index > from; --index) {
-        // What ends here may grow the array of frames.
+        // Values released here may run code that grows the array of frames.
         for (std::uint32_t i = 0; i < m_frames[index].code->registerCount; ++i) {
             releaseRegister(m_frames[index].base + i);
         }
@@ -135,7 +135,7 @@ void CallStack::giveBack() noexcept {
     try {
         moveFrames(wanted);
     } catch (const std::bad_alloc&) {
-        // Then they stay where they are.
+        // The frames stay where they are.
         return;
     }
 }

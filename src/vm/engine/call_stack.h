@@ -11,8 +11,8 @@
 //                      +--------+------------+--------+-----------+-----------+  at the arguments in the window
 //
 // The rule of dead registers: a register that nothing can read any more is dead, and a dead register never holds a
-// boxed value. So it can be written without looking at what it held, and a frame ends by releasing what comes before
-// its temporaries. All registers above the top frame are dead.
+// boxed value. So a dead register can be written without checking what it held, and a frame ends by releasing the
+// registers before its temporaries. All registers above the top frame are dead.
 #pragma once
 
 #include <cstddef>
@@ -37,9 +37,9 @@ enum FrameFlags : std::uint32_t {
     kProtectedFrame = 2,
     /// The frame's registers begin a chunk of the value stack.
     kChunkFrame = 4,
-    /// The frame runs a program's top-level code, and may be all that keeps the program.
+    /// The frame runs a program's top-level code, and may be all that keeps the program alive.
     kProgramFrame = 8,
-    /// The frame's run has failed below others. Its registers are dead, and it goes when it is the top frame.
+    /// The frame's run has failed below other runs. Its registers are dead, and it is removed once it is the top frame.
     kAbandonedFrame = 16,
 };
 
@@ -47,7 +47,7 @@ enum FrameFlags : std::uint32_t {
 struct Frame {
     const Code* code;
     RubyValue* base;
-    /// Where execution goes on; kept up to date only around what may fail or leave the frame.
+    /// Where execution continues; kept up to date only around operations that may fail or leave the frame.
     const EngineInstruction* next;
     /// Where the call's result goes.
     RubyValue* result;
@@ -60,24 +60,24 @@ struct Frame {
 
 /// An error on its way to a pcall, or out of the run.
 struct PendingError {
-    /// Where it is, as messages begin; empty for errors without a place.
+    /// The prefix of the message that locates the error; empty for errors without a location.
     std::string location;
     std::string text;
     /// Raised as StackOverflow when it leaves the run.
     bool isOverflow = false;
 };
 
-/// What the code of a VM works on while it runs: all state that the instruction loop and what it calls share.
+/// The state that the instruction loop shares with the functions it calls.
 struct Context {
     /// The top frame. Below the first real one lies an empty frame.
     Frame* frame = nullptr;
-    // The limits up to which a call can be entered without further ado: the last frame that there is room for, and the
-    // end of the registers in this chunk.
+    // The limits within which a call can be entered at once: the last frame that there is room for, and the end of the
+    // registers in this chunk.
     Frame* lastFrame = nullptr;
     RubyValue* registersEnd = nullptr;
     /// The globals that operands can name, by slot. They stay there.
     RubyValue* globals = nullptr;
-    /// What has failed, once something says so.
+    /// Valid once a function has reported a failure.
     PendingError error;
 };
 
@@ -90,10 +90,10 @@ static_assert(std::is_standard_layout_v<Context>);
            code.registerCount < static_cast<std::size_t>(context.registersEnd - base);
 }
 
-/// Brings the registers of a new frame, which hold just the arguments, into the state that its code expects.
+/// Prepares the registers of a new frame, which hold only the arguments, for its code.
 void prepareRegisters(const Code& code, RubyValue* base) noexcept;
 
-/// Enters a plain call that there is room for. `handle`, null or not, takes over one reference.
+/// Enters a plain call for which there is room. The frame takes over one reference to `handle`, which may be null.
 [[gnu::always_inline]] inline void enterPlainFrame(Context& context, const Code& code, RubyValue* base,
                                                    RubyValue* result, RubyFunctionHandle* handle) noexcept {
     Frame* const frame = ++context.frame;
@@ -109,8 +109,7 @@ void prepareRegisters(const Code& code, RubyValue* base) noexcept;
     }
 }
 
-/// Leaves a frame that is like a plain one, with the value at `value`, the last temporary alive. `result` is where it
-/// goes.
+/// Leaves a frame like a plain one, moving the value at `value`, its only live temporary, to `result`.
 [[gnu::always_inline]] inline void leavePlainFrame(Context& context, RubyValue* value, RubyValue* result) noexcept {
     const Frame* const frame = context.frame;
     const RubyValue::Type type = value->type;
@@ -141,7 +140,7 @@ public:
     CallStack(const CallStack&) = delete;
     CallStack& operator=(const CallStack&) = delete;
 
-    /// How many frames there are.
+    /// The number of frames.
     [[nodiscard]] std::size_t depth() const noexcept {
         return static_cast<std::size_t>(m_context.frame - m_frames.get());
     }
@@ -152,18 +151,18 @@ public:
     /// The registers are not prepared. False, with nothing changed, when calls nest too deep: "stack overflow". Throws
     /// std::bad_alloc.
     [[nodiscard]] bool push(const Code& code, RubyValue* base, RubyValue* result, std::uint32_t flags);
-    /// Releases the first registers of the top frame, which must be all that are not dead, and takes it off.
+    /// Releases the first registers of the top frame, which must include all live ones, and pops the frame.
     void pop(std::uint32_t registerCount) noexcept;
-    /// Takes off all frames above that depth, and those below that are abandoned.
+    /// Pops all frames above that depth, then the abandoned ones right below.
     void unwindTo(std::size_t depth) noexcept;
-    /// Ends the frames above `from` up to `to` while others above them go on.
+    /// Abandons the frames above `from` up to `to` while others above them keep running.
     void abandon(std::size_t from, std::size_t to) noexcept;
     /// The depth of the innermost frame of a pcall above `entry`, or `entry`.
     [[nodiscard]] std::size_t protectedDepth(std::size_t entry) const noexcept;
 
-    /// Gives back what a deep recursion that is over has left.
+    /// Frees what a finished deep recursion has left.
     void giveBack() noexcept;
-    /// Gives back the registers that no frame uses; true when there were any.
+    /// Frees the registers that no frame uses; true when there were any.
     bool giveBackSpare() noexcept { return m_values.giveBackSpare(); }
 
 private:

@@ -16,7 +16,7 @@
 
 namespace morvel::ruby::internal {
 
-/// A read of a local that may be unassigned: then the global of the same name is meant.
+/// A read of a local that may be unassigned; if it is, the global of the same name is read.
 struct LocalFallback {
     std::uint16_t local;
     std::size_t globalSlot;
@@ -30,7 +30,7 @@ struct Definition {
     std::size_t globalSlot;
 };
 
-/// What entering a function takes beyond moving to the new frame.
+/// What entering a function requires beyond switching to the new frame.
 enum class Prologue : std::uint8_t { None, ClearLastValue, PrepareRegisters };
 
 struct Code : FunctionInternals {
@@ -59,15 +59,15 @@ struct Code : FunctionInternals {
     bool marksUnassigned = false;
     Prologue prologue = Prologue::None;
 
-    /// The line of the instruction before `next`. A frame that was entered just now has not executed any; something
-    /// that ends then may run scripts already.
+    /// The line of the instruction before `next`. A frame entered just now has executed none, yet values destroyed at
+    /// that point may already run scripts.
     [[nodiscard]] std::uint32_t lineAt(const EngineInstruction* next) const {
         const auto executed = static_cast<std::size_t>(next - instructions.data());
         return lines[executed == 0 ? 0 : executed - 1];
     }
 };
 
-/// Stands for an engine in what it translated, which may be there for longer.
+/// Represents an engine in its translations, which may outlive it.
 struct EngineIdentity {
     EndedMentions endedMentions;
 };
@@ -86,7 +86,7 @@ struct ProgramCode {
     ProgramCode& operator=(const ProgramCode&) = delete;
     ~ProgramCode() { engine->endedMentions.add(names.end()); }
 
-    /// Keeps the engine's identity from being used again by another engine while its translations exist.
+    /// Keeps another engine from reusing this engine's identity while its translations exist.
     std::shared_ptr<EngineIdentity> engine;
     GlobalNames names;
     std::vector<Entry> functions;

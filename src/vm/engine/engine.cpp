@@ -29,7 +29,7 @@ std::string textOf(const std::exception& exception) noexcept {
     }
 }
 
-/// The whole message, which may be long: nothing of it stays behind.
+/// Takes the whole message out of the pending error; it may be long, so nothing of it stays behind.
 std::string takeMessage(PendingError& pending) {
     PendingError error = std::exchange(pending, {});
     return error.location.empty() ? std::move(error.text) : error.location + error.text;
@@ -44,7 +44,7 @@ Engine::Engine(RubyVM::Impl& vm)
 
 const Code* Engine::codeFor(const Program& program, std::int32_t functionIndex) {
     if (program.executionState == nullptr) {
-        // Programs come and go: what those that went have mentioned makes room for the names of this one.
+        // Programs come and go: slots that only ended programs mentioned become free for the names of this one.
         m_identity->endedMentions.take([this](const Mentions& ended) {
             for (const std::uint32_t slot : ended.slots) {
                 if (slot != kNotGlobal) {
@@ -56,7 +56,7 @@ const Code* Engine::codeFor(const Program& program, std::int32_t functionIndex) 
     }
     auto& translations = *static_cast<ProgramCode*>(program.executionState.get());
     if (translations.engine != m_identity) {
-        // The translation belongs to another VM, whose global slots are not these.
+        // The translation belongs to another VM, whose global slots differ.
         return nullptr;
     }
     ProgramCode::Entry& entry = translations.functions[static_cast<std::size_t>(functionIndex)];
@@ -117,7 +117,7 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
             message = textOf(exception);
             isMemoryShort = internal::isMemoryShort(exception);
         }
-        // By now the exception is gone, which may lie above much of what can be given back.
+        // The exception, gone by now, may have lain above much of the memory that can be freed.
         static_cast<void>(recover(entry, message, isMemoryShort));
     }
 }
@@ -169,7 +169,7 @@ bool Engine::leaveFrame(RubyValue* value) {
     if ((flags & kProtectedFrame) != 0) {
         outcome = pcallSuccess(std::move(outcome));
     }
-    // The value returned was the last temporary alive.
+    // The returned value was the only live temporary.
     m_calls.pop(m_context.frame->code->firstTemporary);
     assignRegister(result, std::move(outcome));
     return (flags & kEntryFrame) != 0;
@@ -188,7 +188,7 @@ bool Engine::recover(std::size_t entry, std::string& message, bool isMemoryShort
         RubyValue* result = m_calls.at(index).result;
         m_calls.unwindTo(index - 1);
         if (isMemoryShort) {
-            // Before the outcome is made, which would keep what lies below it from the system.
+            // Before the outcome is made: it would keep the memory below it from being returned to the system.
             giveBackMemory();
         } else {
             m_calls.giveBack();
@@ -202,7 +202,7 @@ bool Engine::recover(std::size_t entry, std::string& message, bool isMemoryShort
                 assignRegister(result, std::move(outcome));
                 return true;
             }
-            // The call of pcall fails in its turn, and the next one further out sees that.
+            // This pcall fails as well, and the next one further out handles that.
             isMessageLost = true;
         }
     }

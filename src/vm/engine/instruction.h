@@ -9,8 +9,8 @@
 
 namespace morvel::ruby::internal {
 
-/// One register instruction. Operands that name registers, constants or globals are stored doubled: a value is two
-/// machine words, so that the processor's addressing can scale the operand by itself.
+/// One register instruction. Operands that name registers, constants or globals are stored doubled, as counts of
+/// machine words: the processor's addressing modes can scale by a word, but not by a value, which is two words.
 struct EngineInstruction {
     EngineOp op;
     /// Argument count of a call, element count of an ExtendArray; elsewhere the flags below.
@@ -30,19 +30,19 @@ struct EngineInstruction {
 
 static_assert(sizeof(EngineInstruction) == 8 && offsetof(EngineInstruction, c) == 6, "b and c lie side by side");
 
-// Flags in `n`: the first or the second of the operands that may die with the instruction does.
+// Flags in `n`: of the operands that may die with the instruction, the first or the second does.
 inline constexpr std::uint8_t kFirstDies = 1;
 inline constexpr std::uint8_t kSecondDies = 2;
 
-// Flags in `n` of additions, the first also of indexed stores.
+// Flags in `n` of additions; the first one also of indexed stores.
 
-/// The value of the last expression statement cannot be returned any more: where it is the text to be changed, it is
-/// no holder of it.
+/// The last expression statement's value can no longer be returned, so it does not count as a holder of the string to
+/// be changed.
 inline constexpr std::uint8_t kLastValueDies = 8;
-/// The first addition of an append chain. The register before its target is dead: there the text may wait, while the
-/// target collects the parts.
+/// The first addition of an append chain. The register before its target is dead; the string may be set aside there
+/// while the target collects the parts.
 inline constexpr std::uint8_t kBeginsAppend = 16;
-/// The last addition of an append chain, whose text waits in the register before operand b, if it does.
+/// The last addition of an append chain. If the string was set aside, it is in the register before operand b.
 inline constexpr std::uint8_t kEndsAppend = 32;
 
 // Flags in `n` of comparisons that combine their outcome with a boolean.
@@ -53,7 +53,7 @@ inline constexpr std::uint8_t kCombinesByOr = 4;
 inline constexpr std::uint8_t kJumpsIfFalse = 8;
 inline constexpr std::uint8_t kJumpsIfTrue = 16;
 
-/// Operands above this do not fit their field; such functions load them with instructions of their own.
+/// Operands above this do not fit their field; separate instructions load them.
 inline constexpr std::size_t kLargestOperand = 0x7fff;
 
 }  // namespace morvel::ruby::internal

@@ -1,5 +1,5 @@
-// The engine's register instructions: one row for each operation and one for each of its instructions. All that the
-// translator, the loop, the listing and the tests know about an instruction is derived from these rows.
+// The engine's register instructions: one row for each operation and one for each of its instructions. Everything that
+// the translator, the loop, the listing and the tests know about an instruction is derived from these rows.
 #pragma once
 
 #include <array>
@@ -10,26 +10,26 @@
 
 namespace morvel::ruby::internal {
 
-/// What an operation may do beside giving its result.
+/// What an operation may do besides producing its result.
 enum EngineEffects : std::uint8_t {
     kNoEffects = 0,
     /// It may raise an error of the script.
     kMayFail = 1,
-    /// It may run other code before the next instruction, which may store into any global.
+    /// It may run other code, which may store into any global, before the next instruction.
     kMayCall = 2,
-    /// It may go on elsewhere than at the next instruction.
+    /// It may continue somewhere other than the next instruction.
     kMayJump = 4,
-    /// It never goes on at the next instruction.
+    /// It never falls through to the next instruction.
     kNeverFallsThrough = 8,
 };
 
-// One row for each operation: name, how it uses its operands a, b and c, effects. The uses are a letter for each
+// One row for each operation: name, how it uses its operands a, b and c, effects. The uses are one letter for each
 // operand:
-//   w  is given a value, whatever it held       n  is given a value and was dead
+//   w  is written, whatever it held             n  is written and was dead
 //   r  is read                                  d  is read, and dies when the flag for it is set
-//   m  is read and dies                         c  is read, and what it holds is changed
-//   u  is read and given a value: what it held dies then when the flag for it is set
-//   b  is a boolean, read and given another
+//   m  is read and dies                         c  is read, and its contents are changed
+//   u  is read and written; its old value dies when the flag for it is set
+//   b  is a boolean, read and written
 //   p  comes before the arguments of a call or the elements of a list, which are read and die
 //   s  is the first of several that are read and die
 //   -  holds no value
@@ -104,7 +104,7 @@ enum class Operation : std::uint8_t {
 #undef MORVEL_NAME
 };
 
-/// A test that a jump can make by itself, with the operands b and c of the test as its a and b.
+/// A test and the jumps that include it, whose a and b are the test's b and c.
 struct TestingJumps {
     Operation test;
     Operation ifTrue;
@@ -134,7 +134,7 @@ inline constexpr std::array kCombinations{
     Combination{Operation::LessEqual, Operation::CombineLessEqual},
 };
 
-/// What an operand of an instruction is. Those from WideConstant on take the place of b and c together.
+/// The kind of an instruction's operand. Kinds from WideConstant on take up b and c together.
 enum class EngineOperand : std::uint8_t {
     None,
     /// A local or temporary of the frame.
@@ -145,17 +145,17 @@ enum class EngineOperand : std::uint8_t {
     Global,
     /// A number of registers.
     Count,
-    /// How far to jump, from the next instruction on.
+    /// The distance of a jump, from the next instruction.
     Distance,
     WideConstant,
     WideGlobal,
     WideDistance,
-    /// A place in one of the side tables of the code, or a length.
+    /// An index into a side table of the code, or a length.
     WideNumber,
 };
 
-// One row for each instruction: name, operation, what a, b and c are. An operation with two operands has an instruction
-// for every pair of kinds but two constants.
+// One row for each instruction: name, operation, kinds of a, b and c. An operation with two operands has an instruction
+// for every pair of kinds except two constants.
 #define MORVEL_ENGINE_PAIRS(ROW, operation)                     \
     ROW(operation##RR, operation, Register, Register, Register) \
     ROW(operation##RK, operation, Register, Register, Constant) \
@@ -186,13 +186,13 @@ enum class EngineOperand : std::uint8_t {
     ROW(operation##GK, operation, Global, Constant, Distance)   \
     ROW(operation##GG, operation, Global, Global, Distance)
 
-// Where other operands take part, the outcome is combined by an instruction of its own.
+// For other operands, a separate instruction combines the outcome.
 #define MORVEL_ENGINE_COMBINATIONS(ROW, operation)              \
     ROW(operation##RR, operation, Register, Register, Register) \
     ROW(operation##RK, operation, Register, Register, Constant) \
     ROW(operation##KR, operation, Register, Constant, Register)
 
-// Containers are no constants.
+// Containers are never constants.
 #define MORVEL_ENGINE_LOOK_UPS(ROW, operation)                  \
     ROW(operation##RR, operation, Register, Register, Register) \
     ROW(operation##RK, operation, Register, Register, Constant) \
@@ -306,7 +306,7 @@ enum class EngineOp : std::uint8_t {
     return {letters[0], letters[1], letters[2]};
 }
 
-/// What is known about an operation.
+/// The table entry of an operation.
 struct OperationInfo {
     std::array<char, 4> uses;
     std::uint8_t effects;
@@ -335,7 +335,7 @@ inline constexpr std::array kOperations{
 
 using EngineOperands = std::array<EngineOperand, 3>;
 
-/// What is known about an instruction.
+/// The table entry of an instruction.
 struct EngineOpInfo {
     Operation operation;
     EngineOperands operands;
@@ -344,9 +344,9 @@ struct EngineOpInfo {
         return kOperations[static_cast<std::size_t>(operation)];
     }
     [[nodiscard]] constexpr bool has(EngineEffects effect) const { return (does().effects & effect) != 0; }
-    /// True when operand b is given what a call returns.
+    /// True when operand b receives the result of a call.
     [[nodiscard]] constexpr bool givesCallResult() const { return does().uses[0] == 'p' && does().uses[1] == 'w'; }
-    /// True when operand a is a register that is given a value, whatever it held.
+    /// True when operand a is a register that is written, whatever it held.
     [[nodiscard]] constexpr bool writesRegister() const {
         return does().uses[0] == 'w' && operands[0] == EngineOperand::Register;
     }
@@ -359,7 +359,7 @@ inline constexpr std::array kEngineOps{
 #undef MORVEL_INFO
 };
 
-/// Their names, apart: only listings want them.
+/// The names of the instructions, kept apart because only listings use them.
 inline constexpr std::array<std::string_view, kEngineOps.size()> kEngineOpNames{
 #define MORVEL_NAME(name, ...) #name,
     MORVEL_ENGINE_INSTRUCTIONS(MORVEL_NAME)
@@ -370,7 +370,7 @@ static_assert(kEngineOps.size() <= 256, "an instruction's number is one byte");
 
 [[nodiscard]] constexpr const EngineOpInfo& infoOf(EngineOp op) { return kEngineOps[static_cast<std::size_t>(op)]; }
 
-/// The first instruction of each operation; its others follow.
+/// The first instruction of each operation; the others follow it.
 inline constexpr auto kFirstInstructions = [] {
     std::array<std::size_t, kOperations.size()> firsts{};
     for (std::size_t i = kEngineOps.size(); i-- > 0;) {
@@ -390,7 +390,7 @@ inline constexpr auto kFirstInstructions = [] {
     return std::nullopt;
 }
 
-/// The instruction that gives its result to a global instead of a register; nothing when there is none.
+/// The form of an instruction that stores its result in a global instead of a register; nothing when there is none.
 [[nodiscard]] constexpr std::optional<EngineOp> storingForm(EngineOp op) {
     const EngineOpInfo& info = infoOf(op);
     if (!info.writesRegister()) {
@@ -399,7 +399,7 @@ inline constexpr auto kFirstInstructions = [] {
     return findInstruction(info.operation, {EngineOperand::Global, info.operands[1], info.operands[2]});
 }
 
-/// The jump that makes the test of an instruction by itself; nothing for what is no test.
+/// The jump that includes the test made by an instruction; nothing when there is none.
 [[nodiscard]] constexpr std::optional<EngineOp> testingJump(EngineOp op, bool whenTrue) {
     const EngineOpInfo& info = infoOf(op);
     for (const TestingJumps& jumps : kTestingJumps) {
@@ -411,7 +411,7 @@ inline constexpr auto kFirstInstructions = [] {
     return std::nullopt;
 }
 
-/// The comparison that combines its outcome with a boolean; nothing for what is no such comparison.
+/// The form of a comparison that combines its outcome with a boolean; nothing when there is none.
 [[nodiscard]] constexpr std::optional<EngineOp> combiningForm(EngineOp op) {
     const EngineOpInfo& info = infoOf(op);
     for (const Combination& combination : kCombinations) {
@@ -422,7 +422,7 @@ inline constexpr auto kFirstInstructions = [] {
     return std::nullopt;
 }
 
-/// The plain comparison that a combining one makes; nothing for what is none.
+/// The plain form of a combining comparison; nothing for other instructions.
 [[nodiscard]] constexpr std::optional<EngineOp> combinedTest(EngineOp op) {
     const EngineOpInfo& info = infoOf(op);
     for (const Combination& combination : kCombinations) {

@@ -13,7 +13,7 @@ ValueStack::ValueStack() {
 RubyValue* ValueStack::enterNextChunk(std::size_t count) {
     const std::size_t next = m_chunk + 1;
     if (next < m_chunks.size() && m_chunks[next].size < count) {
-        // Nothing is in use beyond the current chunk, so one that is too small makes way.
+        // Nothing beyond the current chunk is in use, so one that is too small can go.
         giveBackSpare();
     }
     if (next == m_chunks.size()) {

@@ -18,14 +18,14 @@ public:
     [[nodiscard]] RubyValue* end() const noexcept { return m_end; }
     [[nodiscard]] std::size_t chunk() const noexcept { return m_chunk; }
 
-    /// Moves on to a chunk with room for `count` registers; its begin. Null when the stack has reached its limit.
-    /// Throws std::bad_alloc.
+    /// Moves on to a chunk with room for `count` registers and returns its beginning; null when the stack has reached
+    /// its limit. Throws std::bad_alloc.
     [[nodiscard]] RubyValue* enterNextChunk(std::size_t count);
     /// Moves back to an earlier chunk. Later chunks are kept for the next time.
     void returnToChunk(std::size_t chunk) noexcept;
-    /// Gives back the later chunks, as far as the stack is larger than is worth keeping.
+    /// Frees later chunks while the stack is larger than is worth keeping.
     void giveBack() noexcept;
-    /// Gives back the chunks after the current one; true when there were any.
+    /// Frees the chunks after the current one; true when there were any.
     bool giveBackSpare() noexcept;
 
 private:
@@ -34,13 +34,13 @@ private:
         std::size_t size = 0;
     };
 
-    /// Enough for most scripts, and little for a host with many VMs.
+    /// Enough for most scripts, yet small for a host with many VMs.
     static constexpr std::size_t kFirstChunk = 1 << 10;
-    /// Chunks double up to this size, so that a deep recursion takes not much more than it needs.
+    /// Chunks double up to this size, so that a deep recursion takes little more than it needs.
     static constexpr std::size_t kLargestStep = 1 << 20;
     /// Limit of the whole stack, in values of 16 bytes.
     static constexpr std::size_t kMostValues = 1 << 25;
-    /// What giveBack leaves of a stack that is not in use.
+    /// How much of an unused stack giveBack keeps.
     static constexpr std::size_t kKeptValues = 1 << 16;
 
     void dropLastChunk() noexcept;
