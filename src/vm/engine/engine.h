@@ -75,8 +75,7 @@ private:
     /// Leaves the top frame, which is not a plain one, returning the value at `value`; true when the run is over.
     [[nodiscard]] bool leaveFrame(RubyValue* value);
     /// Delivers a failure to the innermost pcall above `entry`; false when there is none. Throws std::bad_alloc when
-    /// there is one, but neither it nor any pcall around it has memory for its outcome. A delivered message is moved
-    /// from.
+    /// there is one, but neither it nor any pcall around it has memory for its outcome. Delivery consumes the message.
     [[nodiscard]] bool recover(std::size_t entry, std::string& message, bool isMemoryShort = false);
 
     // Calls. The arguments start at window + 1. After the call the window is dead, unless a script function was
@@ -113,7 +112,8 @@ private:
     Answer equalSlow(RubyValue* left, RubyValue* right, std::uint8_t flags);
     template <bool OrEqual>
     Answer lessSlow(RubyValue* left, RubyValue* right, std::uint8_t flags);
-    /// Concatenates strings and integers when the result is short; false, with nothing done, for anything else.
+    /// Concatenates two strings, or a string and an integer, when the result is short; otherwise false, with nothing
+    /// done.
     [[nodiscard]] bool joinShort(RubyValue* target, RubyValue* left, RubyValue* right, std::uint8_t flags);
     void loadByte(RubyValue* target, const std::string& text, std::size_t position);
     Status getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t flags);

@@ -13,8 +13,8 @@ namespace {
 using Kind = RubyFunctionHandle::Kind;
 using Intrinsic = RubyFunctionHandle::Intrinsic;
 
-/// True when pcall may just enter the function: a wrong argument count fails inside the protection, and a guarded
-/// function has an outcome of its own.
+/// True when pcall can simply enter the function: a wrong argument count has to fail inside the protected call, and
+/// guarded functions have their own kind of outcome.
 bool canProtect(const Code& code, std::size_t argumentCount) {
     return code.function->fastKind != FastKind::Guarded && argumentCount == code.parameterCount;
 }

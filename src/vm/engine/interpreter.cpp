@@ -73,7 +73,7 @@ using Type = RubyValue::Type;
     }
     const std::string& leftText = static_cast<const StringBox*>(left->data.box)->text;
     const std::string& rightText = static_cast<const StringBox*>(right->data.box)->text;
-    // An empty text, too, has a first byte to look at. Texts of one byte are frequent: those of a text that is scanned.
+    // Even an empty string has a first byte to read. One-byte strings are frequent: scanning a string gives them.
     if (leftText[0] != rightText[0] || leftText.size() != rightText.size()) {
         return false;
     }
@@ -132,8 +132,8 @@ using Type = RubyValue::Type;
 
 constinit const RubyValue kNil;
 
-/// Copies a value that lives in a dying container to a register. The container goes first: it may be in the very
-/// register that the value is for. Apart from the loop, which then needs fewer registers for itself.
+/// Copies a value out of a dying container to a register. The container goes first: it may be in the very register that
+/// the value is for. Kept out of the loop, which then needs fewer machine registers itself.
 [[gnu::noinline]] void copyOutOfDying(RubyValue* to, const RubyValue* from, RubyValue* container) {
     const Type type = from->type;
     const RubyValue::Data data = from->data;
@@ -146,8 +146,8 @@ constinit const RubyValue kNil;
     to->data = data;
 }
 
-/// A reference for the frame of a callee that lives in a variable, which may be rebound during the call. What has to
-/// stay is its program, and a caller of the same program sees to that: then none is needed, and null is given.
+/// A reference for the frame of a callee that lives in a variable, which may be rebound during the call. Only its
+/// program has to stay alive, and a caller from the same program ensures that: then the result is null.
 [[gnu::always_inline]] inline RubyFunctionHandle* keepCallee(RubyFunctionHandle* callee, const Code* code,
                                                              const Code* caller) {
     if (code->program == caller->program) [[likely]] {
@@ -157,7 +157,7 @@ constinit const RubyValue kNil;
     return callee;
 }
 
-/// True for keys that a map can be asked for without anything to release afterwards.
+/// True for keys that leave nothing to release after a lookup in a map.
 [[gnu::always_inline]] inline bool isPlainKey(const RubyValue* key, int isTemporary) {
     return key->type == Type::Integer || (key->type == Type::String && isTemporary == 0);
 }
@@ -225,8 +225,8 @@ template <OpCode Operation>
 
 }  // namespace
 
-/// What the loop carries from instruction to instruction. One body for each operation, made for each of its
-/// instructions; all are inlined into the loop, so that the members live in the processor's registers.
+/// The state of the loop. Each operation has one body, instantiated for each of its instructions; all are inlined into
+/// the loop, so that the members live in the processor's registers.
 struct Engine::Loop {
     /// What follows a body: the next instruction, the end of the run, or the delivery of the pending error.
     enum class [[nodiscard]] Step : std::uint8_t{Next, Leave, Fail};
@@ -267,7 +267,7 @@ struct Engine::Loop {
         return reinterpret_cast<RubyValue*>(reinterpret_cast<std::uint64_t*>(const_cast<RubyValue*>(area)) + number);
     }
 
-    /// Where operand `kIndex` of the current instruction is, which is one of `kOp`.
+    /// The location of operand `kIndex` of the current instruction, whose opcode is `kOp`.
     template <EngineOp kOp, std::size_t kIndex>
     [[nodiscard, gnu::always_inline]] RubyValue* operand() const {
         constexpr EngineOperand kKind = infoOf(kOp).operands[kIndex];
@@ -288,7 +288,7 @@ struct Engine::Loop {
     [[gnu::always_inline]] void jumpShort() { pc += static_cast<std::int16_t>(instruction().c); }
     [[gnu::always_inline]] void jump() { pc += instruction().wide(); }
 
-    /// Releases operands that are dying temporaries. They are booleans mostly, which need nothing.
+    /// Releases operands that are dying temporaries. Most are booleans, which need no release.
     [[gnu::always_inline]] static void releaseBoth(RubyValue* left, RubyValue* right, std::uint8_t flags) {
         if (left->isBoxed() || right->isBoxed()) [[unlikely]] {
             releaseIf((flags & kFirstDies) != 0, left);
@@ -328,7 +328,7 @@ struct Engine::Loop {
         return arithmetic<kOp, OpCode::Modulo>();
     }
 
-    /// Integers compare through their doubles in an order, as the language has it.
+    /// The language orders integers by their values as doubles.
     template <OpCode kTest>
     [[gnu::always_inline]] static bool compareIntegers(const RubyValue* left, const RubyValue* right) {
         if constexpr (kTest == OpCode::Equal) {
@@ -342,7 +342,7 @@ struct Engine::Loop {
             return static_cast<double>(left->data.integer) <= static_cast<double>(right->data.integer);
         }
     }
-    /// The comparison of what is not two integers.
+    /// Compares operands that are not both integers.
     template <OpCode kTest>
     [[gnu::always_inline]] Answer compareOthers(RubyValue* left, RubyValue* right, std::uint8_t flags) {
         if constexpr (kTest == OpCode::Equal || kTest == OpCode::NotEqual) {
@@ -598,7 +598,7 @@ struct Engine::Loop {
         return stepOf(engine.setIndexSlow(container, index, value, instruction().n));
     }
 
-    /// What is added to is its own target: a number there stays one, so that only its payload changes.
+    /// The left operand is also the target: a number stays a number of its kind, so only its payload changes.
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doIncrease() {
         RubyValue* const sum = operand<kOp, 0>();
@@ -892,7 +892,7 @@ struct Engine::Loop {
         }
         return callGeneral(*callee, window, 1, operand<kOp, 0>());
     }
-    /// The Drop of the call's result, which follows, is stepped over when there is none.
+    /// Skips the Drop that follows when there is no result to drop.
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doArrayPush() {
         const RubyValue* const callee = operand<kOp, 2>();
@@ -958,7 +958,7 @@ struct Engine::Loop {
                 loadFrame(engine.m_context.frame);
                 return Step::Next;
             }
-            // The pair that ends here, mostly the last outcome of pcall, becomes the new one.
+            // Reuses the pair that would end here, usually the previous outcome of pcall.
             RubyValue* const pair = static_cast<ArrayBox*>(result->data.box)->elements.data();
             setBoolean(pair, true);
             result = pair + 1;

@@ -25,12 +25,12 @@ double numberOf(const RubyValue& value) {
     return value.isInteger() ? static_cast<double>(value.data.integer) : value.data.floating;
 }
 
-/// True for an integer and a float, the one case of numbers that is common and not handled in the loop.
+/// True for an integer and a float: the one common pair of numbers that the loop does not handle.
 bool areMixedNumbers(const RubyValue& left, const RubyValue& right) {
     return left.type != right.type && isIntegerOrFloat(left) && isIntegerOrFloat(right);
 }
 
-/// The operation on an integer and a float; false for those that have more to check.
+/// The operation on an integer and a float; false for operations with more to check.
 template <OpCode Operation>
 bool calculateMixed(RubyValue* target, const RubyValue& left, const RubyValue& right) {
     if (!areMixedNumbers(left, right)) {
@@ -50,7 +50,7 @@ bool calculateMixed(RubyValue* target, const RubyValue& left, const RubyValue& r
 
 Answer answerOf(bool yes) { return yes ? Answer::Yes : Answer::No; }
 
-/// A text of few bytes under construction.
+/// A short string under construction.
 class ShortText {
 public:
     /// Adds the text of a string or an integer; false when it does not fit or the value is of another kind.

@@ -1,6 +1,5 @@
-// Texts that are changed where they are, so that building one piece by piece takes time in proportion to its length.
-// A string is changed in place when what the script can still read of it is the very variable or element that the
-// result is for.
+// Changes strings in place, so that building one piece by piece takes time proportional to its length. A string is
+// changed in place when the script can read it only through the variable or element that the result goes to.
 #include "vm/engine/text_changes.h"
 
 #include <string>
@@ -20,7 +19,7 @@ bool shareString(const RubyValue& left, const RubyValue& right) {
     return left.isString() && right.isString() && left.data.box == right.data.box && left.data.box->references == 2;
 }
 
-/// The element or entry that is there already; null when there is none, and for uncommon kinds of keys.
+/// The existing element or entry; null when there is none, and for uncommon kinds of keys.
 RubyValue* findElement(RubyValue& container, const RubyValue& index) {
     if (container.isArray() && index.isInteger()) {
         const auto position = static_cast<std::size_t>(index.data.integer);
@@ -97,7 +96,7 @@ Attempt Engine::addToText(RubyValue* target, RubyValue* left, RubyValue* right, 
     releaseLastValue(*left, flags);
     const bool leftDies = (flags & kFirstDies) != 0;
     if (target != left && leftDies && shareString(*target, *left)) {
-        // What the result replaces is the left operand itself.
+        // The result replaces the left operand itself.
         releaseRegister(left);
         left = target;
     }

@@ -1,4 +1,4 @@
-// Changing a string where it is.
+// Helpers for changing strings in place.
 #pragma once
 
 #include "morvel/ruby/value.h"
