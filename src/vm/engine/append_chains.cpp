@@ -11,7 +11,7 @@ namespace {
 
 constexpr auto kNone = static_cast<std::uint32_t>(-1);
 
-/// An entry of the stack, as a sum that begins with the value of a variable or with one of its elements.
+/// A stack entry, seen as a sum that begins with the value of a variable or with one of its elements.
 struct Sum {
     /// The LoadName of the variable; kNone when the entry is something else.
     std::uint32_t load = kNone;
@@ -130,7 +130,7 @@ private:
 
     void other(const Instruction& instruction) {
         const OpcodeInfo& info = *opcodeInfo(instruction.op);
-        // Entries from before the block, of which hand-made code may have many, are not there to be dropped.
+        // Entries from before the block, of which hand-made code may have many, are not on this stack.
         for (std::int32_t pops = info.pops == kCounted ? instruction.a : info.pops; pops > 0 && !m_stack.empty();
              --pops) {
             drop();
@@ -140,7 +140,7 @@ private:
         }
     }
 
-    /// Entries from before the block are not known.
+    /// Entries from before the block are unknown.
     Sum pop() {
         const Sum top = m_stack.empty() ? Sum() : m_stack.back();
         drop();
@@ -153,7 +153,7 @@ private:
     }
 
     void note(const Sum& sum) {
-        // Hand-made code may have chains inside the parts of others: the outer one counts.
+        // Hand-made code may have chains inside the parts of others; the outer one counts.
         while (!m_found.chains.empty() && m_found.chains.back().firstAdd > sum.firstAdd) {
             m_found.chains.pop_back();
         }

@@ -1,4 +1,4 @@
-// Where the stack code may build texts.
+// Where stack code may build strings.
 #pragma once
 
 #include <cstddef>
@@ -10,20 +10,20 @@
 
 namespace morvel::ruby::internal {
 
-/// A statement `v = v + a + b ...` or `v[i] = v[i] + a + b ...`, by the places of its first and its last addition.
+/// A statement `v = v + a + b ...` or `v[i] = v[i] + a + b ...`, given by its first and its last addition.
 ///
-/// Carried out one by one, the first addition would copy the whole text each time, as the variable or the element still
-/// holds it.
+/// If the additions ran one by one, the first would copy the whole string each time, because the variable or element
+/// still holds it.
 struct AppendChain {
     std::size_t firstAdd = 0;
     std::size_t lastAdd = 0;
 };
 
 struct TextUses {
-    /// Chains of two additions and more. No two of them overlap.
+    /// Chains of two or more additions. No two of them overlap.
     std::vector<AppendChain> chains;
     /// By instruction, true for a LoadName whose value is the left operand of an addition or an argument of a call:
-    /// what gets the only hold on a text there can append to it in place.
+    /// whoever becomes the only holder of a string there can append to it in place.
     std::vector<bool> takenOver;
 };
 

@@ -7,7 +7,7 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-// Work that one function is worth; beyond it only what holds on entry is used.
+// Limit of the work for one function; beyond it, only the facts on entry are used.
 constexpr std::size_t kMostWork = std::size_t{1} << 22;
 constexpr std::size_t kExpectedVisits = 8;
 

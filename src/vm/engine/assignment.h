@@ -13,9 +13,8 @@
 
 namespace morvel::ruby::internal {
 
-/// Walks along with the translation: enterBlock at the start of each block, then noteLocal and noteGlobal at every
-/// assignment. A global that was read successfully counts as defined from then on, since globals are never undefined
-/// again.
+/// Follows the translation: enterBlock at the start of each block, then noteLocal and noteGlobal at every assignment. A
+/// global that was read successfully counts as defined from then on, since a defined global stays defined.
 class DefiniteAssignment {
 public:
     /// `globalSlots` gives, by instruction, the global that a LoadName, StoreName or DefineFunction addresses, or
@@ -56,7 +55,7 @@ private:
     /// Bit of each global that is not yet defined; the bits of the locals come first.
     std::unordered_map<std::size_t, std::size_t> m_globalBits;
     std::size_t m_bitCount = 0;
-    /// Facts at the start of each block; all the same as m_entry when the function is too large to solve.
+    /// Facts at the start of each block; empty when the function is too large to solve, and m_entry is used instead.
     std::vector<Bits> m_blockEntry;
     Bits m_entry;
     Bits m_current;

@@ -5,7 +5,7 @@
 namespace morvel::ruby::internal {
 
 std::size_t CallSites::call(std::size_t index, std::size_t blockEnd) {
-    // Both are told in an instruction's `n`, which is one byte.
+    // Each has to fit an instruction's `n`, which is one byte.
     constexpr std::size_t kMostArguments = 255;
     constexpr std::size_t kDeepestWindow = 255;
     const auto count = static_cast<std::size_t>(m_facts.function.code[index].a);
@@ -67,7 +67,7 @@ void CallSites::callArrayPush(std::size_t callee) {
 void CallSites::callGeneral(std::size_t callee, bool lastValueDies) {
     const auto count = static_cast<std::uint8_t>(m_stack.size() - callee - 1);
     if (lastValueDies && m_stack.hasDying(callee + 1)) {
-        // It may be what the dying local holds, which the callee could go on with as the only holder.
+        // The last value may be the one in a dying local; without it, the callee can become the only holder.
         m_code.emit(EngineOp::Drop, 0, reg(m_code.lastValue()), 0, 0);
     }
     m_stack.materializeFrom(callee + 1);

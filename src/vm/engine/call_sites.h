@@ -1,4 +1,4 @@
-// Calls, for some of which the built-in that the callee is right now has an instruction of its own.
+// Translates calls. Calls of some built-ins, as they are bound right now, have instructions of their own.
 #pragma once
 
 #include <cstddef>
@@ -17,14 +17,14 @@ public:
     CallSites(const FunctionFacts& facts, const GlobalTable& globals, CodeBuilder& code, SymbolicStack& stack)
         : m_facts(facts), m_globals(globals), m_code(code), m_stack(stack) {}
 
-    /// Translates the Call at `index`. How many instructions from there on it took: with the call, it may carry out a
-    /// Pop before `blockEnd`.
+    /// Translates the Call at `index`. Returns how many instructions this covers: a Pop before `blockEnd` may be
+    /// included.
     std::size_t call(std::size_t index, std::size_t blockEnd);
 
 private:
     /// The built-in that a callee entry stands for right now, if the engine has an instruction for it.
     [[nodiscard]] Shortcut shortcutOf(const Entry& callee) const;
-    // The callee is the entry at the depth `callee`, and its arguments are those above.
+    // The callee is the entry at depth `callee`; the entries above it are its arguments.
     void callLen(std::size_t callee);
     void callArrayPush(std::size_t callee);
     void callGeneral(std::size_t callee, bool lastValueDies);

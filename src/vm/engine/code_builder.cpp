@@ -30,7 +30,7 @@ ConstantKey keyOfConstant(const RubyValue& constant) {
 }  // namespace
 
 std::size_t ConstantKeyHash::operator()(const ConstantKey& key) const {
-    // Constants come from the image, so the hash has to be one that the image's author cannot know.
+    // Constants come from the image, so the hash must be one that the image's author cannot predict.
     return hashInteger(static_cast<std::int64_t>(key.payload)) ^ static_cast<std::size_t>(key.type);
 }
 

@@ -1,4 +1,4 @@
-// Register code while it grows.
+// Register code under construction.
 #pragma once
 
 #include <cstddef>
@@ -16,8 +16,8 @@
 
 namespace morvel::ruby::internal {
 
-/// Identity of a constant: its kind and its payload. Strings are told apart by their boxes, which equal ones of an
-/// image share, so that a long one costs no more than others.
+/// Identity of a constant: its kind and its payload. The payload of a string is its box, which equal strings of an
+/// image share, so a long string costs no more than others.
 struct ConstantKey {
     RubyValue::Type type;
     std::uint64_t payload;
@@ -29,16 +29,16 @@ struct ConstantKeyHash {
     [[nodiscard]] std::size_t operator()(const ConstantKey& key) const;
 };
 
-/// An index as instructions hold it: in machine words, two of which are a value.
+/// An index as instructions hold it: in machine words, two per value.
 [[nodiscard]] inline std::size_t wideOperand(std::size_t index) { return index * 2; }
 [[nodiscard]] inline std::uint16_t operand(std::size_t index) { return static_cast<std::uint16_t>(wideOperand(index)); }
 [[nodiscard]] inline std::uint16_t reg(std::uint32_t index) { return operand(index); }
 
-/// Appends instructions to the code of a function. Jumps name the stack instruction that they go to, and are given
-/// their distances in the end.
+/// Appends instructions to the code of a function. Jumps name the stack instruction that they go to, and get their
+/// distances at the end.
 class CodeBuilder {
 public:
-    /// Fills `code`, whose frame is laid out, with what `stackLength` stack instructions are translated to.
+    /// Fills `code`, whose frame is laid out, with the translation of `stackLength` stack instructions.
     CodeBuilder(std::unique_ptr<Code> code, std::size_t stackLength)
         : m_code(std::move(code)), m_starts(stackLength + 1, 0) {}
 
@@ -52,7 +52,7 @@ public:
     /// The register of the last expression statement's value.
     [[nodiscard]] std::uint32_t lastValue() const { return m_code->localCount; }
 
-    /// The source line of what is emitted from here on.
+    /// The source line of the instructions emitted from here on.
     [[nodiscard]] std::uint32_t line() const { return m_line; }
     void setLine(std::uint32_t line) { m_line = line; }
 
@@ -73,11 +73,11 @@ public:
         append(instruction);
     }
     void emitJump(EngineOp op, std::uint8_t n, std::uint16_t a, std::size_t target);
-    /// The same for a jump that tests by itself, whose distance has 16 bits only.
+    /// The same for a jump that includes a test, whose distance has only 16 bits.
     void emitShortJump(EngineOp op, std::uint8_t n, std::uint16_t a, std::uint16_t b, std::size_t target);
-    /// True when a jump from the current stack instruction to `target` surely is short.
+    /// True when a jump from the current stack instruction to `target` is surely short.
     [[nodiscard]] bool isNear(std::size_t target) const {
-        // A stack instruction becomes three at most, or twice as many where a loop's condition is repeated.
+        // A stack instruction becomes at most three, or twice as many where a loop's condition is repeated.
         constexpr std::size_t kNear = std::numeric_limits<std::int16_t>::max() / 8;
         return target < m_current ? m_current - target <= kNear : target - m_current <= kNear;
     }
@@ -90,13 +90,13 @@ public:
     [[nodiscard]] std::span<const EngineInstruction> block() const {
         return std::span(m_code->instructions).subspan(m_blockStart);
     }
-    /// Takes the last instruction back; what replaces it gets its line.
+    /// Removes the last instruction; its replacement gets its line.
     void dropLast();
 
-    /// The index of a constant, the same for equal ones.
+    /// The index of a constant; equal ones share it.
     [[nodiscard]] std::uint32_t addConstant(const RubyValue& constant);
 
-    /// The function has something that register code cannot express.
+    /// Reports that the function has something that register code cannot express.
     void fail() { m_failed = true; }
     [[nodiscard]] bool hasFailed() const { return m_failed; }
 

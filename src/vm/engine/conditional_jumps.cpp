@@ -12,7 +12,7 @@ namespace {
 
 using Link = ConditionalJumps::Link;
 
-// More are not worth the looking through.
+// Longer chains are not worth searching.
 constexpr std::size_t kMostLinks = 64;
 
 bool isOrdering(EngineOp op) {
@@ -20,12 +20,12 @@ bool isOrdering(EngineOp op) {
     return infoOf(test).operation == Operation::Less || infoOf(test).operation == Operation::LessEqual;
 }
 
-/// Comparisons in an order fail unless both sides are of the same of these kinds.
+/// Ordering comparisons fail unless both sides are numbers or both are strings.
 bool areAlike(const RubyValue& left, const RubyValue& right) {
     return (left.isNumeric() && right.isNumeric()) || (left.isString() && right.isString());
 }
 
-/// The other side of a comparison of a register with a constant.
+/// The operands of a comparison of a register with a constant.
 struct ComparedWithConstant {
     std::uint16_t local;
     std::size_t constant;
@@ -42,12 +42,12 @@ std::optional<ComparedWithConstant> findConstant(const EngineInstruction& compar
     return std::nullopt;
 }
 
-/// True when the last instruction of a block gives `result`, whatever that was before or by combination.
+/// True when the last instruction of a block produces `result`, afresh or by combination.
 bool gives(const EngineInstruction* last, std::uint16_t result) {
     return last != nullptr && last->a == result && (infoOf(last->op).writesRegister() || combinedTest(last->op));
 }
 
-/// How many of the links from `first` on do not matter when the outcome so far is `outcome`.
+/// How many links from `first` on cannot change the outcome when it is `outcome` so far.
 std::size_t countDecided(const std::vector<Link>& links, std::size_t first, bool outcome) {
     std::size_t next = first;
     while (next < links.size() && links[next].isOr() == outcome) {
@@ -105,7 +105,7 @@ bool ConditionalJumps::takeNegation(std::uint16_t result) {
 void ConditionalJumps::fuseChain(std::uint16_t result, std::size_t target, bool whenTrue) {
     const std::vector<Link> links = takeLinks(result);
     for (std::size_t next = 0; next <= links.size(); ++next) {
-        // The outcome with which the chain does not go on at the next link.
+        // The outcome with which the chain skips the next link.
         const bool outcome = next < links.size() ? links[next].isOr() : whenTrue;
         const std::size_t decided = countDecided(links, next, outcome);
         Destination destination{target, std::nullopt};

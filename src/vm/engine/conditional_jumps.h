@@ -1,4 +1,4 @@
-// Jumps on a condition, which make one instruction with the test of the condition where they can.
+// Conditional jumps, fused with the test of their condition where possible.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@ namespace morvel::ruby::internal {
 
 class ConditionalJumps {
 public:
-    /// A comparison in a chain, with how it is combined with those before it.
+    /// A comparison in a chain, and how it combines with those before it.
     struct Link {
         EngineInstruction comparison;
         std::uint32_t line;
@@ -32,25 +32,25 @@ private:
     struct Destination {
         /// A stack instruction,
         std::size_t target;
-        /// or past this many of the instructions that come next.
+        /// or past this many of the next instructions.
         std::optional<std::size_t> skipped;
     };
 
-    /// Makes one instruction of the jump and what was just emitted to compute its condition.
+    /// Fuses the jump with the code just emitted for its condition.
     bool fuseJump(const Entry& condition, std::size_t target, bool whenTrue);
-    /// The same for a chain of comparisons, or just one test, with its result in `result`. All operands of "and" and
-    /// "or" are evaluated; but of comparisons at the end that cannot fail nothing is seen, and those that the others
-    /// have decided are jumped over.
+    /// The same for a chain of comparisons, or a single test, with its result in `result`. "and" and "or" evaluate all
+    /// their operands, but comparisons that cannot fail have no visible effect: those at the end of the chain are
+    /// jumped over once the others have decided the outcome.
     void fuseChain(std::uint16_t result, std::size_t target, bool whenTrue);
-    /// Takes back the negation of what was computed before it in the same place, if that is what was emitted last.
+    /// Removes the instruction emitted last if it negates the value computed before it in the same register.
     bool takeNegation(std::uint16_t result);
-    /// Takes back comparisons that may be jumped over.
+    /// Removes from the code, and returns, the comparisons that may be jumped over.
     [[nodiscard]] std::vector<Link> takeLinks(std::uint16_t result);
     /// Jumps on the result of the last instruction, making the test part of the jump where possible.
     void jumpOnLast(std::uint16_t result, const Destination& destination, bool whenTrue);
     void emitShort(EngineOp op, std::uint8_t n, std::uint16_t a, std::uint16_t b, const Destination& destination);
     void emitWide(EngineOp op, std::uint8_t n, std::uint16_t a, const Destination& destination);
-    /// True when the comparison that was emitted last cannot fail.
+    /// True when the comparison emitted last cannot fail.
     [[nodiscard]] bool lastCannotFail() const;
     /// True when the current block has compared the register with a constant of this kind already.
     [[nodiscard]] bool isKnown(std::uint16_t local, const RubyValue& kind) const;

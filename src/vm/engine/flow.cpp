@@ -66,7 +66,7 @@ private:
             case OperandKind::JumpTarget:
                 return instruction.a >= 0 && unsignedA <= m_code.size();
             case OperandKind::Count:
-                // Each value that is counted has an instruction that pushes it.
+                // Each counted value needs an instruction that pushes it.
                 return instruction.a >= 0 && unsignedA < m_code.size();
         }
         return false;
@@ -179,7 +179,7 @@ std::vector<bool> findLiveOut(const std::vector<Instruction>& code, const Flow& 
     return liveOut;
 }
 
-/// True when nothing comes after the Pop at `index` but the end of the code.
+/// True when only the end of the code follows the Pop at `index`.
 bool endsCode(const std::vector<Instruction>& code, const Flow& flow, std::size_t index) {
     const std::size_t next = index + 1;
     return flow.depths[index] == 1 && (next == code.size() || (code[next].op == OpCode::Jump &&
@@ -214,7 +214,7 @@ LastValue findLastValue(const CompiledFunction& function, const Flow& flow) {
         const std::size_t begin = flow.blocks[block].begin;
         std::size_t deadUntil = flow.blocks[block].end;
         if (liveOut[block]) {
-            // Only the last Pop of a block is seen after it.
+            // Only the last Pop of a block is visible after it.
             while (deadUntil > begin && function.code[deadUntil - 1].op != OpCode::Pop) {
                 --deadUntil;
             }

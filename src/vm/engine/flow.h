@@ -1,4 +1,4 @@
-// What is known about a function's stack code before it is translated.
+// Facts about the control flow of stack code, found before translation.
 #pragma once
 
 #include <cstddef>
@@ -13,14 +13,14 @@ namespace morvel::ruby::internal {
 /// Depth of an instruction that no path reaches.
 inline constexpr std::int32_t kUnreachable = -1;
 
-/// A stretch of instructions that is entered only at its start and left only at its end.
+/// A basic block: instructions entered only at the start and left only at the end.
 struct Block {
     std::size_t begin = 0;
     std::size_t end = 0;
     /// Blocks that may follow; none after a Return or at the end of the code.
     std::vector<std::size_t> successors;
     std::vector<std::size_t> predecessors;
-    /// True when running off the end of the code may follow.
+    /// True when control may run off the end of the code next.
     bool reachesEnd = false;
 };
 
@@ -34,8 +34,8 @@ struct Flow {
 };
 
 /// Verifies a function: operands in range, constants of the right kind, jump targets inside the code, the stack depth
-/// the same on every path and never below zero. Nothing when any of it fails; the baseline interpreter then reports
-/// what is wrong when, and only if, it is executed.
+/// the same on every path and never below zero. Returns nothing when any check fails; the baseline interpreter then
+/// reports the fault if and when it executes it.
 [[nodiscard]] std::optional<Flow> analyzeFlow(const Program& program, const CompiledFunction& function);
 
 /// Where the value of the last expression statement matters.
@@ -44,9 +44,9 @@ struct LastValue {
     bool isKept = false;
     /// By instruction, true for such a Pop.
     std::vector<bool> livePops;
-    /// By instruction, true for such a Pop with which the code ends: it returns its value at once.
+    /// By instruction, true for such a Pop at the end of the code, which returns its value at once.
     std::vector<bool> endingPops;
-    /// For each block, up to which instruction what was popped last can no longer be returned.
+    /// For each block, the instruction up to which the value popped last can no longer be returned.
     std::vector<std::size_t> deadUntil;
 };
 

@@ -73,7 +73,7 @@ std::vector<std::uint8_t> findFlags(const CompiledFunction& function, const Flow
 }  // namespace
 
 std::size_t FunctionFacts::loopConditionEnd(std::size_t index, std::size_t target) const {
-    // A longer one would cost more room than the jump it saves is worth.
+    // Repeating a longer one would cost more space than the saved jump is worth.
     constexpr std::size_t kLongestCondition = 24;
     if (target >= index || flow.depths[target] != 0) {
         return 0;

@@ -1,4 +1,4 @@
-// What is looked up in a function's stack code while it is translated.
+// Facts about a function's stack code that its translation looks up.
 #pragma once
 
 #include <cstddef>
@@ -11,8 +11,8 @@
 
 namespace morvel::ruby::internal {
 
-/// Where the guard of a guarded function calls `error`: that call is made at line 0 and by the global's name, even
-/// when a parameter has the same name.
+/// Where the guard of a guarded function calls `error`: that call has line 0 and names the global, even when a
+/// parameter has the same name.
 struct GuardCall {
     std::size_t load = static_cast<std::size_t>(-1);
     std::size_t call = static_cast<std::size_t>(-1);
@@ -31,18 +31,19 @@ struct FunctionFacts {
     std::vector<bool> livePops{};
     /// By instruction, true for such a Pop that returns its value at once.
     std::vector<bool> endingPops{};
-    /// True when there are others, so that their values have to be kept.
+    /// True when there are others, whose values have to be kept.
     bool keepsLastValue = false;
     bool hasAppendChains = false;
-    /// By instruction: kBeginsAppend and kEndsAppend for additions, kLastValueDies for these, indexed stores and calls.
+    /// By instruction: kBeginsAppend and kEndsAppend for additions; kLastValueDies for additions, indexed stores and
+    /// calls.
     std::vector<std::uint8_t> flags{};
-    /// By instruction, true for a read of a local whose value may be used up on the way.
+    /// By instruction, true for a read of a local whose value the statement may consume.
     std::vector<bool> lastReads{};
     /// By instruction, true where a block starts.
     std::vector<bool> blockStarts{};
 
-    /// When the jump at `index` closes a loop whose condition, at `target`, is short and leaves the loop to just after
-    /// the jump: the index of the condition's JumpIfFalse. Otherwise 0.
+    /// When the jump at `index` closes a loop whose condition, at `target`, is short and exits to right after the jump:
+    /// the index of the condition's JumpIfFalse. Otherwise 0.
     [[nodiscard]] std::size_t loopConditionEnd(std::size_t index, std::size_t target) const;
 };
 

@@ -1,4 +1,4 @@
-// From the names in a program to the slots of globals.
+// Maps the names in a program to global slots.
 #pragma once
 
 #include <atomic>
@@ -21,12 +21,12 @@ struct Mentions {
     explicit Mentions(std::size_t constants) : slots(constants, kNotGlobal) {}
 
     std::vector<std::uint32_t> slots;
-    /// The next one of those that have ended.
+    /// The next in the list of ended ones.
     Mentions* next = nullptr;
 };
 
-/// The mentions of programs that have ended. A program may end on another thread than that of the VM which ran it, so
-/// they wait here until the VM takes them back.
+/// The mentions of programs that have ended. A program may end on a thread other than that of the VM which ran it, so
+/// they wait here until the VM takes them.
 class EndedMentions {
 public:
     EndedMentions() = default;
@@ -44,7 +44,7 @@ public:
         }
     }
 
-    /// Calls `action` with each one that waits, and drops it.
+    /// Calls `action` with each waiting one and drops it.
     template <typename Action>
     void take(Action action) noexcept {
         Mentions* next = m_first.exchange(nullptr, std::memory_order_acquire);
@@ -59,18 +59,18 @@ private:
     std::atomic<Mentions*> m_first = nullptr;
 };
 
-/// Looks up the slots of the globals that a program's constants name: each once, however many instructions use it.
+/// Looks up the slots of the globals that a program's constants name: each name once, however many instructions use it.
 class GlobalNames {
 public:
-    /// Not to be used once either is gone.
+    /// Must not be used once either argument is gone.
     GlobalNames(const Program& program, GlobalTable& globals)
         : m_program(program), m_globals(globals), m_mentions(std::make_unique<Mentions>(program.constants.size())) {}
 
-    /// What the program mentions, when it ends.
+    /// Hands over the program's mentions when it ends.
     [[nodiscard]] std::unique_ptr<Mentions> end() noexcept { return std::move(m_mentions); }
 
-    /// The slot of the global that constant `index`, a string, names; created when needed, and the program's from then
-    /// on.
+    /// The slot of the global that string constant `index` names, created when needed. From then on the program
+    /// mentions the global.
     [[nodiscard]] std::uint32_t slotOf(std::int32_t index) {
         std::uint32_t& slot = m_mentions->slots[static_cast<std::size_t>(index)];
         if (slot == kNotGlobal) {

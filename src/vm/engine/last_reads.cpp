@@ -16,7 +16,7 @@ bool endsStatement(OpCode op) { return op == OpCode::StoreName || op == OpCode::
 std::vector<bool> findLastReads(const CompiledFunction& function, const Flow& flow,
                                 const std::vector<std::uint32_t>& globals, std::vector<bool> takenOver) {
     std::vector<bool> lastReads = std::move(takenOver);
-    // The next read of each local. What an earlier block has left there lies behind.
+    // The next read of each local. A read left by an earlier block has a lower index and does not count.
     std::vector<std::size_t> nextReads(function.localNames.size(), 0);
     for (const Block& block : flow.blocks) {
         const bool returns = function.code[block.end - 1].op == OpCode::Return;

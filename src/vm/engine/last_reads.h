@@ -1,4 +1,4 @@
-// Reads of locals after which the value that was read is not needed in the local any more.
+// Reads of locals after which the local no longer needs its value.
 #pragma once
 
 #include <cstdint>
@@ -9,10 +9,10 @@
 
 namespace morvel::ruby::internal {
 
-/// By instruction, true for a read of a local whose value may be used up on the way: should the statement fail, the
-/// local is gone too. It is written at the end of the same statement, as in `x = x + a + b`, and not read in between;
-/// or the function returns at the end of the block, and it is not read before. `takenOver` tells for which reads it is
-/// worthwhile beyond those that the new value takes the place of.
+/// By instruction, true for a read of a local whose value the statement may consume; if the statement fails, the value
+/// is lost. Either the same statement writes the local at its end, as in `x = x + a + b`, without reading it in
+/// between, or the function returns at the end of the block without reading it again. `takenOver` marks further reads
+/// for which this pays off, besides those whose stack entry the new value takes.
 ///
 /// Looks at each instruction once. `globals` gives the global slot that each instruction names, or kNotGlobal.
 [[nodiscard]] std::vector<bool> findLastReads(const CompiledFunction& function, const Flow& flow,

@@ -22,7 +22,7 @@ bool ListCollector::takeSteps(std::size_t index) {
             return true;
         }
     }
-    // One instruction pushes one entry at most.
+    // One instruction pushes at most one entry.
     m_deepest = std::max(m_deepest, m_stack.size() + 1);
     return false;
 }

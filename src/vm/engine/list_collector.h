@@ -1,4 +1,4 @@
-// Has the values of long lists collected in arrays.
+// Translates long lists so that their values are collected in arrays.
 #pragma once
 
 #include <cstddef>
@@ -10,8 +10,8 @@
 
 namespace morvel::ruby::internal {
 
-/// While a list is open, its array and the values of the part that is being made lie on the symbolic stack in place of
-/// the values so far.
+/// While a list is open, the symbolic stack holds its array and the values of the current part instead of all values so
+/// far.
 class ListCollector {
 public:
     /// All must outlive the object.
@@ -19,9 +19,9 @@ public:
                   SymbolicStack& stack)
         : m_function(function), m_steps(steps), m_hasSteps(!steps.empty()), m_code(code), m_stack(stack) {}
 
-    /// Takes the steps at stack instruction `index`; true when one of them is in place of it.
+    /// Takes the steps at stack instruction `index`; true when one of them replaces it.
     bool translate(std::size_t index) { return m_hasSteps && takeSteps(index); }
-    /// The most entries that the stack had at once, when there are long lists.
+    /// The greatest depth of the stack, when there are long lists.
     [[nodiscard]] std::size_t deepest() const { return m_deepest; }
 
 private:

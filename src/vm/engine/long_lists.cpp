@@ -7,7 +7,7 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-/// How many values the instruction makes a list of.
+/// The length of the list that the instruction takes; 0 when it takes none.
 std::uint32_t listLength(const Instruction& instruction) {
     const bool isList = instruction.op == OpCode::MakeArray || instruction.op == OpCode::Call;
     return isList ? static_cast<std::uint32_t>(instruction.a) : 0;
@@ -34,9 +34,9 @@ std::vector<LongListStep> findLongLists(const CompiledFunction& function, const 
     if (static_cast<std::uint32_t>(flow.deepest) <= part) {
         return steps;
     }
-    // By depth, the last instruction that found so many values on the stack. The value above them that is there when a
-    // list ends began with it: instructions push one value at most, and whatever reaches below leaves fewer, or as many
-    // and is followed by a later one.
+    // By depth, the latest instruction to start with that many values on the stack. The value just above them when a
+    // list ends began with it: an instruction pushes at most one value, so after one that pops below this depth, a
+    // later one starts at it again.
     std::vector<std::size_t> begins(static_cast<std::size_t>(flow.deepest) + 1);
     for (const Block& block : flow.blocks) {
         for (std::size_t i = block.begin; i < block.end; ++i) {
@@ -48,7 +48,7 @@ std::vector<LongListStep> findLongLists(const CompiledFunction& function, const 
             begins[static_cast<std::size_t>(flow.depths[i])] = i;
         }
     }
-    // Of lists that begin together the outer ones begin first.
+    // Of lists that begin together, the outer ones come first.
     std::sort(steps.begin(), steps.end(), [](const LongListStep& left, const LongListStep& right) {
         return std::tie(left.instruction, left.base) < std::tie(right.instruction, right.base);
     });

@@ -10,26 +10,26 @@
 
 namespace morvel::ruby::internal {
 
-/// A step in collecting the values of a long list in an array. Part by part they are moved there as soon as they are
-/// made, so that the list takes the registers of one part, however long it is.
+/// A step in collecting the values of a long list in an array. The values move there one part at a time, so a list of
+/// any length takes the registers of one part only.
 struct LongListStep {
     enum class Kind : std::uint8_t {
-        /// Before the first value is made: an empty array.
+        /// Before the first value: makes an empty array.
         Begin,
-        /// Before the next part is made: the one that is complete is moved.
+        /// Before the next part: moves the complete one.
         Part,
-        /// In place of the MakeArray or Call: the last part is moved.
+        /// In place of the MakeArray or Call: moves the last part.
         End,
     };
 
-    /// The instruction that the step is taken before, or in place of.
+    /// The instruction that the step precedes or replaces.
     std::size_t instruction = 0;
     Kind kind = Kind::Begin;
     /// The stack depth below the list.
     std::int32_t base = 0;
     /// How many values are moved.
     std::uint32_t count = 0;
-    /// How many the list has in all.
+    /// The length of the whole list.
     std::uint32_t length = 0;
 };
 
@@ -37,7 +37,7 @@ struct LongListStep {
 inline constexpr std::uint32_t kLongestPart = 255;
 
 /// The steps for all lists of more than `part` values, at most kLongestPart, in the order in which they are taken.
-/// Hand-made lists with values from other blocks have none.
+/// Lists in hand-made code that have values from other blocks have no steps.
 [[nodiscard]] std::vector<LongListStep> findLongLists(const CompiledFunction& function, const Flow& flow,
                                                       std::uint32_t part);
 

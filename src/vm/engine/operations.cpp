@@ -18,14 +18,12 @@ std::uint8_t flagsFor(const Entry& first, const Entry& second) {
     return static_cast<std::uint8_t>(flagFor(first, kFirstDies) | flagFor(second, kSecondDies));
 }
 
-/// The comparison that does the same once its operands are swapped, where it stands in for `op`: a > b is b < a.
-/// Other opcodes stand for themselves.
+/// The comparison that replaces `op` with swapped operands: a > b is b < a. Other opcodes stand for themselves.
 constexpr OpCode standIn(OpCode op) {
     return op == OpCode::Greater ? OpCode::Less : op == OpCode::GreaterEqual ? OpCode::LessEqual : op;
 }
 
-/// By opcode of arithmetic and comparisons, the operation that carries it out: the one of the same name. That it is
-/// missing shows when this is compiled.
+/// For each arithmetic or comparison opcode, the operation of the same name. A missing one is a compile-time error.
 constexpr auto kOperationsByOpcode = [] {
     std::array<Operation, kOpcodes.size()> operations{};
     for (std::size_t i = 0; i != kOpcodes.size(); ++i) {
@@ -37,8 +35,8 @@ constexpr auto kOperationsByOpcode = [] {
     return operations;
 }();
 
-/// The instruction for an arithmetic operator or a comparison on two operands, which it may take the other way round.
-/// Nothing when the operation has none for operands that are there: then it has one for two registers.
+/// The instruction for an arithmetic operator or a comparison on these operands, which it may take in reverse order.
+/// Nothing when there is none for operands in these places; there always is one for two registers.
 std::optional<EngineOp> instructionFor(OpCode op, const Entry& left, const Entry& right) {
     const bool isSwapped = standIn(op) != op;
     return findInstruction(
@@ -113,11 +111,11 @@ void Operations::binary(std::size_t index) {
     Entry leftEntry = m_stack.pop();
     const EngineOp paired = *instructionFor(op, leftEntry, rightEntry);
     if (standIn(op) != op) {
-        // Both operands are there already, so their order is not seen.
+        // Both operands are already evaluated, so swapping them does not show.
         std::swap(leftEntry, rightEntry);
     }
     const auto flags = static_cast<std::uint8_t>(flagsFor(leftEntry, rightEntry) | facts);
-    // Within an append chain, the sum takes two places on the stack.
+    // Within an append chain, the sum takes two stack entries.
     if ((facts & kEndsAppend) != 0) {
         m_stack.pop();
     }
@@ -162,8 +160,8 @@ std::size_t Operations::setIndex(std::size_t index, std::size_t blockEnd) {
     for (std::size_t depth = container; depth <= value; ++depth) {
         m_stack.makeNameable(depth);
     }
-    // The container is changed where it is only when it is stored back there at once; otherwise the change of a
-    // string must not be seen in the variable.
+    // The container is changed in place only when it is stored back at once; otherwise a changed string must not show
+    // in the variable.
     const bool inPlace = storesBack(index + 1, blockEnd, m_stack[container]) && !m_stack.isElsewhere(container);
     if (!inPlace) {
         m_stack.materialize(container);
@@ -175,7 +173,7 @@ std::size_t Operations::setIndex(std::size_t index, std::size_t blockEnd) {
         Operation::SetIndex, {operandKind(containerEntry), operandKind(indexEntry), operandKind(valueEntry)});
     const auto flags = static_cast<std::uint8_t>(flagsFor(indexEntry, valueEntry) | m_facts.flags[index]);
     m_code.emit(op, flags, operand(containerEntry.index), operand(indexEntry.index), operand(valueEntry.index));
-    // What was read as a local about to be overwritten is its new value by now, and stays.
+    // A local that was read as about to be overwritten holds its new value by now, and stays.
     m_stack.push({containerEntry.place, containerEntry.index});
     return inPlace ? 2 : 1;
 }

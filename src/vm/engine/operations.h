@@ -23,19 +23,19 @@ public:
     void logicalNot();
     /// And or Or.
     void logical(EngineOp op);
-    /// Arithmetic or a comparison, which the instruction at `index` is.
+    /// The arithmetic operation or comparison at `index`.
     void binary(std::size_t index);
 
     void makeArray(std::size_t count);
     void getIndex();
-    /// How many instructions from `index` on it took: with the SetIndex there, it may carry out a StoreName before
-    /// `blockEnd`.
+    /// Translates the SetIndex at `index`. Returns how many instructions this covers: a StoreName before `blockEnd` may
+    /// be included.
     std::size_t setIndex(std::size_t index, std::size_t blockEnd);
 
 private:
-    /// Lets the comparison that was emitted last combine its outcome with `left`; false when that cannot be.
+    /// Makes the comparison emitted last combine its outcome with `left`; false when that is not possible.
     [[nodiscard]] bool combine(EngineOp op, const Entry& left, const Entry& right);
-    /// True when the instruction at `index` stores into just the variable that `entry` stands for.
+    /// True when the instruction at `index` stores into the very variable that `entry` stands for.
     [[nodiscard]] bool storesBack(std::size_t index, std::size_t blockEnd, const Entry& entry) const;
 
     const FunctionFacts& m_facts;

@@ -1,4 +1,4 @@
-// The stack of the stack code, run symbolically: what an entry stands for is known, its value only later.
+// The stack of the stack code, run symbolically: entries stand for values that exist only at run time.
 #pragma once
 
 #include <algorithm>
@@ -45,13 +45,13 @@ struct Entry {
     return entry.place == Place::Temporary || entry.dies ? flag : std::uint8_t{0};
 }
 
-/// Only what has to be in a register is put there. The temporary of the entry at depth d is always the register
-/// firstTemporary + d. Hand-made code may be thousands deep at each of thousands of instructions: the entries at the
-/// bottom that are in their temporaries are only counted, and looking through the others fails the translation when it
-/// is done too much.
+/// Puts a value into a register only when it has to be there. The temporary of the entry at depth d is always register
+/// firstTemporary + d. In hand-made code the stack may be thousands deep at each of thousands of instructions. So
+/// entries at the bottom that are in their temporaries are only counted, and the translation fails when searching the
+/// others costs too much.
 class SymbolicStack {
 public:
-    /// Emits into `code`, which must outlive the stack, the translation of `length` instructions.
+    /// Emits the translation of `length` instructions into `code`, which must outlive the stack.
     SymbolicStack(CodeBuilder& code, std::size_t length) : m_code(code), m_looksLeft(length * kLooksForEach) {}
 
     [[nodiscard]] bool empty() const { return size() == 0; }
@@ -65,13 +65,13 @@ public:
         m_entries.push_back(entry);
         ++countOf(entry.place);
     }
-    /// Pushes the temporary of the next depth and gives its register.
+    /// Pushes the temporary of the next depth and returns its register.
     std::uint16_t pushTemporary() {
         const Entry entry = temporaryAt(size());
         push(entry);
         return reg(entry.index);
     }
-    /// The same for a value that surely is a boolean.
+    /// The same for a value that is surely a boolean.
     std::uint16_t pushBoolean() {
         Entry entry = temporaryAt(size());
         entry.isBoolean = true;
@@ -108,9 +108,9 @@ public:
     /// The same for all entries from `first` on.
     void materializeFrom(std::size_t first);
     void materializeAll();
-    /// Entries that stand for what is about to change have to take their value first.
+    /// Puts the entries that stand for `changing` into their temporaries before it changes.
     void detach(const Entry& changing);
-    /// A call may rebind any global.
+    /// The same for all globals: a call may rebind any of them.
     void detachGlobals();
     /// Makes sure that the entry at `depth` can be named by a 16-bit operand.
     void makeNameable(std::size_t depth) {
@@ -126,13 +126,13 @@ public:
 
     /// True when an entry from `first` on is a local that dies.
     [[nodiscard]] bool hasDying(std::size_t first) const;
-    /// True when an entry stands for the same as this one, which is no temporary.
+    /// True when some entry stands for the same place as this one, which is not a temporary.
     [[nodiscard]] bool holds(const Entry& entry);
     /// True when another entry stands for the same variable as the entry at `depth`.
     [[nodiscard]] bool isElsewhere(std::size_t depth);
 
 private:
-    /// Compiled code, whose stack is deep in array literals and argument lists only, needs a few.
+    /// Compiled code needs only a few: its stack is deep only in array literals and argument lists.
     static constexpr std::size_t kLooksForEach = 256;
 
     [[nodiscard]] Entry temporaryAt(std::size_t depth) const { return {Place::Temporary, m_code.temporary(depth)}; }

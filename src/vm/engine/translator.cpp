@@ -24,7 +24,7 @@ namespace {
 std::uint32_t registerCount(const FunctionFacts& facts, const Code& code, std::size_t deepest) {
     // Surplus arguments of duplicate parameter names arrive behind the locals, in the place of temporaries.
     const std::size_t surplus = code.parameterCount - std::min(code.parameterCount, code.localCount);
-    // The sum of an append chain takes two.
+    // The sum of an append chain takes two temporaries.
     const std::size_t temporaries = std::max(deepest, surplus) + (facts.hasAppendChains ? 2 : 1);
     return code.firstTemporary + static_cast<std::uint32_t>(temporaries);
 }
@@ -72,7 +72,7 @@ public:
         return code.registerCount <= kLargestOperand;
     }
 
-    /// What was translated.
+    /// The translated code.
     [[nodiscard]] std::unique_ptr<Code> finish() { return m_code.finish(); }
 
 private:
@@ -97,7 +97,8 @@ private:
         }
     }
 
-    /// Translates the instruction at `index`, or a short sequence that starts there; how many it was.
+    /// Translates the instruction at `index`, or a short sequence that starts there; returns the number of
+    /// instructions.
     std::size_t translateInstruction(std::size_t index, std::size_t blockEnd) {
         const Instruction& instruction = m_facts.function.code[index];
         const auto a = static_cast<std::size_t>(instruction.a);
@@ -225,7 +226,7 @@ std::unique_ptr<Code> translateFunction(const Program& program, std::int32_t fun
         return nullptr;
     }
     const FunctionFacts facts = findFacts(program, functionIndex, *std::move(flow), names);
-    // What runs out of registers with parts of the usual length is a nest of lists.
+    // Nested lists may run out of registers with parts of the usual length; parts of one value are tried then.
     for (const std::uint32_t part : {kLongestPart, 1U}) {
         const std::vector<LongListStep> longLists = findLongLists(function, facts.flow, part);
         Translator translator(facts, longLists, names);

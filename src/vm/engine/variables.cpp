@@ -8,7 +8,7 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-/// Makes the addition to a register into that register, if that is what the instruction is, one of two operands.
+/// Turns an addition whose target is its left operand into an Increase, which has two operands.
 void shortenIncrease(EngineInstruction& addition) {
     if ((addition.op == EngineOp::AddRR || addition.op == EngineOp::AddRK) && addition.a == addition.b) {
         addition.op = addition.op == EngineOp::AddRR ? EngineOp::IncreaseR : EngineOp::IncreaseK;

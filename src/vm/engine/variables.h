@@ -12,7 +12,7 @@
 
 namespace morvel::ruby::internal {
 
-/// Knows which variables surely have a value by now, and has values computed right into variables.
+/// Tracks which variables surely have a value, and makes instructions compute directly into variables.
 class Variables {
 public:
     /// All must outlive the object.
@@ -31,7 +31,7 @@ public:
     void defineFunction(std::size_t index);
 
 private:
-    /// Moves an entry that is off the stack into a register below the temporaries.
+    /// Moves an entry that was popped into a register below the temporaries.
     void moveInto(std::uint32_t target, const Entry& value);
     /// Puts the value of an entry into a register that may still hold another one.
     void loadInto(std::uint16_t target, const Entry& entry);
