@@ -1,4 +1,4 @@
-// The baseline interpreter: one stack instruction after the other, every check made as it goes.
+// The baseline interpreter: executes stack instructions one by one and makes every check as it goes.
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -18,7 +18,7 @@ namespace internal {
 
 namespace {
 
-/// The values of one call's locals. Few of them live in the activation itself.
+/// The values of one call's locals. If there are few, they live in the activation itself.
 class Locals {
 public:
     explicit Locals(std::size_t count) : m_count(count) {
@@ -138,7 +138,7 @@ void Activation::execute(const Instruction& instruction, std::size_t index) {
         case OpcodeClass::Definition:
             return defineFunction(instruction);
         case OpcodeClass::Return:
-            // The function ends with what is on top, if anything is.
+            // The function returns the value on top, if there is one.
             m_lastValue = m_stack.empty() ? RubyValue() : pop(line);
             m_next = m_function.code.size();
             return;

@@ -1,5 +1,5 @@
-// The rules of calling, for all who carry out calls: what can be called, with how many arguments, what `pcall` gives,
-// and what the built-ins do that are carried out along with calls.
+// The rules of calls, shared by all executors: what can be called, with how many arguments, what `pcall` returns, and
+// what the built-ins do that executors carry out themselves.
 #pragma once
 
 #include <cstddef>
@@ -13,15 +13,15 @@
 
 namespace morvel::ruby::internal {
 
-/// What a function value points at.
+/// The handle that a function value points at.
 [[nodiscard]] inline const RubyFunctionHandle& handleOf(const RubyValue& function) noexcept {
     return *static_cast<const RubyFunctionHandle*>(function.data.box);
 }
 
 /// Why a value cannot be called: "attempted to call a non-function value", "function handle is empty",
-/// "script function program is missing", "function index is out of range". No fault for what can.
+/// "script function program is missing", "function index is out of range". No fault when it can be called.
 [[nodiscard]] Fault callFault(const RubyValue& callee) noexcept;
-/// The same for what a function value points at, and for a script function by itself.
+/// The same for the handle of a function value, and for a script function given by program and index.
 [[nodiscard]] Fault callFault(const RubyFunctionHandle& handle) noexcept;
 [[nodiscard]] Fault callFault(const Program* program, std::int32_t functionIndex) noexcept;
 
@@ -30,14 +30,14 @@ namespace morvel::ruby::internal {
     return handle.kind == RubyFunctionHandle::Kind::Script && !callFault(handle);
 }
 
-/// The script function of a handle that can be called.
+/// The script function of a callable handle.
 [[nodiscard]] inline const CompiledFunction& functionOf(const RubyFunctionHandle& handle) noexcept {
     return handle.program->functions[static_cast<std::size_t>(handle.functionIndex)];
 }
 
 /// "function 'NAME' expected N arguments but received M".
 [[nodiscard]] std::string arityMessage(const CompiledFunction& function, std::size_t argumentCount);
-/// Raises it, with line 0, unless the function takes as many arguments.
+/// Raises it, with line 0, unless the function takes that many arguments.
 void requireArity(const Program& program, const CompiledFunction& function, std::size_t argumentCount);
 
 // The outcomes of `pcall`.
@@ -49,9 +49,9 @@ void requireArity(const Program& program, const CompiledFunction& function, std:
 /// There was no call: the pair of false and the message.
 [[nodiscard]] RubyValue pcallRefusal(const std::string& message);
 
-// Built-ins that are carried out along with calls.
+// Built-ins that executors carry out themselves.
 
-/// What `error(...)` raises: its message. Throws RubyError for a wrong argument count.
+/// The message that `error(...)` raises. Throws RubyError for a wrong argument count.
 [[nodiscard]] std::string errorCallMessage(const RubyValue* arguments, std::size_t argumentCount);
 
 /// Carries out `table_set(...)`; returns the stored value.

@@ -1,4 +1,4 @@
-// Calls: who carries out a call of what, and the three host functions that the interpreter carries out itself.
+// Calls: which executor runs what, and the three host functions that the interpreter carries out itself.
 #include <array>
 #include <new>
 
@@ -19,13 +19,13 @@ using Intrinsic = RubyFunctionHandle::Intrinsic;
 
 namespace {
 
-// The outcome of the forms that are not run as calls is judged by whether there is a message.
+// For forms that are not run as calls, the presence of a message decides the outcome.
 RubyValue pcallOutcome(const std::string& message, RubyValue value) {
     return message.empty() ? pcallSuccess(std::move(value)) : internal::pcallRefusal(message);
 }
 
-// The forms that are not run as calls let errors of the script pass. Running out of stack or of memory is caught here
-// as in other calls.
+// Forms that are not run as calls let script errors pass. Running out of stack or memory is caught here, as in other
+// calls.
 template <typename Form>
 RubyValue withExhaustionCaught(const Form& form) {
     try {
@@ -129,7 +129,7 @@ void RubyVM::Impl::makeSpareOutcome() noexcept {
     try {
         m_spareOutcome = internal::pcallError("out of memory");
     } catch (const std::bad_alloc&) {
-        // The next pcall tries it again.
+        // The next pcall tries again.
         return;
     }
 }

@@ -15,7 +15,7 @@ bool isFailedAllocation(const std::exception& exception) noexcept {
     return dynamic_cast<const std::bad_alloc*>(&exception) != nullptr;
 }
 
-/// Whether a failed allocation says more than the exceptions of the standard library do, which is the name of their
+/// True when a failed allocation's text says more than those of the standard library, which name only the exception
 /// class.
 bool hasTextOfItsOwn(const std::exception& failedAllocation) noexcept {
     const char* const text = failedAllocation.what();

@@ -1,4 +1,4 @@
-// How run-time failures get their text.
+// The texts of run-time errors.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace morvel::ruby::internal {
 
-/// Where an error is, as messages begin: the program's name, ":", the line, ": ".
+/// The prefix that locates an error in its message: the program's name, ":", the line, ": ".
 [[nodiscard]] std::string locationOf(const Program& program, unsigned line);
 
 /// Raises a script error with its location in front.
@@ -20,12 +20,12 @@ namespace morvel::ruby::internal {
 /// The string held by constant `index`; fails with "constant index is out of range" or "constant is not a string".
 [[nodiscard]] const std::string& requireStringConstant(const Program& program, std::int32_t index, unsigned line);
 
-/// True when memory has run short: an allocation was tried and has failed. To give memory back then takes time in
-/// proportion to all that there is, which a mere size beyond all limits is no reason for.
+/// True when memory has run short: an allocation was tried and has failed. A mere size beyond all limits does not
+/// count: it is no reason to free memory, which takes time proportional to all there is.
 [[nodiscard]] bool isMemoryShort(const std::exception& exception) noexcept;
 
 /// The text of a caught exception as scripts and results see it: a script error's whole message, "out of memory" for a
-/// failed allocation that the host gave no text of its own, else what().
+/// failed allocation that the host gave no text of its own, otherwise what().
 [[nodiscard]] std::string errorText(const std::exception& exception);
 
 /// "undefined variable or function 'NAME'".

@@ -1,5 +1,4 @@
-// Runs the functions that have a fast form: a walk over the nodes of the expression tree, without frames and
-// instructions.
+// Runs functions that have a fast form by walking the nodes of the expression tree, without frames or instructions.
 #include <array>
 #include <cstddef>
 #include <iterator>
@@ -46,7 +45,7 @@ RubyValue leafValue(const internal::GlobalTable& globals, const FastNode& leaf, 
     return globals.value(slot);
 }
 
-/// The values that wait for the operators that use them. Few of them, as most expressions have, take no memory.
+/// The values that wait for their operators. A few, as many as most expressions have, need no allocation.
 class Operands {
 public:
     explicit Operands(std::size_t most) : m_many(most > kFew ? most : 0) {}
@@ -71,8 +70,8 @@ private:
     RubyValue* m_end = m_many.empty() ? m_few.data() : m_many.data();
 };
 
-// The leftmost leaf: the nodes of an expression lie in the order of evaluation, so that it is the first to evaluate,
-// and a long chain of operators needs no recursion.
+// The leftmost leaf, which is evaluated first. The nodes of an expression lie in the order of evaluation, so a long
+// chain of operators needs no recursion.
 std::size_t firstNode(const std::vector<FastNode>& nodes, std::size_t root) {
     while (true) {
         const FastNode& node = nodes[root];
@@ -84,7 +83,7 @@ std::size_t firstNode(const std::vector<FastNode>& nodes, std::size_t root) {
     }
 }
 
-/// Replaces the operands of the node by its value.
+/// Replaces the operands of the node with its value.
 void applyNode(const FastNode& node, Operands& operands, const internal::Program& program) {
     if (classOf(node.op) == OpcodeClass::Array) {
         operands.push(operands.takeLast(node.children.size()));

@@ -23,7 +23,7 @@ RubyResult failure(std::string message) {
     return result;
 }
 
-// Must not throw: a message that there is no memory for becomes the one that needs none.
+// Must not throw: when there is no memory for the message, it becomes one that needs none.
 RubyResult failure(const std::exception& exception) noexcept {
     try {
         return failure(internal::errorText(exception));
@@ -32,7 +32,7 @@ RubyResult failure(const std::exception& exception) noexcept {
     }
 }
 
-/// While a VM runs, it may have to give back what it keeps for reuse.
+/// Lets memory that a VM keeps for reuse be freed while the VM runs.
 class SpareMemoryOfVm final : public internal::SpareMemory {
 public:
     explicit SpareMemoryOfVm(RubyVM::Impl& vm) noexcept : m_vm(vm) {}

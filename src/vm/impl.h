@@ -21,7 +21,7 @@ namespace internal {
 
 class Engine;
 
-/// Memory for the words of a text.
+/// Sized to share the words of a text.
 using RecentStrings = ShortStrings<2048, 16384>;
 
 /// Which executor runs functions. Tests compare the two; nothing else changes the choice.
@@ -43,17 +43,17 @@ public:
     /// The implementation behind a VM, for host functions that belong to the runtime.
     [[nodiscard]] static Impl& of(RubyVM& vm) noexcept { return *vm.m_impl; }
 
-    /// Lets go of all globals while the VM still works, since what they captured may use it as it ends. The VM is of no
-    /// use afterwards.
+    /// Releases all globals while the VM still works, because objects they captured may use it when destroyed. The VM
+    /// is unusable afterwards.
     void close() noexcept;
 
-    /// Gives back memory that is kept for reuse; true when there was any.
+    /// Frees memory that is kept for reuse; true when there was any.
     bool giveBackSpareMemory() noexcept;
 
     /// Sets the version globals and binds every built-in.
     void bindDefaults();
 
-    /// Binds a host function; gives what the new global points at.
+    /// Binds a host function; returns the handle that the new global points at.
     RubyFunctionHandle& bindFunction(const std::string& name, RubyHostFunction callback);
     void setGlobal(const std::string& name, const RubyValue& value);
     [[nodiscard]] bool getGlobal(const std::string& name, RubyValue& value) const;
@@ -66,18 +66,18 @@ public:
     RubyResult runBytecode(const RubyBytecode& bytecode);
     RubyResult runBytecodeFile(const std::string& path);
 
-    /// Compiles source text into a function value for its top-level code, which nothing has run yet.
+    /// Compiles source text into a function value for its top-level code, without running it.
     [[nodiscard]] static RubyValue loadScript(const std::string& source, const std::string& chunkName);
 
     std::size_t ensureGlobalSlot(const std::string& name) { return globals.ensureSlot(name); }
     void setGlobalSlotValue(std::size_t slot, const RubyValue& value) { globals.setValue(slot, value); }
 
-    /// Runs one function of a loaded program, whoever executes it. This is the one place that decides. The caller has
-    /// seen that there is native stack left: it knows the place for the error.
+    /// Runs one function of a loaded program. This is the one place that chooses the executor. The caller has checked
+    /// that there is native stack left, because it knows the location for the error.
     RubyValue runFunction(const std::shared_ptr<Program>& program, std::int32_t functionIndex,
                           const RubyValue* arguments, std::size_t argumentCount);
 
-    /// Calls a host function for the innermost run, which fails when it is not the innermost any more afterwards.
+    /// Calls a host function for the innermost run, which fails if it is no longer the innermost afterwards.
     RubyValue callHost(const RubyFunctionHandle& handle, const RubyValue* arguments, std::size_t argumentCount) const;
 
     /// Calls any value. `program` and `line` are the caller's: they locate errors raised before the callee starts.
@@ -96,21 +96,21 @@ public:
     RubyValue evaluateFastNode(const Program& program, const CompiledFunction& function, std::int32_t nodeIndex,
                                const RubyValue* arguments, std::size_t argumentCount) const;
 
-    /// Makes the outcome of a pcall that has no memory for its outcome, unless it is there: to be called before the
-    /// protected call. When that fails there is none.
+    /// Makes the spare outcome, for a pcall without memory for its own, unless there is one. Called before the
+    /// protected call. When making it fails, there is none.
     void prepareSpareOutcome() noexcept {
         if (m_spareOutcome.isNil()) [[unlikely]] {
             makeSpareOutcome();
         }
     }
-    /// That outcome; nil when there is none.
+    /// The spare outcome; nil when there is none.
     [[nodiscard]] RubyValue takeSpareOutcome() noexcept { return std::move(m_spareOutcome); }
 
     /// Calls arguments[0] with the other arguments in protected mode; the result array of `pcall`.
     RubyValue protectedCall(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
                             unsigned line);
 
-    /// Comes first, to end last: by then everything else is spare.
+    /// Declared first to be destroyed last, once everything else is spare.
     struct TrimAtEnd {
         TrimAtEnd() = default;
         TrimAtEnd(const TrimAtEnd&) = delete;
@@ -125,14 +125,14 @@ public:
     internal::Runs runs;
     internal::ExecutorChoice executor = internal::ExecutorChoice::Automatic;
     std::mt19937_64 random;
-    /// Short strings that operators and built-ins made of late.
+    /// Short strings that operators and built-ins made recently.
     internal::RecentStrings shortStrings;
     /// The VM that owns this implementation; host functions receive it.
     RubyVM* owner;
 
 private:
     void makeSpareOutcome() noexcept;
-    /// protectedCall, but that it throws std::bad_alloc when there is no memory for the outcome.
+    /// Like protectedCall, but throws std::bad_alloc when there is no memory for the outcome.
     RubyValue protectedOutcome(const Program& program, const RubyValue* arguments, std::size_t argumentCount,
                                unsigned line);
 
@@ -142,7 +142,7 @@ private:
 
 namespace internal {
 
-/// A function value over function `functionIndex` of `program`, which the value keeps alive.
+/// A function value for function `functionIndex` of `program`, which the value keeps alive.
 [[nodiscard]] RubyValue makeScriptFunction(const std::string& name, std::int32_t functionIndex,
                                            const std::shared_ptr<Program>& program);
 

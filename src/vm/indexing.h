@@ -11,8 +11,8 @@ namespace morvel::ruby::internal {
 /// kNoMapKey.
 [[nodiscard]] Fault getElement(const RubyValue& container, const RubyValue& index, RubyValue& result);
 
-/// Carries out `container[index] = value`. Arrays and maps are changed for all holders, an array grows as needed; a
-/// string in `container` is replaced by a changed one. Faults: "index must be numeric", "index must be non-negative",
+/// Carries out `container[index] = value`. Arrays and maps change for all holders, and an array grows as needed; a
+/// string in `container` is replaced by a changed copy. Faults: "index must be numeric", "index must be non-negative",
 /// "string index is out of range", "string assignment requires a non-empty replacement",
 /// "indexed assignment expects an array, map, or string", kNoMapKey, kStackOverflow for a value that has no text.
 /// Throws std::bad_alloc for a size beyond memory.

@@ -10,9 +10,9 @@
 
 namespace morvel::ruby::internal {
 
-/// Carries out an operator with two operands.
+/// Applies a binary operator.
 using BinaryFunction = Fault (*)(const RubyValue& left, const RubyValue& right, RubyValue& result);
-/// Carries out an operator with one operand.
+/// Applies a unary operator.
 using UnaryFunction = Fault (*)(const RubyValue& value, RubyValue& result);
 
 struct BinaryOperator {
@@ -77,7 +77,7 @@ inline constexpr std::array kUnaryOperators{
     UnaryOperator{OpCode::Not, testFalsy},
 };
 
-/// The functions by opcode number; null for what is no operator of that kind.
+/// The functions by opcode number; null for opcodes that are not operators of that kind.
 template <typename Function, typename Operators>
 constexpr auto operatorsByOpcode(const Operators& operators) {
     std::array<Function, kOpcodes.size()> functions{};
@@ -108,7 +108,7 @@ static_assert(areComplete(kBinaryOperators, [](OpCode op) { return isBinary(op);
                   areComplete(kUnaryOperators, [](OpCode op) { return classOf(op) == OpcodeClass::Unary; }),
               "every operator has its function");
 
-/// What an operator with two operands gives; raises its fault at a line of the program. `op` is such an operator.
+/// The result of `op`, a binary operator; raises its fault at a line of the program.
 [[nodiscard]] inline RubyValue applyBinary(OpCode op, const RubyValue& left, const RubyValue& right,
                                            const Program& program, unsigned line) {
     RubyValue result;
@@ -118,7 +118,7 @@ static_assert(areComplete(kBinaryOperators, [](OpCode op) { return isBinary(op);
     return result;
 }
 
-/// The same for an operator with one operand.
+/// The same for a unary operator.
 [[nodiscard]] inline RubyValue applyUnary(OpCode op, const RubyValue& value, const Program& program, unsigned line) {
     RubyValue result;
     if (const Fault fault = kUnaryFunctions[static_cast<std::size_t>(op)](value, result)) {

@@ -1,4 +1,4 @@
-// Which runs of a VM are going on.
+// The active runs of a VM.
 #pragma once
 
 #include <cstddef>
@@ -7,17 +7,17 @@
 
 namespace morvel::ruby::internal {
 
-/// The runs of a VM that have begun and not ended, in the order of their beginning.
+/// The runs of a VM that have begun and not ended, in the order in which they began.
 ///
-/// Runs nest: a host function may run scripts, and only the innermost run goes on. A host that has several native
-/// stacks (fibers) can break that rule, by switching away from a host function in the middle of its run. What belongs
-/// to a run lies above what belongs to the runs around it, so a run that goes on while it is not the innermost has to
-/// fail before it touches anything.
+/// Runs nest: a host function may run scripts, and only the innermost run proceeds. A host with several native stacks
+/// (fibers) can break that rule by switching away from a host function in the middle of its run. The state of a run
+/// lies above that of the runs around it, so a run that continues while it is not the innermost must fail before it
+/// touches anything.
 class Runs {
 public:
     using Id = std::uint64_t;
 
-    /// The run that may go on; 0 when there is none.
+    /// The run that may proceed; 0 when there is none.
     [[nodiscard]] Id innermost() const noexcept { return m_innermost; }
     /// Throws RubyError "VM is running on another stack" unless `run` is the innermost.
     void requireInnermost(Id run) const {
@@ -27,7 +27,7 @@ public:
     }
     [[noreturn]] static void failElsewhere();
 
-    /// How deep the engine was when the run that began next after `run` did.
+    /// The engine's depth when the next run after `run` began.
     [[nodiscard]] std::size_t depthInside(Id run) const noexcept;
 
 private:
@@ -43,10 +43,10 @@ private:
     Id m_last = 0;
 };
 
-/// A run, from its beginning to its end. Scopes mostly end in the reverse order of their beginning.
+/// A run, from beginning to end. Scopes normally end in the reverse order of their beginning.
 class RunScope {
 public:
-    /// `depth` is how deep the engine is now. Throws std::bad_alloc.
+    /// `depth` is the engine's current depth. Throws std::bad_alloc.
     RunScope(Runs& runs, std::size_t depth);
     ~RunScope();
     RunScope(const RunScope&) = delete;

@@ -40,7 +40,7 @@ void RubyVM::setGlobal(const std::string& name, const RubyValue& value) { m_impl
 
 bool RubyVM::getGlobal(const std::string& name, RubyValue& value) const { return m_impl->getGlobal(name, value); }
 
-// Compiling needs nothing of the VM, but belongs to its public face.
+// Compiling needs nothing of the VM, but is part of its public interface.
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 RubyBytecode RubyVM::compileScript(const std::string& source, const std::string& chunkName) const {
     return Impl::compileScript(source, chunkName);
