@@ -100,7 +100,7 @@ RubyValue Compiler::floatLiteral() {
     if (result.ec == std::errc() && std::isfinite(number)) {
         return number;
     }
-    // Out of range: with a whole part the literal is too large; without one it is too small, and its nearest double 0.
+    // Out of range: with a whole part the literal is too large; without one it is too small and rounds to 0.
     if (digits.find_first_not_of('0') < digits.find('.')) {
         failAtToken("float literal is out of range");
     }

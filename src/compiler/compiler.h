@@ -16,14 +16,14 @@
 
 namespace morvel::ruby::internal {
 
-/// The program of a whole source text. Throws RubyError "chunk:line:column: message" for the first error, lexical
-/// errors before all others, and "bytecode image is too large" for what no image can hold. The derived tables are not
-/// filled: loading the image does that.
+/// Compiles a whole source text. Throws RubyError "chunk:line:column: message" for the first error, lexical errors
+/// before all others, and "bytecode image is too large" for a program that no image can hold. Leaves the derived tables
+/// empty: loading the image fills them.
 [[nodiscard]] Program compileSource(std::string_view source, const std::string& chunkName);
 
-/// Recursive descent over the tokens. Every operation compiles into the function with the given index, at the current
-/// token, and leaves the current token after what it compiled. Errors are raised with the position of the token found
-/// in place of the expected one; nesting too deep for the native stack fails with "stack overflow".
+/// Recursive descent over the tokens. Every operation compiles from the current token into the function with the given
+/// index, and leaves the token after what it compiled as the current one. Errors are raised with the position of the
+/// token found in place of the expected one; nesting too deep for the native stack fails with "stack overflow".
 class Compiler {
 public:
     /// Compiles what `lexer` reads; it must outlive the compiler.
@@ -35,13 +35,13 @@ public:
 private:
     // Expressions.
     void compileExpression(int functionIndex);
-    /// An operand and the operators after it that bind at least as tightly as `least`.
+    /// Compiles an operand and the operators after it that bind at least as tightly as `least`.
     void compileBinary(int functionIndex, Precedence least);
     void compileUnary(int functionIndex);
     void compilePrimary(int functionIndex);
     void compilePostfix(int functionIndex);
     void compileArrayLiteral(int functionIndex);
-    /// Compiles expressions separated by commas, none when `closing` comes first; their number.
+    /// Compiles expressions separated by commas, none when `closing` comes first; returns their number.
     std::int32_t compileList(int functionIndex, TokenType closing);
 
     // Statements.
@@ -54,9 +54,10 @@ private:
     void compileIndexedAssignment(int functionIndex);
     void compileExpressionStatement(int functionIndex);
     [[nodiscard]] std::vector<std::string> parseParameters();
-    /// Condition and branch of an `if` or `elsif`; the index of the jump to the end that closes the branch.
+    /// Compiles the condition and branch of an `if` or `elsif`; returns the index of the jump to the end that closes
+    /// the branch.
     std::size_t compileBranch(int functionIndex);
-    /// Statements up to `end`, or also up to `elsif` and `else`.
+    /// Compiles statements up to `end`, or also up to `elsif` and `else`.
     void compileBlock(int functionIndex, bool endsAtElse);
     [[nodiscard]] bool isIndexedAssignment();
     void skipSeparators();
@@ -76,21 +77,21 @@ private:
     void emit(int functionIndex, OpCode op, std::int32_t a, std::int32_t b, std::uint32_t line);
     [[nodiscard]] std::size_t codeSize(int functionIndex) const;
     void patchJump(int functionIndex, std::size_t instruction);
-    /// Appends a constant, never merged with an equal one; its index.
+    /// Appends a constant, never merged with an equal one; returns its index.
     std::int32_t addConstant(RubyValue value);
-    /// Appends a string constant. Equal texts mostly share their bytes, never their index.
+    /// Appends a string constant. Equal strings usually share their bytes, never their index.
     std::int32_t addText(std::string_view text);
     void pushConstant(int functionIndex, RubyValue value, std::uint32_t line);
     [[nodiscard]] RubyValue integerLiteral();
     [[nodiscard]] RubyValue floatLiteral();
 
-    /// More than the names that a function of usual length uses.
+    /// More names than a function of usual length uses.
     static constexpr std::size_t kRecentNames = 128;
 
     TokenStream m_tokens;
     std::string m_chunkName;
     Program m_program;
-    /// The short texts of late, and all long ones.
+    /// The recent short strings, and all long ones.
     ShortStrings<kRecentNames> m_names;
     std::unordered_map<std::string_view, RubyValue, TextHash> m_texts;
 };

@@ -8,7 +8,7 @@ namespace morvel::ruby::internal {
 
 namespace {
 
-/// What a token means after an operand; no precedence for a token that is no operator there.
+/// What a token means after an operand; no precedence for a token that is not an operator there.
 struct TokenOperator {
     Precedence precedence = Precedence::None;
     OpCode op{};

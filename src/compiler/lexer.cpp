@@ -33,7 +33,7 @@ struct Keyword {
     TokenType kind;
 };
 
-// Ordered by length, so that a name is compared with the few keywords of its own length only.
+// Ordered by length, so that a name is compared only with the few keywords of its own length.
 constexpr std::array kKeywords{
     Keyword{"if", TokenType::KeywordIf},         Keyword{"do", TokenType::KeywordDo},
     Keyword{"or", TokenType::KeywordOr},         Keyword{"end", TokenType::KeywordEnd},

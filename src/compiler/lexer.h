@@ -12,8 +12,8 @@
 
 namespace morvel::ruby::internal {
 
-/// Tokenises a source text, some tokens at a time. Works on bytes. The tokens point into the source text and into the
-/// lexer, which both must outlive them.
+/// Tokenises a source text, a batch of tokens at a time. Works on bytes. The tokens point into the source text and into
+/// the lexer, which both must outlive them.
 class Lexer {
 public:
     Lexer(std::string_view source, const std::string& chunkName) : m_source(source), m_chunkName(chunkName) {}
@@ -37,7 +37,7 @@ private:
     void readOperator();
     void readDoubled(TokenType kind, std::string_view message);
 
-    /// Adds the token that takes up the next `length` bytes.
+    /// Adds a token for the next `length` bytes.
     void emit(TokenType kind, std::size_t length) {
         m_tokens->push_back({kind, m_line, m_column, rest(length)});
         m_position += length;
@@ -54,7 +54,7 @@ private:
     std::size_t m_position = 0;
     std::uint32_t m_line = 1;
     std::size_t m_column = 1;
-    /// Where tokens go while they are being read.
+    /// Where tokens go during `read`.
     std::vector<Token>* m_tokens = nullptr;
     /// Literals with escapes; a deque, because tokens point at its elements.
     std::deque<std::string> m_decoded;

@@ -127,8 +127,8 @@ void clearFastForm(CompiledFunction& function) {
     function.fastErrorMessage = RubyValue();
 }
 
-/// Assigns the slots of local variables, function by function. Names are told apart by number, so that the text of a
-/// constant is looked at once, however many instructions of however many functions use it.
+/// Assigns the slots of local variables, function by function. Names are compared by number, so that each constant's
+/// string is looked up once, however many instructions and functions use it.
 class LocalSlots {
 public:
     explicit LocalSlots(const Program& program)
@@ -159,7 +159,7 @@ public:
 private:
     static constexpr std::uint32_t kNoName = ~std::uint32_t{0};
 
-    /// The function that a name got its latest slot in, and that slot.
+    /// The latest slot of a name, and the function in which it has that slot.
     struct Owner {
         const CompiledFunction* function = nullptr;
         std::int32_t slot = kNoLocalSlot;

@@ -16,12 +16,12 @@ namespace morvel::ruby::internal {
 /// every name that is assigned anywhere in the function; all reads and writes of such a name address its slot.
 void finalizeProgramMetadata(Program& program);
 
-/// Turns the instructions [begin, end) into one expression tree appended to `nodes`; true and `root` set when they are
-/// a single expression without calls, indexing and non-parameter locals. May leave nodes behind on failure.
+/// Turns the instructions [begin, end) into one expression tree appended to `nodes`; sets `root` and returns true when
+/// they are a single expression without calls, indexing or non-parameter locals. May leave nodes behind on failure.
 [[nodiscard]] bool buildFastExpressionRange(const CompiledFunction& function, std::size_t begin, std::size_t end,
                                             std::vector<FastNode>& nodes, std::int32_t& root);
 
-/// True and `message` set to the string when the instructions [begin, end) are exactly the statement
+/// Sets `message` to the string and returns true when the instructions [begin, end) are exactly the statement
 /// `error("message")`.
 [[nodiscard]] bool extractFastErrorCall(const CompiledFunction& function, const Program& program, std::size_t begin,
                                         std::size_t end, RubyValue& message);

@@ -11,7 +11,7 @@ namespace morvel::ruby::internal {
 /// What an instruction's `a` operand means.
 enum class OperandKind : std::uint8_t { None, Constant, NameConstant, JumpTarget, Count };
 
-/// What opcodes have in common. Whoever treats opcodes alike asks for their class.
+/// Groups opcodes that passes over code treat alike.
 enum class OpcodeClass : std::uint8_t {
     Constant,
     Load,
@@ -20,7 +20,7 @@ enum class OpcodeClass : std::uint8_t {
     Arithmetic,
     Comparison,
     Logic,
-    /// Operators with one operand.
+    /// Unary operators.
     Unary,
     Jump,
     ConditionalJump,
@@ -31,12 +31,12 @@ enum class OpcodeClass : std::uint8_t {
     Array,
     GetElement,
     SetElement,
-    /// Of the numbers that are no opcode.
+    /// The class of numbers that are not opcodes.
     Unknown,
 };
 
-// One row an opcode, in the order of their numbers: name, class, meaning of `a`, values popped, values pushed. A pop
-// count of kCounted stands for "as many as `a` says", kCountedAndOne for one more.
+// One row per opcode, in the order of their numbers: name, class, meaning of `a`, values popped, values pushed. A pop
+// count of kCounted means `a` of them, kCountedAndOne one more.
 #define MORVEL_OPCODES(ROW)                             \
     ROW(PushConst, Constant, Constant, 0, 1)            \
     ROW(LoadName, Load, NameConstant, 0, 1)             \
@@ -89,14 +89,14 @@ inline constexpr std::array kOpcodes{
 #undef MORVEL_ROW
 };
 
-/// Their classes, apart: what goes through code looks at little else.
+/// The classes in an array of their own: passes over code need little else.
 inline constexpr std::array kOpcodeClasses{
 #define MORVEL_ROW(name, opcodeClass, ...) OpcodeClass::opcodeClass,
     MORVEL_OPCODES(MORVEL_ROW)
 #undef MORVEL_ROW
 };
 
-/// The row of `op`, or null for a number that is no opcode.
+/// The row of `op`, or null for a number that is not an opcode.
 [[nodiscard]] constexpr const OpcodeInfo* opcodeInfo(OpCode op) {
     const auto number = static_cast<std::size_t>(op);
     return number < kOpcodes.size() ? &kOpcodes[number] : nullptr;
@@ -107,26 +107,26 @@ inline constexpr std::array kOpcodeClasses{
     return number < kOpcodeClasses.size() ? kOpcodeClasses[number] : OpcodeClass::Unknown;
 }
 
-/// True for an operator with two operands.
+/// True for a binary operator.
 [[nodiscard]] constexpr bool isBinary(OpCode op) {
     const OpcodeClass opcodeClass = classOf(op);
     return opcodeClass == OpcodeClass::Arithmetic || opcodeClass == OpcodeClass::Comparison ||
            opcodeClass == OpcodeClass::Logic;
 }
 
-/// True when the instruction may go on at its operand.
+/// True when the instruction may continue at its operand.
 [[nodiscard]] constexpr bool isJump(OpCode op) {
     const OpcodeClass opcodeClass = classOf(op);
     return opcodeClass == OpcodeClass::Jump || opcodeClass == OpcodeClass::ConditionalJump;
 }
 
-/// True when the instruction may go on at the next one.
+/// True when the instruction may continue with the next one.
 [[nodiscard]] constexpr bool fallsThrough(OpCode op) {
     const OpcodeClass opcodeClass = classOf(op);
     return opcodeClass != OpcodeClass::Jump && opcodeClass != OpcodeClass::Return;
 }
 
-/// True when the instruction may go on elsewhere than at the next one.
+/// True when the instruction may continue somewhere other than the next one.
 [[nodiscard]] constexpr bool endsBlock(OpCode op) { return isJump(op) || !fallsThrough(op); }
 
 }  // namespace morvel::ruby::internal

@@ -1,4 +1,4 @@
-// The operators with two operands, listed once: how they are written, what they become, and how tightly they bind.
+// The binary operators, listed once: spelling, token, opcode and precedence.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@
 
 namespace morvel::ruby::internal {
 
-/// How tightly an operator binds. Operators of one rank are taken from left to right.
+/// How tightly an operator binds. Operators of equal precedence associate to the left.
 enum class Precedence : std::uint8_t { None, Or, And, Equality, Comparison, Term, Factor };
 
 struct OperatorInfo {

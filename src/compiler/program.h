@@ -20,7 +20,7 @@ struct Instruction {
     OpCode op = OpCode::PushConst;
     std::int32_t a = 0;
     std::int32_t b = 0;
-    /// Source line of the token that the instruction stems from.
+    /// Source line of the token that the instruction comes from.
     std::uint32_t line = 0;
 };
 
@@ -68,7 +68,7 @@ struct CompiledFunction {
     /// For each instruction the local slot that it addresses, or kNoLocalSlot. Empty when no name is local.
     std::vector<std::int32_t> instructionSlots;
     FastKind fastKind = FastKind::None;
-    /// The nodes of one expression lie together, in the order of evaluation: operands before what uses them.
+    /// The nodes of one expression lie together, in the order of evaluation: operands before their operator.
     std::vector<FastNode> fastNodes;
     std::int32_t fastRoot = -1;
     std::int32_t fastGuardRoot = -1;
@@ -78,13 +78,13 @@ struct CompiledFunction {
 
 /// A program that runs is owned by shared pointers, one of them in every function value made from it.
 struct Program : std::enable_shared_from_this<Program> {
-    /// The chunk name, which stands in front of error locations.
+    /// The chunk name, which error locations begin with.
     std::string name = "<string>";
     /// Scalars only: nil, integers, floats, booleans, strings.
     std::vector<RubyValue> constants;
     /// Element 0 is the top-level code.
     std::vector<CompiledFunction> functions;
-    /// What the executors keep with a program; they alone know what it is.
+    /// State that the executors attach to a program; only they know its type.
     mutable std::shared_ptr<void> executionState;
 };
 
@@ -93,7 +93,7 @@ struct Program : std::enable_shared_from_this<Program> {
     return index < function.instructionSlots.size() ? function.instructionSlots[index] : kNoLocalSlot;
 }
 
-/// The string held by constant `index`; null when there is no such constant or it is no string.
+/// The string held by constant `index`; null when there is no such constant or it is not a string.
 [[nodiscard]] const std::string* getStringConstantPtr(const Program& program, std::int32_t index) noexcept;
 
 }  // namespace morvel::ruby::internal

@@ -1,4 +1,4 @@
-// The tokens of a source text, read as the compiler gets to them.
+// The tokens of a source text, read as the compiler reaches them.
 #pragma once
 
 #include <cstddef>
@@ -11,11 +11,11 @@ namespace morvel::ruby::internal {
 /// A window that moves over the tokens: keeping all of them would take many times the memory of the source.
 class TokenStream {
 public:
-    /// Starts at the first token of what `lexer` reads; throws as Lexer::read does, here and wherever more is read.
+    /// Starts at the first token of `lexer`. Throws as Lexer::read does, here and wherever more tokens are read.
     explicit TokenStream(Lexer& lexer) : m_lexer(lexer) { readMore(); }
 
     [[nodiscard]] const Token& current() const noexcept { return m_window[m_current]; }
-    /// Steps over the current token, which it gives back; the end-of-file token stays current.
+    /// Steps over the current token and returns it; the end-of-file token stays current.
     Token advance() {
         const Token passed = current();
         if (passed.kind != TokenType::EndOfFile) {
@@ -33,7 +33,7 @@ public:
         }
         return m_window[m_current + distance];
     }
-    /// Reads all that is left, for the sake of the errors in it.
+    /// Reads all remaining tokens, to raise the first lexical error in them.
     void readAll() {
         while (m_window.back().kind != TokenType::EndOfFile) {
             m_current = m_window.size();
