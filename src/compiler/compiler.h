@@ -26,7 +26,7 @@ namespace morvel::ruby::internal {
 /// token found in place of the expected one; nesting too deep for the native stack fails with "stack overflow".
 class Compiler {
 public:
-    /// Compiles what `lexer` reads; it must outlive the compiler.
+    /// Compiles the tokens of `lexer`, which must outlive the compiler.
     Compiler(Lexer& lexer, const std::string& chunkName);
 
     /// Compiles all statements into the top-level function and hands over the program.
@@ -69,7 +69,7 @@ private:
     /// Steps over the current token; the end-of-file token stays current.
     Token advance() { return m_tokens.advance(); }
     Token require(TokenType kind, std::string_view message);
-    /// Fails at the current token, unless there is a lexical error further on: those come first.
+    /// Fails at the current token, unless there is a lexical error further on: lexical errors come first.
     [[noreturn]] void failAtToken(std::string_view message);
     void checkNesting();
 

@@ -1,5 +1,5 @@
 // The rules of calls, shared by all executors: what can be called, with how many arguments, what `pcall` returns, and
-// what the built-ins do that executors carry out themselves.
+// the built-ins that executors carry out themselves.
 #pragma once
 
 #include <cstddef>

@@ -24,7 +24,7 @@ class Engine;
 /// Sized to share the words of a text.
 using RecentStrings = ShortStrings<2048, 16384>;
 
-/// Which executor runs functions. Tests compare the two; nothing else changes the choice.
+/// Which executor runs functions. Only tests, which compare the two, change the choice.
 enum class ExecutorChoice : std::uint8_t { Automatic, PlainOnly };
 
 }  // namespace internal

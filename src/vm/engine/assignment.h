@@ -1,4 +1,4 @@
-// Definite assignment: where a local is surely assigned and a global surely defined.
+// Definite assignment: where a local is known to be assigned and a global known to be defined.
 #pragma once
 
 #include <cstddef>

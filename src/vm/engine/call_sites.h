@@ -13,7 +13,7 @@ namespace morvel::ruby::internal {
 
 class CallSites {
 public:
-    /// All must outlive the object.
+    /// All arguments must outlive the object.
     CallSites(const FunctionFacts& facts, const GlobalTable& globals, CodeBuilder& code, SymbolicStack& stack)
         : m_facts(facts), m_globals(globals), m_code(code), m_stack(stack) {}
 

@@ -160,7 +160,7 @@ public:
     /// The depth of the innermost frame of a pcall above `entry`, or `entry`.
     [[nodiscard]] std::size_t protectedDepth(std::size_t entry) const noexcept;
 
-    /// Frees what a finished deep recursion has left.
+    /// Frees memory left over from a finished deep recursion.
     void giveBack() noexcept;
     /// Frees the registers that no frame uses; true when there were any.
     bool giveBackSpare() noexcept { return m_values.giveBackSpare(); }

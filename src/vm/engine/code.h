@@ -24,7 +24,7 @@ struct LocalFallback {
 
 /// What a DefineFunction instruction defines.
 struct Definition {
-    /// Belongs to the program.
+    /// Owned by the program.
     const std::string* name;
     std::int32_t functionIndex;
     std::size_t globalSlot;
@@ -72,7 +72,7 @@ struct EngineIdentity {
     EndedMentions endedMentions;
 };
 
-/// What the engine keeps with a program: the translated functions.
+/// The engine's state for a program: the translated functions.
 struct ProgramCode {
     enum class State : std::uint8_t { Untried, Translated, Unsuitable };
     struct Entry {

@@ -75,14 +75,14 @@ public:
     void emitJump(EngineOp op, std::uint8_t n, std::uint16_t a, std::size_t target);
     /// The same for a jump that includes a test, whose distance has only 16 bits.
     void emitShortJump(EngineOp op, std::uint8_t n, std::uint16_t a, std::uint16_t b, std::size_t target);
-    /// True when a jump from the current stack instruction to `target` is surely short.
+    /// True when a jump from the current stack instruction to `target` is certain to be short.
     [[nodiscard]] bool isNear(std::size_t target) const {
         // A stack instruction becomes at most three, or twice as many where a loop's condition is repeated.
         constexpr std::size_t kNear = std::numeric_limits<std::int16_t>::max() / 8;
         return target < m_current ? m_current - target <= kNear : target - m_current <= kNear;
     }
 
-    /// The instruction just emitted, when it belongs to the current block and so surely ran last.
+    /// The instruction just emitted, when it belongs to the current block and therefore ran last.
     [[nodiscard]] EngineInstruction* lastInBlock() {
         return m_code->instructions.size() > m_blockStart ? &m_code->instructions.back() : nullptr;
     }

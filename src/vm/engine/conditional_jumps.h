@@ -21,7 +21,7 @@ public:
         [[nodiscard]] bool isOr() const { return (comparison.n & kCombinesByOr) != 0; }
     };
 
-    /// Both must outlive the object.
+    /// Both arguments must outlive the object.
     ConditionalJumps(CodeBuilder& code, SymbolicStack& stack) : m_code(code), m_stack(stack) {}
 
     /// Pops a condition and jumps to the stack instruction `target` when its truth is `whenTrue`.

@@ -78,7 +78,7 @@ enum EngineEffects : std::uint8_t {
     ROW(And, "wdd", kNoEffects)                      /* a = b and c */                                           \
     ROW(Or, "wdd", kNoEffects)                       /* a = b or c */                                            \
     ROW(MakeArray, "ws-", kMayFail)                  /* a = [b, ...], c elements */                              \
-    ROW(ExtendArray, "p--", kMayFail)                /* the array a, b long in the end, takes the next n */      \
+    ROW(ExtendArray, "p--", kMayFail)                /* appends the next n to array a, of final length b */      \
     ROW(Jump, "---", kMayJump | kNeverFallsThrough)  /* by b */                                                  \
     ROW(JumpIfFalse, "d--", kMayJump)                /* by b when a is falsy */                                  \
     ROW(JumpIfTrue, "d--", kMayJump)                 /* by b when a is truthy */                                 \
@@ -89,8 +89,8 @@ enum EngineEffects : std::uint8_t {
     ROW(CallGlobal, "pwr", kMayFail | kMayCall)      /* b = c(...), with n arguments after a */                  \
     ROW(CallRegister, "pw-", kMayFail | kMayCall)    /* b = a(...), with n arguments after a, which dies */      \
     ROW(CallWithArray, "pw-", kMayFail | kMayCall)   /* b = a(...) with the elements of the array after a */     \
-    ROW(Len, "wrr", kMayFail | kMayCall)             /* a = c(b), mostly len; the window is temporary n */       \
-    ROW(ArrayPush, "rrr", kMayFail | kMayCall)       /* c(b, a), mostly array_push; the window is temporary n */ \
+    ROW(Len, "wrr", kMayFail | kMayCall)             /* a = c(b), likely len; the window is temporary n */       \
+    ROW(ArrayPush, "rrr", kMayFail | kMayCall)       /* c(b, a), likely array_push; the window is temporary n */ \
     ROW(DefineFunction, "---", kMayFail)             /* the b-th definition */                                   \
     ROW(ReturnLocal, "m--", kNeverFallsThrough)      /* a */                                                     \
     ROW(ReturnConstant, "-r-", kNeverFallsThrough)   /* b */                                                     \

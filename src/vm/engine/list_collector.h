@@ -14,7 +14,7 @@ namespace morvel::ruby::internal {
 /// far.
 class ListCollector {
 public:
-    /// All must outlive the object.
+    /// All arguments must outlive the object.
     ListCollector(const CompiledFunction& function, const std::vector<LongListStep>& steps, CodeBuilder& code,
                   SymbolicStack& stack)
         : m_function(function), m_steps(steps), m_hasSteps(!steps.empty()), m_code(code), m_stack(stack) {}

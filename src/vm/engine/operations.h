@@ -15,7 +15,7 @@ namespace morvel::ruby::internal {
 /// Each function translates one operation, whose operands are the topmost entries.
 class Operations {
 public:
-    /// All must outlive the object.
+    /// All arguments must outlive the object.
     Operations(const FunctionFacts& facts, CodeBuilder& code, SymbolicStack& stack)
         : m_facts(facts), m_code(code), m_stack(stack) {}
 

@@ -1,5 +1,5 @@
-// Raw access to registers. The loop handles values as tag and payload, so that nothing has to be cleaned up when an
-// exception passes through it.
+// Raw access to registers. The loop handles values as tag and payload, so that an exception passing through it leaves
+// nothing to clean up.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace morvel::ruby::internal {
 
-/// Releases what a register holds, if it is boxed; the register is dead then.
+/// Releases the value of a register if it is boxed; the register is dead afterwards.
 inline void releaseRegister(RubyValue* reg) noexcept {
     if (reg->isBoxed()) {
         Box* box = reg->data.box;

@@ -20,7 +20,7 @@ struct Entry {
     std::uint32_t index;
     /// A local that nothing reads before it is written again or gone.
     bool dies = false;
-    /// A temporary that surely holds a boolean.
+    /// A temporary known to hold a boolean.
     bool isBoolean = false;
 
     bool operator==(const Entry& other) const { return place == other.place && index == other.index; }
@@ -71,7 +71,7 @@ public:
         push(entry);
         return reg(entry.index);
     }
-    /// The same for a value that is surely a boolean.
+    /// The same for a value known to be a boolean.
     std::uint16_t pushBoolean() {
         Entry entry = temporaryAt(size());
         entry.isBoolean = true;

@@ -42,7 +42,7 @@ std::unique_ptr<Code> layOutFrame(const FunctionFacts& facts) {
     return code;
 }
 
-/// Goes through the stack code once and has each instruction translated by the class that knows about its kind.
+/// Walks the stack code once; each instruction is translated by the class responsible for its kind.
 class Translator {
 public:
     Translator(const FunctionFacts& facts, const std::vector<LongListStep>& longLists, GlobalNames& names)
@@ -168,7 +168,7 @@ private:
         m_code.emitJump(EngineOp::Jump, 0, 0, target);
     }
 
-    /// A loop tests its condition once more at its end, which saves the jump back to the test at its start.
+    /// A loop repeats its condition at its end, which saves the jump back to the test at its start.
     void repeatCondition(std::size_t begin, std::size_t end) {
         translateRange(begin, end, true);
         if (!m_code.hasFailed()) {

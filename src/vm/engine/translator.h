@@ -10,8 +10,8 @@
 
 namespace morvel::ruby::internal {
 
-/// The register form of function `functionIndex`; null when the function does not verify or exceeds what register
-/// operands can name, and is left to the baseline interpreter. Names that the function mentions get global slots.
+/// The register form of function `functionIndex`; null when the function does not verify or needs more than register
+/// operands can name: the baseline interpreter runs it. Names that the function mentions get global slots.
 [[nodiscard]] std::unique_ptr<Code> translateFunction(const Program& program, std::int32_t functionIndex,
                                                       GlobalNames& names);
 

@@ -12,10 +12,10 @@
 
 namespace morvel::ruby::internal {
 
-/// Tracks which variables surely have a value, and makes instructions compute directly into variables.
+/// Tracks which variables are known to have a value, and makes instructions compute directly into variables.
 class Variables {
 public:
-    /// All must outlive the object.
+    /// All arguments must outlive the object.
     Variables(const FunctionFacts& facts, GlobalNames& names, CodeBuilder& code, SymbolicStack& stack)
         : m_facts(facts),
           m_names(names),
