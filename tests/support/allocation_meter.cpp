@@ -24,7 +24,7 @@ void* allocate(std::size_t size) noexcept {
 
 }  // namespace
 
-// These replace the general allocator of the whole test program; the other forms of new and delete end here.
+// These replace the general allocator of the whole test program; all other forms of new and delete call them.
 void* operator new(std::size_t size) {
     if (void* block = allocate(size)) {
         return block;

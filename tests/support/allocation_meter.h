@@ -1,4 +1,4 @@
-// Measures what the general allocator is asked for.
+// Measures requests to the general allocator.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// Builds images by hand, including ones that no compiler makes.
+// Builds images by hand, including ones the compiler never produces.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace morvel::ruby::tests {
 /// An instruction with any opcode number.
 [[nodiscard]] internal::Instruction opNumber(std::uint8_t number, std::int32_t a = 0, std::int32_t b = 0);
 
-/// A function whose instructions stand on lines 1, 2, 3, ..., so that an error's line tells which of them failed.
+/// A function whose instructions are on lines 1, 2, 3, ..., so that an error's line number tells which one failed.
 [[nodiscard]] internal::CompiledFunction function(std::string name, std::vector<std::string> params,
                                                   std::vector<internal::Instruction> code);
 

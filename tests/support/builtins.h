@@ -1,4 +1,4 @@
-// The library as a new VM has it.
+// The standard library of a new VM.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 namespace morvel::ruby::tests {
 
-/// The names of the built-ins in the order of their registration.
+/// The names of the built-ins in registration order.
 [[nodiscard]] std::vector<std::string> builtinNames();
 
 }  // namespace morvel::ruby::tests

@@ -38,7 +38,7 @@ std::string code(const std::string& source, std::size_t index) {
         text += text.empty() ? "" : "; ";
         text += info.name;
         text += operandText(program, instruction, info.operand);
-        // Operands without a meaning are 0.
+        // Unused operands are expected to be 0.
         text += info.operand == OperandKind::None && instruction.a != 0 ? " a=" + std::to_string(instruction.a) : "";
         text +=
             instruction.op == OpCode::DefineFunction || instruction.b != 0 ? " " + std::to_string(instruction.b) : "";

@@ -19,7 +19,7 @@ struct Pipe {
     FileDescriptor writeEnd;
 };
 
-// Both ends close on exec, so that the program holds only the copies it was given as its standard streams.
+// Both ends close on exec, so the program holds only the copies it was given as standard streams.
 Pipe makePipe() {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) {
@@ -58,7 +58,7 @@ Conversation::Conversation(const ProcessSetup& setup, const std::string& sharedO
     m_input = std::move(input.writeEnd);
     m_output = std::move(output.readEnd);
     m_error = std::move(error.readEnd);
-    // A program that ends without reading its input must not end the tests.
+    // A program that exits without reading its input must not kill the test process.
     (void)std::signal(SIGPIPE, SIG_IGN);
     fcntl(m_input.number(), F_SETFL, O_NONBLOCK);
     m_process = startProcess(setup, input.readEnd.number(), output.writeEnd.number(), error.writeEnd.number());
@@ -98,7 +98,7 @@ bool Conversation::exchange() {
     if (!m_output.isOpen() && !m_error.isOpen() && !m_input.isOpen()) {
         return false;
     }
-    // poll() passes over negative descriptors. A program that neither reads nor writes ends at its time limit.
+    // poll() ignores negative descriptors. A program that neither reads nor writes is killed at its time limit.
     std::array<pollfd, 3> streams{pollfd{m_pending.empty() ? -1 : m_input.number(), POLLOUT, 0},
                                   pollfd{m_output.number(), POLLIN, 0}, pollfd{m_error.number(), POLLIN, 0}};
     if (poll(streams.data(), streams.size(), -1) < 0 && errno != EINTR) {
@@ -121,7 +121,7 @@ void Conversation::feed() {
     if (count > 0) {
         m_pending.erase(0, static_cast<std::size_t>(count));
     } else if (count < 0 && errno != EAGAIN && errno != EINTR) {
-        // The program does not want its input.
+        // The program has closed its input.
         m_pending.clear();
         m_input.close();
     }

@@ -1,4 +1,4 @@
-// Talks with a program while it runs.
+// Talks to a program while it runs.
 #pragma once
 
 #include <sys/types.h>
@@ -11,12 +11,12 @@
 
 namespace morvel::ruby::tests {
 
-/// One run of a program at the other end of pipes. Input is fed and output collected side by side, so that neither side
-/// can block the other.
+/// One run of a program connected by pipes. Input is sent and output collected concurrently, so neither side can block
+/// the other.
 class Conversation {
 public:
-    /// Starts the program, which is first sent `setup.input`. With a shared output file, standard output and standard
-    /// error both go there, as with "> file 2>&1" in a shell.
+    /// Starts the program and sends it `setup.input` first. With a shared output file, both standard output and
+    /// standard error go there, as with "> file 2>&1" in a shell.
     explicit Conversation(const ProcessSetup& setup, const std::string& sharedOutput = {});
     ~Conversation();
     Conversation(const Conversation&) = delete;
@@ -24,15 +24,15 @@ public:
 
     void send(std::string_view text) { m_pending += text; }
 
-    /// Waits until the program has written the text to standard output after what earlier calls have seen. False when
-    /// it ends without.
+    /// Waits until `text` appears on standard output, after the output that earlier calls matched. False if the program
+    /// ends first.
     [[nodiscard]] bool waitForOutput(std::string_view text);
 
-    /// Sends what is left, ends the input, collects the output and waits for the end.
+    /// Sends the remaining input, closes it, collects the output and waits for the program to end.
     [[nodiscard]] ProcessOutcome finish();
 
 private:
-    /// Moves some bytes in either direction. False when both outputs have ended.
+    /// Transfers some bytes in either direction. False when both outputs have ended.
     bool exchange();
     void feed();
 

@@ -1,4 +1,4 @@
-// Values as text that shows their kinds, for comparisons in tests.
+// Renders values as text that shows their kinds, for comparisons in tests.
 #pragma once
 
 #include <string>

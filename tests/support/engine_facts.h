@@ -1,4 +1,4 @@
-// What the translator knows about a function, for tests of its parts.
+// Exposes what the translator finds out about a function, for tests of its parts.
 #pragma once
 
 #include <memory>
@@ -13,10 +13,10 @@
 
 namespace morvel::ruby::tests {
 
-/// A program with a table of globals of its own, in which nothing is defined.
+/// A program with its own, initially empty, table of globals.
 class TranslatedProgram {
 public:
-    /// The derived tables of the program are filled here.
+    /// Fills in the program's derived tables.
     explicit TranslatedProgram(internal::Program program);
     /// Compiles a script.
     explicit TranslatedProgram(const std::string& source);
@@ -28,11 +28,11 @@ public:
     [[nodiscard]] const internal::GlobalTable& globals() const { return m_globals; }
     [[nodiscard]] std::size_t slotOf(const std::string& global) { return m_globals.ensureSlot(global); }
 
-    /// What is found out about function `index`, which must be sound.
+    /// The facts about function `index`, which must be valid code.
     [[nodiscard]] internal::FunctionFacts facts(std::size_t index);
-    /// The register code of function `index`; null when there is none.
+    /// The register code of function `index`; null if it cannot be translated.
     [[nodiscard]] std::unique_ptr<internal::Code> code(std::size_t index);
-    /// The names of the instructions of that code, such as "AddRR ReturnLocal ReturnNil".
+    /// The instruction names of that code, such as "AddRR ReturnLocal ReturnNil".
     [[nodiscard]] std::string names(std::size_t index);
 
 private:
@@ -41,7 +41,7 @@ private:
     internal::GlobalNames m_names;
 };
 
-/// `text` `count` times.
+/// `text` repeated `count` times.
 [[nodiscard]] std::string repeated(const std::string& text, int count);
 
 }  // namespace morvel::ruby::tests

@@ -1,4 +1,4 @@
-// Open files by their number.
+// Owned file descriptors.
 #pragma once
 
 #include <unistd.h>
@@ -7,7 +7,7 @@
 
 namespace morvel::ruby::tests {
 
-/// An open file, or an end of a pipe, that is closed with this object.
+/// Owns the descriptor of an open file or pipe end and closes it on destruction.
 class FileDescriptor {
 public:
     FileDescriptor() = default;

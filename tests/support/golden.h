@@ -1,4 +1,4 @@
-// Scripts with their listings beside them.
+// Finds scripts and the listings stored beside them.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Rings are never freed: tests that make some say that they know.
+// Reference cycles are never freed: tests that create some say so with this class.
 #pragma once
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -15,7 +15,7 @@
 
 namespace morvel::ruby::tests {
 
-/// While it lives, what is allocated may stay for ever.
+/// During its lifetime, allocations are not reported as leaks.
 #if defined(MORVEL_LOOKS_FOR_LEAKS)
 using LeaksAllowed = __lsan::ScopedDisabler;
 #else

@@ -1,4 +1,4 @@
-// What the test program itself prints.
+// Captures or drops what the test program itself prints.
 #pragma once
 
 #include <sstream>
@@ -7,7 +7,7 @@
 
 namespace morvel::ruby::tests {
 
-/// While it lives, what goes through std::cout is kept instead of printed.
+/// During its lifetime, keeps what is written to std::cout instead of printing it.
 class CapturedOutput {
 public:
     CapturedOutput();
@@ -22,7 +22,8 @@ private:
     std::streambuf* m_earlier;
 };
 
-/// While it lives, what the process writes to standard output is dropped. Needs memory only when it begins and ends.
+/// During its lifetime, drops what the process writes to standard output. Allocates only on construction and
+/// destruction.
 class SilencedOutput {
 public:
     SilencedOutput();

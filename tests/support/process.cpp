@@ -31,7 +31,7 @@ std::chrono::milliseconds milliseconds(const timeval& time) {
     return std::chrono::milliseconds(time.tv_sec * 1000 + time.tv_usec / 1000);
 }
 
-// A program inherits it only as one of its standard streams.
+// Closes on exec: a program inherits it only as one of its standard streams.
 FileDescriptor openFile(const std::string& path, int flags) {
     constexpr mode_t kMode = 0600;
     FileDescriptor file(open(path.c_str(), flags | O_CLOEXEC, kMode));
@@ -41,7 +41,7 @@ FileDescriptor openFile(const std::string& path, int flags) {
     return file;
 }
 
-/// The files that stand for the standard streams of a process.
+/// The files used as the standard streams of a process.
 class StreamFiles {
 public:
     explicit StreamFiles(const std::string& input) { writeFile(m_directory.file("input"), input); }
@@ -50,7 +50,7 @@ public:
     [[nodiscard]] FileDescriptor output() const { return openFile(m_directory.file("output"), O_WRONLY | O_CREAT); }
     [[nodiscard]] FileDescriptor error() const { return openFile(m_directory.file("error"), O_WRONLY | O_CREAT); }
 
-    /// Waits for a process and collects what it wrote.
+    /// Waits for a process and collects its output.
     [[nodiscard]] ProcessOutcome await(pid_t process) const {
         ProcessOutcome outcome;
         awaitProcess(process, outcome);
@@ -85,11 +85,11 @@ pid_t startProcess(const ProcessSetup& setup, int input, int output, int error) 
     if (process != 0) {
         return process;
     }
-    // Tests may ignore it, programs are to start as usual.
+    // A test may ignore SIGPIPE; the program must start with the default.
     (void)std::signal(SIGPIPE, SIG_DFL);
     if (dup2(input, STDIN_FILENO) >= 0 && dup2(output, STDOUT_FILENO) >= 0 && dup2(error, STDERR_FILENO) >= 0 &&
         (setup.directory.empty() || chdir(setup.directory.c_str()) == 0)) {
-        // The alarm outlives the change of program.
+        // The alarm survives exec.
         alarm(static_cast<unsigned>(setup.timeLimit.count()));
         if (setup.prepare) {
             setup.prepare();
@@ -129,7 +129,7 @@ ProcessOutcome runInChild(const std::function<int()>& body, unsigned cpuSeconds)
     const StreamFiles files({});
     const pid_t process = forkProcess();
     if (process == 0) {
-        // The signal comes at the soft limit, death at the hard one.
+        // The soft limit sends SIGXCPU, the hard one SIGKILL.
         const rlimit limit{cpuSeconds, cpuSeconds + 1};
         setrlimit(RLIMIT_CPU, &limit);
         dup2(files.output().number(), STDOUT_FILENO);

@@ -1,4 +1,4 @@
-// Runs programs, and parts of the test program, in processes of their own.
+// Runs programs, and parts of the test program, in separate processes.
 #pragma once
 
 #include <sys/resource.h>
@@ -12,16 +12,16 @@
 
 namespace morvel::ruby::tests {
 
-/// What a process is started with.
+/// How a process is started.
 struct ProcessSetup {
-    /// The command line program when empty.
+    /// Empty for the command line program.
     std::string program;
     std::vector<std::string> arguments;
-    /// What it finds in its standard input.
+    /// The content of its standard input.
     std::string input;
-    /// Where it runs; where the test does when empty.
+    /// Working directory; that of the test if empty.
     std::string directory;
-    /// A signal (SIGALRM) ends it after that time, unless that is 0.
+    /// SIGALRM ends it after this time; 0 means no limit.
     std::chrono::seconds timeLimit{0};
     /// Runs in the process before the program; may change limits and descriptors.
     std::function<void()> prepare;
@@ -29,7 +29,7 @@ struct ProcessSetup {
 
 /// How a process ended.
 struct ProcessOutcome {
-    /// Exit status, or -1 when a signal ended it.
+    /// Exit status, or -1 if a signal ended it.
     int status = -1;
     /// The signal that ended it, or 0.
     int signal = 0;
@@ -46,15 +46,15 @@ struct ProcessOutcome {
 /// The command line program.
 [[nodiscard]] std::string programPath();
 
-/// Runs a program and waits for its end. Its standard streams are files: nothing blocks, whatever it writes or leaves
-/// unread.
+/// Runs a program and waits for it to end. Its standard streams are files, so nothing blocks, whatever it writes or
+/// leaves unread.
 [[nodiscard]] ProcessOutcome runProcess(const ProcessSetup& setup);
 [[nodiscard]] ProcessOutcome runProcess(const std::string& program, const std::vector<std::string>& arguments);
 
-/// Runs `body` in a process whose exit status is its result. SIGXCPU ends it after `cpuSeconds` of processor time.
+/// Runs `body` in a child process, whose exit status is the result. SIGXCPU ends it after `cpuSeconds` of CPU time.
 [[nodiscard]] ProcessOutcome runInChild(const std::function<int()>& body, unsigned cpuSeconds);
 
-/// Starts a program with these descriptors as its standard streams; `setup.input` is for the caller to deliver.
+/// Starts a program with these descriptors as its standard streams; the caller has to send `setup.input`.
 [[nodiscard]] pid_t startProcess(const ProcessSetup& setup, int input, int output, int error);
 
 /// Waits for a process and fills in how it ended.

@@ -1,4 +1,4 @@
-// Runs programs on every way of executing them and checks that all end the same.
+// Runs programs on both executors and checks that the outcomes agree.
 #pragma once
 
 #include <functional>
@@ -8,23 +8,23 @@
 
 namespace morvel::ruby::tests {
 
-/// Prepares the VM of a run: binds functions, sets globals.
+/// Prepares the VM for a run: binds functions, sets globals.
 using Preparation = std::function<void(RubyVM&)>;
 
-/// Makes the VM run all script code instruction by instruction, without translating it first.
+/// Makes the VM run all script code on the baseline interpreter, without translating it.
 void useBaselineInterpreter(RubyVM& vm);
 
-/// Checks that running the image gives a value with this description, in a new VM and in one with the baseline
+/// Checks that running the image yields a value with this description, in a new VM and in one limited to the baseline
 /// interpreter.
 void expectValue(const std::string& description, const RubyBytecode& image, const Preparation& prepare = {});
 /// Checks that it fails with this message.
 void expectError(const std::string& message, const RubyBytecode& image, const Preparation& prepare = {});
 
-/// The same for source text, compiled under the chunk name "t".
+/// The same for source code, compiled under the chunk name "t".
 void expectScriptValue(const std::string& description, const std::string& source, const Preparation& prepare = {});
 void expectScriptError(const std::string& message, const std::string& source, const Preparation& prepare = {});
 
-/// The message of the RubyError that `action` throws; "no error" when it throws none.
+/// The message of the RubyError that `action` throws, or "no error".
 [[nodiscard]] std::string errorOf(const std::function<void()>& action);
 
 }  // namespace morvel::ruby::tests

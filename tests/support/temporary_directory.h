@@ -1,4 +1,4 @@
-// A directory of a test's own.
+// A temporary directory for one test.
 #pragma once
 
 #include <filesystem>
@@ -6,7 +6,7 @@
 
 namespace morvel::ruby::tests {
 
-/// Exists, with all it holds, as long as this object.
+/// A directory that is deleted, with its contents, along with this object.
 class TemporaryDirectory {
 public:
     TemporaryDirectory();
@@ -15,7 +15,7 @@ public:
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
     [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
-    /// The path of a file with this name in the directory.
+    /// The path of a file of this name in the directory.
     [[nodiscard]] std::string file(const std::string& name) const { return (m_path / name).string(); }
 
 private:

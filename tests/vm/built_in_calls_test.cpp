@@ -1,5 +1,5 @@
-// Calls of built-ins from scripts give what the bound functions give when the host calls them: however the call is
-// carried out, whatever the arguments, and whatever the name has become.
+// A script that calls a built-in gets the same result as a host that calls the bound function: however the call is
+// executed, whatever the arguments, and even after the name has been rebound.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -16,7 +16,7 @@
 namespace morvel::ruby::tests {
 namespace {
 
-/// The names of the built-ins whose results depend on nothing but their arguments.
+/// The built-ins whose results depend only on their arguments.
 const std::vector<std::string> kNames{
     "len",
     "to_s",
@@ -87,7 +87,7 @@ const std::vector<std::string> kNames{
     "collect_garbage",
 };
 
-/// Fresh arguments of every kind: built-ins may change them.
+/// Fresh arguments of every kind, since built-ins may change them.
 std::vector<RubyValue> makeArguments() {
     RubyMap entries;
     entries["k"] = 1;
@@ -109,7 +109,7 @@ std::string outcomeOf(const std::function<RubyValue()>& call, const RubyArray& a
     return text + ", arguments afterwards " + describe(RubyValue(arguments));
 }
 
-/// How often each container among the arguments is held.
+/// The reference count of each container among the arguments.
 std::string holders(const RubyArray& arguments) {
     std::string text;
     for (const RubyValue& argument : arguments) {
@@ -130,7 +130,7 @@ protected:
         const auto choose = [&choice] {
             RubyArray chosen;
             for (const std::size_t index : choice) {
-                // Each from a list of its own: an array put into itself has no description.
+                // Each comes from a separate list: an array that contains itself cannot be described.
                 chosen.push_back(makeArguments().at(index));
             }
             return chosen;
@@ -208,7 +208,7 @@ INSTANTIATE_TEST_SUITE_P(Names, BuiltInCalls, testing::ValuesIn(kNames),
                              return name;
                          });
 
-/// Scripts in which the name of a built-in means something else, from the start or from some moment on.
+/// Scripts in which the name of a built-in means something else, from the start or from some point on.
 TEST(ReboundBuiltIns, ByTheHost) {
     const Preparation prepare = [](RubyVM& vm) {
         for (const char* name : {"len", "array_push", "math_floor"}) {
@@ -260,7 +260,7 @@ TEST(ReboundBuiltIns, UnderOtherNames) {
     expectScriptValue("[[1, 2], 2]",
                       "push = array_push len = puts def f(a) push(a, 2) return a end\n"
                       "count = [1] return [f(count), 2]");
-    // A local of the name hides the global.
+    // A local with the same name hides the global.
     expectScriptValue("\"local\"", "def say(x) y = 'local' return y end def f(len) return len([1]) end return f(say)");
 }
 

@@ -1,4 +1,4 @@
-// Calls of every kind of function, and the three host functions that the interpreter carries out itself.
+// Calls of every kind of function, and the three host functions that the interpreter implements itself.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -136,7 +136,7 @@ TEST(Calls, OtherExceptionsAreNotCaught) {
         vm.bindFunction("throw_number", [](RubyVM&, RubyArguments) -> RubyValue { throw 42; });
         EXPECT_THROW((void)vm.runScriptString("throw_number()", "t"), int);
         EXPECT_THROW((void)vm.runScriptString("def f(a) x = [a] pcall(throw_number) end f([1])", "t"), int);
-        // The VM is as good as before.
+        // The VM remains usable.
         EXPECT_EQ("3", describe(vm.runScriptString("def g(x) y = x + 1 return y end return g(2)", "t").value));
     }
 }
@@ -156,7 +156,7 @@ TEST(Calls, HostFunctionsMayRunScripts) {
                       prepare);
 }
 
-// The view of the arguments stays good while the function runs scripts that need much more stack.
+// The view of the arguments stays valid while the function runs scripts that need much more stack.
 TEST(Calls, ArgumentsStayValidDuringReentry) {
     const Preparation prepare = [](RubyVM& vm) {
         vm.bindFunction("keep", [](RubyVM& caller, RubyArguments arguments) {
@@ -218,7 +218,7 @@ TEST(Calls, FunctionsOutliveTheirRunAndTheirVm) {
               other.runScriptString("h(nil)", "third").error);
 }
 
-// A function of one VM called in another sees the other's globals.
+// A function of one VM that is called in another sees the other's globals.
 TEST(Calls, FunctionsTakeTheGlobalsOfTheVmThatCalls) {
     RubyVM first;
     RubyVM second;
@@ -328,7 +328,7 @@ TEST(Pcall, OfGuardedFunctions) {
     expectScriptValue("[false, \"function 'half' expected 1 arguments but received 0\"]", half + "return pcall(half)");
     expectScriptValue("[false, \"function 'half' expected 1 arguments but received 2\"]",
                       half + "return pcall(half, 1, 2)");
-    // What fails in the guard or in the body is not caught.
+    // Errors in the guard or in the body are not caught.
     expectScriptError("t:2: ordered comparisons require matching numeric or string values",
                       half + "return pcall(half, 'x')");
     expectScriptError("t:3: operator '/' expects numeric values",

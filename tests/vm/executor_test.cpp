@@ -1,5 +1,5 @@
-// What every instruction does, by hand-made images, also ones that no compiler makes. All of it holds however the
-// code is run.
+// The effect of every instruction, tested with hand-made images, some of which the compiler never produces. Both
+// executors must agree.
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -28,7 +28,7 @@ Code operator+(Code left, const Code& right) {
     return left;
 }
 
-/// Code that pushes constants 0, 1, ... `count` - 1.
+/// Code that pushes the constants 0, 1, ... `count` - 1.
 Code pushes(std::int32_t count) {
     Code code;
     for (std::int32_t i = 0; i < count; ++i) {
@@ -88,7 +88,7 @@ TEST(Executor, TheContainerStoredByAnIndexedAssignmentMayBeTested) {
     expectValue("[2]", image);
 }
 
-// Only the assignment after it changes the variable: the string that SetIndex makes is a new one.
+// SetIndex makes a new string; only the assignment that follows changes the variable.
 TEST(Executor, AStringThatIsNotStoredBackLeavesTheVariableAlone) {
     const Code work{op(OpCode::PushConst, 2), op(OpCode::StoreName, 1),
                     op(OpCode::Pop),          op(OpCode::LoadName, 1),
@@ -140,7 +140,7 @@ TEST(Executor, UnknownOpcodes) {
         expectError("hand:2: unknown opcode",
                     assemble({1}, pushes(1) + Code{opNumber(static_cast<std::uint8_t>(number), 3, -4)}));
     }
-    // What came before has happened.
+    // The instructions before the error took effect.
     RubyVM vm;
     EXPECT_EQ(
         "hand:3: unknown opcode",
@@ -278,13 +278,13 @@ TEST(Executor, ManyParameters) {
 }
 
 TEST(Executor, SurplusArgumentsOfDuplicateParameters) {
-    // Argument i goes to local i while there is one.
+    // Argument i goes to local i if that exists.
     expectScriptValue("2", "def f(a, a, c) return c end return f(1, 2, 3)");
     expectScriptValue("1", "def f(a, a, c) return a end return f(1, 2, 3)");
     expectScriptValue("[1, 2]", "def f(a, a, c) b = 0 return [a, c] end return f(1, 2, 3)");
     expectScriptValue("1", "def f(a, a) if true then end return a end return f(1, 2)");
     expectScriptValue("1", "def f(a, a) return a end return f(1, 2)");
-    // The third argument is what the third local starts with, though that is no parameter.
+    // The third local starts with the third argument, though it is not a parameter.
     expectScriptValue("3", "def f(a, a, c) if false then x = 9 end return x end return f(1, 2, 3)");
     expectScriptError("t:0: function 'f' expected 3 arguments but received 2",
                       "def f(a, a, c) b = 0 return c end return f(1, 2)");
@@ -402,7 +402,7 @@ TEST(Executor, LinesAreUnsigned) {
     expectError("hand:4294967295: stack underflow", internal::serializeProgram(program));
 }
 
-// A value that was read from a variable before is still there when the variable is used up and written again.
+// A value that was read from a variable survives when the variable is then consumed and written again.
 TEST(Executor, ReadsTakeTheValueOfTheirTime) {
     const Code before{op(OpCode::LoadName, 0), op(OpCode::LoadName, 0)};
     const Code after{op(OpCode::StoreName, 0), op(OpCode::MakeArray, 2), op(OpCode::Return)};
@@ -420,7 +420,7 @@ TEST(Executor, ReadsTakeTheValueOfTheirTime) {
     }
 }
 
-// More branches and variables than are worth finding out which of them are surely assigned where.
+// Too many branches and variables for the definite-assignment analysis to be worth its cost.
 TEST(Executor, ABranchAmongThousandsDefinesNothingForTheOthers) {
     constexpr int kBranches = 8'000;
     std::string branches;
@@ -441,7 +441,7 @@ TEST(Executor, ABranchAmongThousandsDefinesNothingForTheOthers) {
 TEST(Executor, Jumps) {
     expectValue("2", assemble({1, 2}, {op(OpCode::Jump, 3), op(OpCode::PushConst, 0), op(OpCode::Return),
                                        op(OpCode::PushConst, 1), op(OpCode::Return)}));
-    // Exactly to the end.
+    // Jumps exactly to the end.
     expectValue("1", assemble({1, 2}, {op(OpCode::PushConst, 0), op(OpCode::Pop), op(OpCode::Jump, 5),
                                        op(OpCode::PushConst, 1), op(OpCode::Pop)}));
     for (const std::int32_t target : {-1, 3, kLowest, kHighest}) {
@@ -456,7 +456,7 @@ TEST(Executor, ConditionalJumps) {
             jumps ? "2" : "1",
             assemble({condition, 1, 2}, {op(OpCode::PushConst, 0), op(OpCode::JumpIfFalse, 4), op(OpCode::PushConst, 1),
                                          op(OpCode::Return), op(OpCode::PushConst, 2), op(OpCode::Return)}));
-        // To the end: the condition was popped, but not as the last value.
+        // Jumps to the end: the condition was popped, but not as the last value.
         expectValue("nil", assemble({condition}, {op(OpCode::PushConst, 0), op(OpCode::JumpIfFalse, 2)}));
     }
     for (const std::int32_t target : {-1, 4, kLowest, kHighest}) {
@@ -466,7 +466,7 @@ TEST(Executor, ConditionalJumps) {
         };
         expectError("hand:2: conditional jump target is out of range", image(nullptr));
         expectError("hand:2: conditional jump target is out of range", image(false));
-        // A target that is not taken is not checked.
+        // The target of a jump that is not taken is not checked.
         expectValue("nil", image(true));
     }
 }
@@ -500,7 +500,7 @@ TEST(Executor, TheStackMayGrowInALoop) {
 }
 
 TEST(Executor, PathsMayMeetWithDifferentStacks) {
-    // With x true the stack holds 1 and 2 at the meeting point, else 1 only.
+    // If x is true, the stack holds 1 and 2 where the branches meet, otherwise only 1.
     const Code code{op(OpCode::PushConst, 1), op(OpCode::LoadName, 0), op(OpCode::JumpIfFalse, 4),
                     op(OpCode::PushConst, 2), op(OpCode::Add),         op(OpCode::Return)};
     for (const bool taken : {true, false}) {

@@ -1,4 +1,4 @@
-// What it costs a pcall when what it protects fails: an error of the language's own needs no C++ exception.
+// The cost of a failure inside pcall: the language's own errors need no C++ exception.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 namespace morvel::ruby::tests {
 namespace {
 
-/// Processor time of a run that protects `body` again and again, the smallest of some.
+/// The smallest CPU time of several runs that protect `body` again and again.
 double costOf(const std::string& body) {
     const std::string source = "m = map_new() def two(a, b) c = a return c end\n def f(x) y = x " + body +
                                " return y end\n i = 0 while i < 2000 do r = pcall(f, 1) i = i + 1 end return r[1]";

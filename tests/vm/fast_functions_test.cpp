@@ -1,4 +1,4 @@
-// Functions with a fast form: what can be told of them from outside, and the evaluator itself.
+// Functions with a fast form: their observable behaviour, and the evaluator itself.
 #include <gtest/gtest.h>
 
 #include "compiler/metadata.h"
@@ -64,7 +64,7 @@ TEST(FastFunctions, OperandsAreEvaluatedFromLeftToRight) {
     expectScriptError("t:1: undefined variable or function 'left'", "def f() return left + right end f()");
     expectScriptError("t:1: undefined variable or function 'right'", "def f() return (1 + 2) * right end f()");
     expectScriptError("t:1: division by zero", "def f() return 1 / 0 + right end f()");
-    // Both operands come before the operator.
+    // Both operands are evaluated before the operator is applied.
     expectScriptError("t:1: undefined variable or function 'right'", "def f() return nil + right end f()");
     expectScriptError("t:1: undefined variable or function 'second'", "def f() return [1, second, third] end f()");
 }
@@ -111,7 +111,8 @@ TEST(GuardedFunctions, CallWhateverErrorIsAtThatMoment) {
                       kHalf + "def f() x = half(-1) end return pcall(f)", [](RubyVM& vm) { vm.setGlobal("error", 5); });
 }
 
-// A host function bound as "error" is carried out by the interpreter; under another name it is an ordinary one.
+// The interpreter itself implements a host function that was bound as "error"; one bound under another name is called
+// like any other.
 TEST(GuardedFunctions, WithAHostFunctionAsError) {
     expectScriptError("negative", kHalf + "half(-1)", [](RubyVM& vm) {
         vm.bindFunction("error", [](RubyVM&, RubyArguments) { return RubyValue("never called"); });
@@ -124,7 +125,7 @@ TEST(GuardedFunctions, WithAHostFunctionAsError) {
     });
 }
 
-// The names in the guard's branch are not looked at again: a parameter named error is not what is called.
+// The names in the guard's branch are not looked up again: a parameter named error is not called.
 TEST(GuardedFunctions, AParameterNamedError) {
     expectScriptError("m", "def f(error) if error then error('m') end return error end f(5)");
     expectScriptValue("false", "def f(error) if error then error('m') end return error end return f(false)");
@@ -147,7 +148,7 @@ TEST(FastFunctions, LeavesThatMeanNothing) {
     for (const std::int32_t index : {-1, 11, -2147483647}) {
         expectError("hand:1: constant index is out of range",
                     callImage({}, {op(OpCode::PushConst, index), op(OpCode::Return)}));
-        // Where the instruction loop would say that the constant index is out of range.
+        // The instruction loop would report that the constant index is out of range.
         expectError("hand:1: global name constant is invalid",
                     callImage({}, {op(OpCode::LoadName, index), op(OpCode::Return)}));
     }
@@ -159,7 +160,8 @@ TEST(FastFunctions, LeavesThatMeanNothing) {
     expectError("hand:1: constant index is out of range", callImage({}, {op(OpCode::LoadName, -1), op(OpCode::Pop)}));
 }
 
-// No source text spreads an expression over lines, but an image may; here every instruction has a line of its own.
+// Source code cannot spread an expression over several lines, but an image can; here every instruction has its own
+// line.
 TEST(FastFunctions, ErrorsNameTheLineOfTheirOwnOperator) {
     const auto fails = [](const std::string& message, std::int32_t left, OpCode opcode, std::int32_t right) {
         expectError(message, callImage({}, {op(OpCode::PushConst, left), op(OpCode::PushConst, right), op(opcode),
@@ -205,7 +207,7 @@ TEST(FastFunctions, DeepTreesAreAnErrorNotACrash) {
             useBaselineInterpreter(vm);
         }
         const RubyResult result = vm.runBytecode(image);
-        // However it is run, it gives the value or the error.
+        // Either executor gives the value or the error.
         EXPECT_TRUE(result.ok ? describe(result.value) == "1"
                               : result.error.find("stack overflow") != std::string::npos)
             << result.error;
@@ -288,7 +290,7 @@ TEST_F(FastEvaluator, ParameterLeavesOutOfRangeAreNil) {
 TEST_F(FastEvaluator, LooksNothingUpThatItDoesNotNeed) {
     load("def f(a) return [] end");
     EXPECT_EQ("[]", call({1}));
-    // A name that is only read gets no slot.
+    // A global that is only read gets no slot.
     load("def f() return never_assigned end");
     EXPECT_EQ("t:1: undefined variable or function 'never_assigned'", call({}));
     EXPECT_EQ(internal::GlobalTable::kNoSlot, RubyVM::Impl::of(m_vm).globals.findSlot("never_assigned"));

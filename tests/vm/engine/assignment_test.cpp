@@ -1,4 +1,4 @@
-// Which locals surely have a value, and which globals are surely defined, at the start of each block.
+// Which locals are definitely assigned, and which globals definitely defined, at the start of each block.
 #include "vm/engine/assignment.h"
 
 #include <gtest/gtest.h>
@@ -35,7 +35,7 @@ private:
 };
 
 TEST(DefiniteAssignment, HoldsWhereAllPathsAssign) {
-    // Blocks: the test, the two branches, what follows. Locals: a, both, one.
+    // Blocks: the test, the two branches, the code after them. Locals: a, both, one.
     AssignmentIn function("def f(a) if a then both = 1 one = 1 else both = 2 end return both end", 1);
     ASSERT_EQ(4U, function.blocks());
     for (std::size_t block = 0; block < 4; ++block) {
@@ -75,12 +75,12 @@ TEST(DefiniteAssignment, AReadDefinesAGlobal) {
     EXPECT_FALSE(main.at(2).isGlobalDefined(y));
     EXPECT_FALSE(main.at(2).isGlobalDefined(z));
     main.at(2).noteGlobal(y);
-    // Entering the block again forgets it.
+    // Entering the block again discards the note.
     EXPECT_FALSE(main.at(2).isGlobalDefined(y));
 }
 
 TEST(DefiniteAssignment, OfALargeFunctionIsWhatHoldsOnEntry) {
-    // So many locals and blocks that finding out more is not worth it.
+    // Too many locals and blocks for the analysis to be worth its cost.
     std::string body = "first = 1 ";
     for (int i = 0; i < 6000; ++i) {
         const std::string name = "v" + std::to_string(i);
@@ -112,7 +112,7 @@ TEST(DefiniteAssignment, OfAMiddlingFunctionIsSolved) {
 }
 
 TEST(DefiniteAssignment, ArgumentsAreInTheFirstLocals) {
-    // Two of the three parameters share a local, so that the third argument is in that of c.
+    // Two of the three parameters share a local, so the third argument is in that of c.
     AssignmentIn function("def f(a, a, b) c = 1 d = 2 return d end", 1);
     for (const std::int32_t local : {0, 1, 2}) {
         EXPECT_TRUE(function.at(0).isLocalAssigned(local)) << local;

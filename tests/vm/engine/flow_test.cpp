@@ -1,4 +1,4 @@
-// What the verifier of stack code accepts, the blocks that it finds, and where the last value matters.
+// Which stack code the verifier accepts, the blocks that it finds, and where the last value matters.
 #include "vm/engine/flow.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ using internal::OpCode;
 
 using Code = std::vector<Instruction>;
 
-/// The flow of top-level code with the constants "x" and 1.
+/// The control flow of top-level code with the constants "x" and 1.
 std::optional<Flow> flowOf(const Code& code) {
     const internal::Program program = makeProgram({"x", 1}, code);
     return analyzeFlow(program, program.functions[0]);
@@ -57,7 +57,7 @@ TEST(Flow, WantsTheStackToHoldWhatIsTaken) {
     EXPECT_FALSE(flowOf({op(OpCode::PushConst, 1), op(OpCode::MakeArray, 2), op(OpCode::Pop)}));
     EXPECT_FALSE(flowOf({op(OpCode::PushConst, 1), op(OpCode::Call, 1), op(OpCode::Pop)}));
     EXPECT_TRUE(flowOf({op(OpCode::PushConst, 1), op(OpCode::Call, 0), op(OpCode::Pop)}));
-    // Even where what is missing by one makes up for it later.
+    // Even if a later push makes up for the missing value.
     EXPECT_FALSE(flowOf({op(OpCode::Pop), op(OpCode::PushConst, 1)}));
     EXPECT_FALSE(flowOf({op(OpCode::PushConst, 1), op(OpCode::Add)}));
     EXPECT_FALSE(flowOf({op(OpCode::PushConst, 1), op(OpCode::MakeArray, 2)}));
@@ -118,13 +118,13 @@ TEST(LastValue, IsThatOfTheLastPopOnEachPath) {
                      op(OpCode::LoadName, 0), op(OpCode::StoreName, 0), op(OpCode::JumpIfFalse, 7)});
     EXPECT_TRUE(straight.isKept);
     EXPECT_EQ((std::vector<bool>{false, false, false, true, false, false, false}), straight.livePops);
-    // From the live Pop on, its value can be returned.
+    // After the live Pop, its value can be returned.
     EXPECT_EQ(std::vector<std::size_t>{4}, straight.deadUntil);
 
     const internal::LastValue loop = lastValueOf(kLoop);
     EXPECT_TRUE(loop.isKept);
     EXPECT_TRUE(loop.livePops[3]);
-    // It can be returned from the test of the loop.
+    // The loop's test can leave the loop and return it.
     EXPECT_EQ((std::vector<std::size_t>{0, 4}), loop.deadUntil);
 }
 

@@ -1,4 +1,4 @@
-// The steps in which long lists are collected.
+// The steps in which long lists are built.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -13,7 +13,7 @@ namespace {
 using internal::LongListStep;
 using internal::OpCode;
 
-/// Each step as instruction, kind and number of values moved, for lists of more than `part` values at the top level.
+/// Each step as instruction, kind and number of values moved, for top-level lists of more than `part` values.
 std::string stepsOf(TranslatedProgram program, std::uint32_t part) {
     const internal::FunctionFacts facts = program.facts(0);
     std::string text;
@@ -78,7 +78,7 @@ TEST(ListCollector, TakesTheRegistersOfOnePart) {
         TranslatedProgram program("[" + repeated("1, ", length - 1) + "1]");
         const auto code = program.code(0);
         ASSERT_NE(nullptr, code);
-        // The array, a part, and one to spare.
+        // The array, one part, and a spare register.
         EXPECT_EQ(code->firstTemporary + 1 + internal::kLongestPart + 1, code->registerCount) << length;
     }
 }

@@ -1,4 +1,4 @@
-// The symbolic stack: what its entries stand for, and when they are put into their temporaries.
+// The symbolic stack: what its entries stand for, and when they are materialized in their temporaries.
 #include "vm/engine/symbolic_stack.h"
 
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ protected:
         }
     }
 
-    /// What was emitted: names with the depths of the temporaries that they write.
+    /// The emitted instructions: their names and the depths of the temporaries that they write.
     [[nodiscard]] std::string emitted() {
         std::string text;
         for (const internal::EngineInstruction& instruction : builder.code().instructions) {
@@ -50,7 +50,7 @@ protected:
     }
 
     CodeBuilder builder{makeCode(), 1};
-    // Of one instruction: 256 looks.
+    // Code of one instruction, which allows 256 looks.
     internal::SymbolicStack stack{builder, 1};
 };
 
@@ -146,7 +146,7 @@ TEST_F(SymbolicStack, GivesUpWhenItLooksTooFarTooOften) {
     }
     EXPECT_TRUE(stack.holds(kLocal));
     EXPECT_FALSE(builder.hasFailed());
-    // All looks are used up, but looking for what is not there takes none.
+    // All looks are used up, but looking for an entry that is not there takes none.
     EXPECT_FALSE(stack.holds(kGlobal));
     EXPECT_FALSE(builder.hasFailed());
     EXPECT_TRUE(stack.holds(kConstant));

@@ -1,4 +1,4 @@
-// Where texts are built: chains of additions, and reads that may use up a local.
+// Where strings are built: chains of additions, and reads that may consume a local.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -23,7 +23,7 @@ std::string chainsOf(TranslatedProgram program, std::size_t index) {
     return text;
 }
 
-/// The chains in a statement at the top level, of a function with the parameters s, t and l.
+/// The chains in a statement of a function with the parameters s, t and l.
 std::string chainsIn(const std::string& statement) {
     return chainsOf(TranslatedProgram("def f(s, t, l) " + statement + " end"), 1);
 }
@@ -54,7 +54,7 @@ TEST(AppendChains, MayBeginWithAnElementThatIsStored) {
 }
 
 TEST(AppendChains, OfHandMadeCodeDoNotOverlap) {
-    // s = s + 1 + (s = s + 1 + 1), which no compiler gives: the outer chain counts.
+    // s = s + 1 + (s = s + 1 + 1), which the compiler never produces: the outer chain counts.
     const auto load = op(OpCode::LoadName, 0);
     const auto one = op(OpCode::PushConst, 1);
     const auto add = op(OpCode::Add);
@@ -64,7 +64,7 @@ TEST(AppendChains, OfHandMadeCodeDoNotOverlap) {
                               0));
 }
 
-/// The reads of locals that may use them up, by instruction.
+/// The instructions that read a local and may consume it.
 std::string lastReadsIn(const std::string& body) {
     TranslatedProgram program("def f(s, t) " + body + " end");
     const FunctionFacts facts = program.facts(1);
@@ -81,10 +81,10 @@ TEST(LastReads, AreThoseOfWhatTheStatementOverwrites) {
     EXPECT_EQ("0", lastReadsIn("s = s + t"));
     EXPECT_EQ("1", lastReadsIn("s = t(s)"));
     EXPECT_EQ("", lastReadsIn("t = s + 1"));
-    // It is read once more before it is overwritten.
+    // It is read again before it is overwritten.
     EXPECT_EQ("", lastReadsIn("s = s + s"));
     EXPECT_EQ("2", lastReadsIn("s = t(s, s)"));
-    // Below the value that is stored there is another.
+    // The read value is not the left operand.
     EXPECT_EQ("", lastReadsIn("s = t - s"));
     EXPECT_EQ("0", lastReadsIn("s = s - t"));
 }
@@ -92,12 +92,12 @@ TEST(LastReads, AreThoseOfWhatTheStatementOverwrites) {
 TEST(LastReads, AreThoseBeforeAReturn) {
     EXPECT_EQ("1 2", lastReadsIn("return puts(s, t)"));
     EXPECT_EQ("0", lastReadsIn("return s + t"));
-    // Not the first of two.
+    // Only the second read is the last.
     EXPECT_EQ("2", lastReadsIn("return puts(s, s)"));
-    // Nothing takes over what is read there.
+    // Subtraction and array literals do not take over their operands.
     EXPECT_EQ("", lastReadsIn("return s - t"));
     EXPECT_EQ("", lastReadsIn("return [s, t]"));
-    // The function goes on.
+    // The function continues after the call.
     EXPECT_EQ("", lastReadsIn("puts(s, t)"));
 }
 

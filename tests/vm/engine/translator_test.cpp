@@ -1,4 +1,4 @@
-// What the translator does with code that no compiler gives, and at the bounds of what instructions can express.
+// How the translator handles code that the compiler never produces, and code at the limits of the instruction encoding.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -20,7 +20,7 @@ const Instruction kLess = op(OpCode::Less);
 const Instruction kPop = op(OpCode::Pop);
 const Instruction kReturn = op(OpCode::Return);
 
-/// The names of the instructions of a function f(a, b) with this code.
+/// The instruction names of a function f(a, b) with this code.
 std::string translated(std::vector<Instruction> code) {
     return TranslatedProgram(makeProgram({"a", 1, "b"}, {}, {function("f", {"a", "b"}, std::move(code))})).names(1);
 }
@@ -31,16 +31,16 @@ TEST(Translator, ChangesAContainerInPlaceWhereNothingElseStandsForIt) {
     // a[a] = 1
     EXPECT_EQ("PassLocal SetIndexRRK MoveTemporary ReturnLocal ReturnNil",
               translated({kLoad, kLoad, kOne, set, kStore, kReturn}));
-    // The variable is on the stack below.
+    // The variable's value is also further down the stack.
     EXPECT_EQ("PassLocal SetIndexRKK PassLocal MoveTemporary EqualRR ReturnLocal ReturnNil",
               translated({kLoad, kLoad, kOne, kOne, set, kStore, op(OpCode::Equal), kReturn}));
-    // It is stored into another variable.
+    // The result is stored in another variable.
     EXPECT_EQ("PassLocal SetIndexRKK MoveTemporary ReturnLocal ReturnNil",
               translated({kLoadOther, kOne, kOne, set, kStore, kReturn}));
 }
 
 TEST(Translator, ChangesAContainerInPlaceWhereTheStoreIsInTheSameBlock) {
-    // The store, to which the other branch jumps, follows at once.
+    // The SetIndex, to which the other branch jumps, is followed at once by the store.
     EXPECT_EQ("JumpIfFalse PassLocal Jump PassLocal SetIndexRKK MoveTemporary ReturnLocal ReturnNil",
               translated({kLoadOther, op(OpCode::JumpIfFalse, 4), kLoadOther, op(OpCode::Jump, 8), kLoad, kOne, kOne,
                           op(OpCode::SetIndex), kStore, kReturn}));
@@ -57,14 +57,14 @@ TEST(Translator, RepeatsTheConditionOfALoopThatItLeavesToJustBehindIt) {
     // while a < 1 do end
     EXPECT_EQ("JumpUnlessLessRK JumpIfLessRK ReturnNil",
               translated({kLoad, kOne, kLess, op(OpCode::JumpIfFalse, 5), op(OpCode::Jump, 0)}));
-    // It leaves to elsewhere.
+    // The loop exits to another place.
     EXPECT_EQ("JumpUnlessLessRK Jump ReturnNil",
               translated({kLoad, kOne, kLess, op(OpCode::JumpIfFalse, 6), op(OpCode::Jump, 0), kReturn}));
     // Something jumps into the condition.
     EXPECT_EQ("JumpIfFalse PassLocal Jump PassLocal JumpUnlessLessRK Jump ReturnNil",
               translated({kLoadOther, op(OpCode::JumpIfFalse, 4), kLoadOther, op(OpCode::Jump, 5), kLoad, kOne, kLess,
                           op(OpCode::JumpIfFalse, 9), op(OpCode::Jump, 4)}));
-    // It leaves something on the stack.
+    // The condition leaves a value on the stack.
     EXPECT_EQ(
         "LessRK PassLocal JumpIfFalse Drop Jump ReturnLocal ReturnNil",
         translated({kLoadOther, kLoad, kOne, kLess, op(OpCode::JumpIfFalse, 7), kPop, op(OpCode::Jump, 0), kReturn}));
@@ -107,7 +107,7 @@ TEST(Translator, AGlobalOnTheStackKeepsTheValueThatWasRead) {
               main({kLoad, op(OpCode::DefineFunction, 2, 0), kReturn}));
 }
 
-/// A statement whose call has `count` arguments that come from before the block of the call.
+/// A call whose `count` arguments were pushed in an earlier block.
 internal::Program callWithArguments(std::int32_t count) {
     std::vector<Instruction> code{kLoad};
     code.insert(code.end(), static_cast<std::size_t>(count), kOne);
@@ -130,7 +130,7 @@ TEST(Translator, RegistersAreThoseThatOperandsCanName) {
         }
         return TranslatedProgram(makeProgram({"p0"}, {}, {function("f", params, {kLoad, kReturn})})).code(1);
     };
-    // One temporary for the value, and one to spare.
+    // One temporary for the value, and a spare one.
     const auto most = withLocals(32'765);
     ASSERT_NE(nullptr, most);
     EXPECT_EQ(32'767U, most->registerCount);
