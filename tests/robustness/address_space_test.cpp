@@ -1,4 +1,4 @@
-// The program in an address space that its input or its stack does not fit into, and with odd limits of the stack.
+// Runs the program in an address space too small for its input or stack, and with unusual stack limits.
 #include <gtest/gtest.h>
 #include <linux/audit.h>
 #include <linux/filter.h>
@@ -68,7 +68,7 @@ ProcessOutcome runScript(const std::string& source, const std::function<void()>&
     return runProcess(setup);
 }
 
-/// What a script prints under a limit of its address space: the numbers, once it has ended in order.
+/// The numbers that a script prints under an address-space limit; checks that the program exits normally.
 std::vector<double> numbersWithin(const std::string& source, rlim_t addressSpace) {
     const ProcessOutcome child = runScript(source, limited(RLIMIT_AS, addressSpace));
     EXPECT_EQ(child.status, 0) << addressSpace << child.error;
@@ -78,7 +78,8 @@ std::vector<double> numbersWithin(const std::string& source, rlim_t addressSpace
 
 std::string parentheses(std::size_t count) { return "x = " + repeated("(", count) + "1" + repeated(")", count); }
 
-// Two lists nested 60,000 deep; all memory; then the text of the one and the comparison of both, with and without that.
+// Builds two lists nested 60,000 deep and fills all memory; then renders one and compares both, with memory full and
+// after it is freed.
 constexpr const char* kDeepListsInFullMemory =
     "def nest() list = [] n = 60000 while n > 0 do list = [list] n = n - 1 end return list end\n"
     "def same() return one == two end\n"
@@ -102,7 +103,7 @@ TEST(SmallAddressSpace, HasNoRoomForAStackThatGrows) {
     std::size_t limits = 0;
     for (const rlim_t kibibytes : kSizes) {
         const rlim_t size = kibibytes * kKiB;
-        // A program that is not linked statically may not even start.
+        // A dynamically linked program may not even start.
         if (runScript("x = 1", limited(RLIMIT_AS, size)).status == 0) {
             ++limits;
             expectNoSignal(parentheses(8000), size);
@@ -127,11 +128,11 @@ TEST(LimitsOfTheStack, UnlimitedStillEndsARing) {
         EXPECT_EQ(child.output, "");
         EXPECT_LT(child.peakMemory, kMostMemory) << work;
     }
-    // There is far more than the usual 8 MiB.
+    // The stack is far larger than the usual 8 MiB.
     EXPECT_EQ(runScript(parentheses(50'000) + " puts(x)", limits).output, "1\n");
 }
 
-// What is not used is not resident.
+// Unused stack is not resident.
 TEST(LimitsOfTheStack, GrowingTakesLittleMemory) {
     constexpr std::size_t kMostMemory = 6 * kMiB;
     const ProcessOutcome child = runScript("x = 1", [] { limited(RLIMIT_STACK, RLIM_INFINITY)(); });
@@ -156,7 +157,7 @@ TEST(LimitsOfTheStack, MayBeLoweredWhileTheProcessRuns) {
 
 #ifdef __x86_64__
 
-/// From now on the system call fails with EPERM.
+/// Makes the system call fail with EPERM from now on.
 void forbid(unsigned systemCall) {
     constexpr auto kArchitecture = static_cast<unsigned>(offsetof(seccomp_data, arch));
     constexpr auto kNumber = static_cast<unsigned>(offsetof(seccomp_data, nr));
@@ -183,7 +184,7 @@ TEST(LimitsOfTheStack, AreBelievedWhereTheSystemCannotBeAsked) {
 
 #endif
 
-// The last of the memory goes in small pieces, and at any of them.
+// The last of the memory goes in small pieces; the failure may strike at any of them.
 TEST(SmallAddressSpace, EndsImagesThatFillItWithAnError) {
     const TemporaryDirectory directory;
     const std::string script = directory.file("script.rb");
@@ -202,7 +203,7 @@ TEST(SmallAddressSpace, EndsImagesThatFillItWithAnError) {
     }
 }
 
-// What one round leaves behind for reuse, or scattered over the heap, must not be missing in the next.
+// Memory that one round keeps for reuse or leaves scattered over the heap must be available to the next.
 TEST(SmallAddressSpace, HasAboutTheSameRoomInEveryRound) {
     const std::string source =
         "def maps(n) m = map_new() while true do m['key ' + n[0]] = n[0] n[0] = n[0] + 1 end end\n"
@@ -213,7 +214,8 @@ TEST(SmallAddressSpace, HasAboutTheSameRoomInEveryRound) {
         "if p[2] != 'out of memory' then error(p) end\nprint(n[0], ' ')\nkind = kind + 1\nend\n"
         "round = round + 1\nend\n";
     constexpr std::size_t kKinds = 3;
-    // What grows by doubling may find the room for that or just not. The last kind grows by pairs.
+    // Containers that grow by doubling may barely find room for the last step or barely miss it. The last kind grows by
+    // pairs.
     constexpr std::array<double, kKinds> kLeastRoom{0.45, 0.45, 0.9};
     for (const rlim_t size : {30'000U, 60'000U}) {
         const std::vector<double> rooms = numbersWithin(source, size * kKiB);
@@ -254,7 +256,7 @@ TEST(ZeroedArray, TakesWhatTheAllocatorKeepsWhereTheAddressSpaceIsFull) {
     EXPECT_EXIT(makeArray(), testing::ExitedWithCode(0), "");
 }
 
-// The memory is still in use when the failure is caught: there is none for what pcall gives.
+// The memory is still in use when the failure is caught, so there is none for the result of pcall.
 TEST(SmallAddressSpace, DeliversTheFailureThatAGlobalCaused) {
     const std::string source =
         "def fill(m, n) while true do m['key ' + n[0]] = n[0] n[0] = n[0] + 1 end end\n"

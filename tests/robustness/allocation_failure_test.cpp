@@ -1,4 +1,4 @@
-// Every allocation of the runtime may fail: each one is made to fail once, and each one with all that follow it.
+// Every allocation of the runtime may fail: each is made to fail once alone, and once along with all that follow it.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -24,13 +24,13 @@ namespace {
 struct Scenario {
     const char* name;
     const char* source;
-    /// The text of the value when nothing fails.
+    /// The rendered value when nothing fails.
     const char* expected;
 
     friend std::ostream& operator<<(std::ostream& out, const Scenario& scenario) { return out << scenario.name; }
 };
 
-// Together they call every built-in. What they return has no lists in which a swallowed failure could hide.
+// Together they call every built-in. They return no lists in which a swallowed failure could hide.
 constexpr std::array kScenarios{
     Scenario{
         "language",
@@ -134,7 +134,7 @@ constexpr std::array kScenarios{
              "[true, 77, 1]"},
 };
 
-// Does not print and never touches the disk, so that it works however little memory there is.
+// Does not print or touch the disk, so it works however little memory there is.
 constexpr const char* kFollowUp =
     "def follow(n) if n == 0 then return [] end r = follow(n - 1) array_push(r, \"entry number \" + n) return r end\n"
     "m = map_new() m[\"list\"] = follow(3)\nreturn [m, pcall(error, \"no\"), type_of(nil)]";
@@ -148,11 +148,11 @@ struct Attempt {
 
 std::string textOf(const RubyResult& result) { return result.ok ? result.value.toString() : "error: " + result.error; }
 
-/// Runs a scenario on a VM of its own with the `first`-th allocation failing, then another script without failures.
+/// Runs a scenario on a new VM with the `first`-th allocation failing, then another script without failures.
 Attempt attempt(const Scenario& scenario, const std::string& path, std::size_t first, FailureMode mode) {
     Attempt made;
     const SilencedOutput silenced;
-    // A thread of its own: what the runtime keeps for reuse is returned when the thread ends.
+    // On its own thread, because memory kept for reuse is freed when the thread ends.
     std::thread([&] {
         RubyVM vm;
         vm.setGlobal("path", path);
@@ -176,7 +176,7 @@ TEST_P(AllocationFailure, EndsInAnErrorAndLeaksNothing) {
     const auto& [scenario, mode] = GetParam();
     const TemporaryDirectory directory;
     const std::string path = directory.file("file");
-    // Once without failures, so that what a process sets up once is there before the counting starts.
+    // Run once without failures, so that one-time set-up of the process is done before the counting starts.
     constexpr std::size_t kNever = 1U << 30;
     const Attempt smooth = attempt(scenario, path, kNever, mode);
     ASSERT_FALSE(smooth.failed);
@@ -190,7 +190,7 @@ TEST_P(AllocationFailure, EndsInAnErrorAndLeaksNothing) {
         {
             const Attempt made = attempt(scenario, path, points + 1, mode);
             failed = made.failed;
-            // A failure may also go unnoticed: where the memory was only there to be faster.
+            // A failure may go unnoticed where the memory would only have saved time.
             if (!failed || made.result != scenario.expected) {
                 ASSERT_EQ(made.result, failed ? "error: out of memory" : scenario.expected) << "allocation " << points;
             }
@@ -204,7 +204,7 @@ TEST_P(AllocationFailure, EndsInAnErrorAndLeaksNothing) {
         }
         ++points;
     }
-    // Anything less would mean that the allocations of the runtime are not seen.
+    // With fewer, the runtime's allocations would not be intercepted.
     constexpr std::size_t kFewestPoints = 20;
     EXPECT_GE(points, kFewestPoints);
     RecordProperty("points", static_cast<int>(points));
@@ -270,8 +270,8 @@ TEST_P(ConstructionFailure, ThrowsBadAllocAndLeaksNothing) {
 
 INSTANTIATE_TEST_SUITE_P(Modes, ConstructionFailure, ::testing::Values(FailureMode::OnlyOne, FailureMode::FromThereOn));
 
-/// Fails each allocation of a script in turn. Every text that it ends in is `done` or tells of the failure; how many of
-/// them the script itself gave is counted.
+/// Fails each allocation of a script in turn and checks that the outcome is `done` or reports the failure. Returns how
+/// many failures the script itself handled and reported.
 std::size_t failuresHandled(const std::string& source, const std::string& done) {
     std::size_t handled = 0;
     bool failed = true;
@@ -294,25 +294,25 @@ std::size_t failuresHandled(const std::string& source, const std::string& done) 
     return handled;
 }
 
-// pcall catches the failure and the script goes on: what it then says is either the value or the message.
+// pcall catches the failure and the script continues: it returns either the value or the message.
 TEST(AllocationFailureInPcall, TheScriptHandlesIt) {
     const std::string source =
         "def work(n) a = [] while n > 0 do array_push(a, \"a text of more than sixteen bytes \" + n) n = n - 1 end\n"
         "return len(a) end\n"
         "r = pcall(work, 20)\n"
         "if r[1] == 20 then return \"done\" end\nreturn r[2]";
-    // Two for each turn of the loop: the text and its box.
+    // Two for each iteration: the string and its box.
     EXPECT_GE(failuresHandled(source, "done"), 40U);
 }
 
-// So does the pcall of what is not run as a call: of error, and of a guarded function.
+// The same for pcalls that make no real call: of error, and of a guarded function.
 TEST(AllocationFailureInPcall, OfOtherFormsIsHandledToo) {
     const std::string rendered = "[a text of more than sixteen bytes, and another of that size]";
     const std::string list = "list = ['a text of more than sixteen bytes', 'and another of that size']\n";
     for (const std::string& call :
          {std::string("r = pcall(error, list)"),
           std::string("def f(x) if x == 1 then error('no') end return '' + x end r = pcall(f, list)")}) {
-        // The text as it grows, at least.
+        // At least those of the growing text.
         EXPECT_GE(failuresHandled(list + call + "\nreturn r[1]", rendered), 2U) << call;
     }
 }
@@ -332,7 +332,7 @@ TEST(AllocationFailureInValues, LeaksNothing) {
     for (const auto& make : makers) {
         bool failed = true;
         for (std::size_t point = 1; failed; ++point) {
-            // What a thread keeps for reuse goes when it ends.
+            // Memory that a thread keeps for reuse is freed when the thread ends.
             const std::size_t before = allocationCounts().liveBytes;
             std::thread([&] {
                 FailingAllocations failures(point, FailureMode::OnlyOne);
@@ -348,7 +348,7 @@ TEST(AllocationFailureInValues, LeaksNothing) {
     }
 }
 
-// What the host asks for may fail too: the VM is as it was before.
+// Calls by the host may fail too; they leave the VM unchanged.
 TEST(AllocationFailureInHostCalls, LeavesTheVmAsItWas) {
     for (const FailureMode mode : {FailureMode::OnlyOne, FailureMode::FromThereOn}) {
         bool failed = true;

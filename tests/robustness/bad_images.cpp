@@ -27,7 +27,7 @@ constexpr std::size_t kMostMemory = std::size_t{192} * 1024 * 1024;
 constexpr std::size_t kMostOutput = std::size_t{1024} * 1024;
 constexpr int kBatchDone = 99;
 
-/// What the child tells its parent; lives in shared memory.
+/// What the child reports to its parent, in shared memory.
 struct Progress {
     std::atomic<std::size_t> next{0};
     std::atomic<std::size_t> completed{0};
@@ -85,7 +85,7 @@ Observed observe(const RubyBytecode& image, internal::ExecutorChoice executor) {
     return observed;
 }
 
-/// Bounds of memory and stack are met earlier by one executor than by the other.
+/// One executor may reach a limit of memory or stack earlier than the other.
 bool meetsBound(const Observed& observed) {
     return observed.text.find("stack overflow") != std::string::npos || observed.ranOutOfMemory ||
            observed.text.size() >= kMostOutput;

@@ -1,4 +1,4 @@
-// Runs damaged images by the thousand: every truncation and every flipped bit of the images of varied scripts.
+// Runs thousands of damaged images: every truncation and every single-bit flip of the images of varied scripts.
 #pragma once
 
 #include <cstddef>
@@ -9,20 +9,20 @@
 
 namespace morvel::ruby::tests {
 
-/// The image of a script, to be damaged.
+/// The undamaged image of a script.
 struct NamedImage {
     std::string name;
     RubyBytecode image;
-    /// The script goes to a limit on purpose, and may look at where it lies: the executors need not agree.
+    /// The script reaches a limit on purpose and may observe where it lies, so the executors need not agree.
     bool reachesLimit = false;
 };
 
-/// The images of the scripts in the given directories and below, no two of the same size and none larger than
-/// `largest` bytes, spread evenly over all that there are when they are more than `most`.
+/// The images of the scripts in and below the given directories, no two of the same size and none larger than `largest`
+/// bytes. If there are more than `most`, an even selection.
 [[nodiscard]] std::vector<NamedImage> imagesOfScripts(const std::vector<std::string>& directories, std::size_t most,
                                                       std::size_t largest);
 
-/// How many damaged copies of an image there are: one for each bit and one for each length.
+/// The number of damaged copies of an image: one for each bit and one for each length.
 [[nodiscard]] std::size_t damagedCopies(const RubyBytecode& image);
 
 /// Copy number `number`: first the flipped bits, then the truncations.
@@ -30,18 +30,18 @@ struct NamedImage {
 
 struct BadImageTally {
     std::size_t tried = 0;
-    /// Ended with a value or with an error message.
+    /// Copies that ended with a value or an error message.
     std::size_t completed = 0;
     std::size_t failed = 0;
-    /// Were still running when their processor time was used up.
+    /// Copies that were still running when their CPU time was used up.
     std::size_t stopped = 0;
-    /// Ended the process, or gave different results on the two executors: what must not happen.
+    /// Failures: copies that ended the process or gave different results on the two executors.
     std::vector<std::string> crashes;
     std::vector<std::string> differences;
 };
 
-/// Loads and runs every `step`-th damaged copy of each image, on both executors, in child processes. Each run may use
-/// `milliseconds` of processor time and a bounded amount of memory, and can touch no files.
+/// Loads and runs every `step`-th damaged copy of each image, on both executors, in child processes. Each run gets
+/// `milliseconds` of CPU time, a bounded amount of memory, and no access to files.
 [[nodiscard]] BadImageTally tryDamagedImages(const std::vector<NamedImage>& images, std::size_t step,
                                              unsigned milliseconds);
 

@@ -1,6 +1,6 @@
 // The program bad_images: loads and runs every damaged copy of the images of many scripts. Options:
 //     bad_images [--step N] [--images N] [--milliseconds N] <directory of scripts>...
-// Prints what happened, and ends with 1 when a copy ended the process or ran differently on the two executors.
+// Prints a summary; exits with 1 if a copy ended the process or ran differently on the two executors.
 #include <cstdlib>
 #include <iostream>
 #include <span>

@@ -35,14 +35,14 @@ TEST(DamagedImages, OfManyScriptsNeverCrash) {
     EXPECT_EQ(tally.differences.size(), 0U) << joined(tally.differences);
     EXPECT_GE(tally.tried, all.size());
     EXPECT_EQ(tally.tried, tally.completed + tally.failed + tally.stopped + tally.crashes.size());
-    // The damage does reach the runtime: most copies fail, some run.
+    // The damage reaches the runtime: most copies fail, some run.
     EXPECT_GT(tally.failed, tally.tried / 4);
     EXPECT_GT(tally.completed, 0U);
     RecordProperty("tried", static_cast<int>(tally.tried));
 }
 
 TEST(DamagedImages, AreCaughtByTheHarness) {
-    // A copy is what it should be, and a crash would be seen.
+    // The copies are damaged as intended, and a crash would be noticed.
     const RubyVM vm;
     const RubyBytecode image = vm.compileScript("x = 1", "t");
     EXPECT_EQ(damagedCopies(image), image.bytes.size() * 9);

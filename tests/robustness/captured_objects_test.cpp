@@ -1,4 +1,5 @@
-// What host functions captured ends when nothing refers to the function any more, whatever ends with it.
+// Objects captured by a host function are destroyed when the last reference to the function goes, whatever else they
+// end.
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -16,12 +17,12 @@ namespace morvel::ruby::tests {
 
 namespace {
 
-/// Does something when the last copy of what it gives ends.
+/// Returns a pointer that runs `action` when its last copy is destroyed.
 std::shared_ptr<void> atTheEnd(std::function<void()> action) {
     return {nullptr, [action = std::move(action)](void*) { action(); }};
 }
 
-/// A function that `binder` bound, no global holds, and that captured this.
+/// A function that captured `captured`, bound by `binder` but held by no global.
 RubyValue functionWith(RubyVM& binder, std::shared_ptr<void> captured) {
     binder.bindFunction(
         "made", [captured = std::move(captured)](RubyVM&, RubyArguments) { return RubyValue(captured.use_count()); });
@@ -31,7 +32,7 @@ RubyValue functionWith(RubyVM& binder, std::shared_ptr<void> captured) {
     return function;
 }
 
-/// An object that uses this VM when it ends, and counts that.
+/// An object whose destructor uses this VM and increments `ended`.
 std::shared_ptr<void> userOf(RubyVM& vm, int& ended) {
     return atTheEnd([&] {
         ++ended;
@@ -71,7 +72,7 @@ TEST(CapturedObjects, EndWithTheVmThatAnotherOnesEndMakes) {
     EXPECT_EQ(endedWithTheVm, 1);
 }
 
-// A run lets go of the function, and before its next instruction another run, by another VM, ends the VM that bound it.
+// A run drops the function and, before its next instruction, a nested run on another VM destroys the VM that bound it.
 TEST(CapturedObjects, EndBeforeTheirVmThoughAnOuterRunLetGoOfThem) {
     int ended = 0;
     auto binder = std::make_unique<RubyVM>();
@@ -89,12 +90,12 @@ TEST(CapturedObjects, EndBeforeTheirVmThoughAnOuterRunLetGoOfThem) {
     EXPECT_EQ(outcome(outer, "return drop_and_run()"), "1");
 }
 
-/// The ways in which many functions can be let go of at once.
+/// Ways of dropping many functions at once.
 void dropWithinARun(RubyVM& vm) { EXPECT_EQ(outcome(vm, "list = nil return 1"), "1"); }
 void dropFromOutside(RubyVM& vm) { vm.setGlobal("list", RubyValue()); }
 void dropWithTheVm(RubyVM&) {}
 
-// One after the other, not one within the other: the native stack would not be enough.
+// They end one after another, not nested: the native stack would overflow.
 TEST(CapturedObjects, MayBeManyThatRunScriptsOrEndVms) {
     constexpr std::size_t kStack = std::size_t{256} << 10;
     constexpr int kFunctions = 2'000;
@@ -137,7 +138,7 @@ TEST(CapturedObjects, MayBeALongChainOfFunctions) {
     EXPECT_EQ(ended, kFunctions);
 }
 
-// Two VMs take turns on one thread, and the run that began first ends first.
+// Two VMs take turns on one thread, and the run that started first ends first.
 TEST(CapturedObjects, EndWhateverTheOrderInWhichRunsEnd) {
     struct Side {
         RubyVM vm;
@@ -163,7 +164,7 @@ TEST(CapturedObjects, EndWhateverTheOrderInWhichRunsEnd) {
     EXPECT_EQ(second.result, "1");
     EXPECT_EQ(first.ended, 1);
     EXPECT_EQ(second.ended, 1);
-    // Nothing runs now: what is let go of ends at once.
+    // Nothing is running now, so a dropped object is destroyed at once.
     RubyValue function = functionWith(first.vm, atTheEnd([&first] { ++first.ended; }));
     function = RubyValue();
     EXPECT_EQ(first.ended, 2);

@@ -22,7 +22,7 @@ constinit std::atomic<std::size_t> refused{0};
 constinit std::atomic<std::size_t> requestedBytes{0};
 constinit std::atomic<std::size_t> mostBytes{std::numeric_limits<std::size_t>::max()};
 
-/// What is to fail on this thread.
+/// Which requests on this thread fail.
 struct FailurePlan {
     bool active = false;
     FailureMode mode = FailureMode::OnlyOne;
@@ -47,8 +47,8 @@ bool isPlannedToFail() noexcept {
     return true;
 }
 
-// Blocks that know the size that was asked for: what malloc gives is a little more now and then. AddressSanitizer keeps
-// the size itself, and would miss what happens before a block if it lay there.
+// Blocks store their requested size, since malloc may return slightly more. AddressSanitizer keeps the size itself, and
+// would miss accesses in front of a block if the size were stored there.
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
 #define MORVEL_EXACT_MALLOC 1

@@ -1,4 +1,4 @@
-// Replaces the global operator new and delete of a program: counts what is live and fails on demand.
+// Replaces a program's global operator new and delete: counts live memory and fails on demand.
 //
 // Linking counting_allocator.cpp is enough to put it in place. The counts belong to the whole process; the programs
 // that read them allocate from one thread at a time.
@@ -13,7 +13,7 @@ struct AllocationCounts {
     /// Blocks and bytes allocated and not yet freed.
     std::size_t liveBlocks;
     std::size_t liveBytes;
-    /// Most live bytes since the last call of resetPeak.
+    /// The most live bytes since the last call of resetPeak.
     std::size_t peakBytes;
     /// Requests since the program started.
     std::size_t requests;
@@ -25,15 +25,15 @@ struct AllocationCounts {
 
 [[nodiscard]] AllocationCounts allocationCounts() noexcept;
 
-/// Starts a new peak at the bytes that are live now.
+/// Restarts the peak at the current number of live bytes.
 void resetPeak() noexcept;
 
-/// Requests that would take the live bytes above `bytes` fail from now on.
+/// From now on, requests that would take the live bytes above `bytes` fail.
 void limitLiveBytes(std::size_t bytes) noexcept;
 
 enum class FailureMode : std::uint8_t { OnlyOne, FromThereOn };
 
-/// While it lives, allocations of this thread fail: the `first`-th request from now (1 is the next one), and in mode
+/// During its lifetime, allocations of this thread fail: the `first`-th request from now (1 is the next), and in mode
 /// FromThereOn all later ones too.
 class FailingAllocations {
 public:
@@ -42,7 +42,7 @@ public:
     FailingAllocations(const FailingAllocations&) = delete;
     FailingAllocations& operator=(const FailingAllocations&) = delete;
 
-    /// Ends the failures early; true when any request has failed.
+    /// Ends the failures early; true if any request has failed.
     bool stop() noexcept;
 };
 

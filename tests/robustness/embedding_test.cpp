@@ -1,4 +1,4 @@
-// What hosts do with VMs and values: lifetimes, moves, threads, many runs.
+// How hosts use VMs and values: lifetimes, moves, threads, many runs.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -167,7 +167,7 @@ TEST(Callbacks, MayOutliveNothingButTheirVm) {
     EXPECT_EQ(held.use_count(), 1);
 }
 
-/// Counts how many of its kind are there; the counter must live longer.
+/// Counts its live instances in a counter that must outlive them.
 class Counted {
 public:
     explicit Counted(int& alive) : m_alive(alive) { ++m_alive; }
@@ -208,7 +208,7 @@ TEST(Callbacks, EndWithTheirVmAlsoWithinARunOfAnother) {
 TEST(Callbacks, EndWithTheirVmAlsoWithinTheEndOfAnotherOne) {
     struct Plugin {
         Plugin() { bindCounted(vm, "f", *count); }
-        // The VM goes first.
+        // The VM is destroyed first.
         std::unique_ptr<int> count = std::make_unique<int>(0);
         RubyVM vm;
     };
@@ -226,7 +226,7 @@ TEST(Callbacks, EndWithTheirVmAlsoWithinTheEndOfAnotherOne) {
     EXPECT_EQ(ended, 1);
 }
 
-/// Runs a script as it ends.
+/// Runs a script in its destructor.
 class LastScript {
 public:
     LastScript(RubyVM& vm, std::string source, std::vector<std::string>& results)
@@ -260,7 +260,7 @@ TEST(Callbacks, MayUseTheirVmAsItEnds) {
     EXPECT_EQ(results, (std::vector<std::string>{"[[[[]]]]", "1", "[1, 2, 1]"}));
 }
 
-// The memory of a script that runs while something ends.
+// A script that runs in a destructor must not accumulate memory.
 TEST(Callbacks, MayRunForLongAsTheyEnd) {
     RubyVM other;
     std::vector<std::size_t> live;
@@ -297,7 +297,7 @@ TEST(Callbacks, MayBeEmpty) {
     EXPECT_TRUE(isUsable(vm));
 }
 
-// A million runs on one VM, where the build is fast enough for that.
+// A million runs on one VM if the build is fast enough.
 TEST(ManyRuns, DoNotGrowMemory) {
     const std::vector<std::string> sources{
         "1 + 1",
@@ -319,7 +319,7 @@ TEST(ManyRuns, DoNotGrowMemory) {
         }
         return allocationCounts().liveBytes;
     };
-    // The first runs fill what is kept for reuse.
+    // The first runs fill the caches of reusable memory.
     liveBytesAfterRounds();
     const std::size_t early = liveBytesAfterRounds();
     liveBytesAfterRounds();

@@ -1,8 +1,8 @@
 // A library to preload into the program: runs it once for each memory request that it makes, and has that one fail.
 //
-// The process that loads it forks a copy of itself for every run, before the program has done anything, so that a run
-// costs little. Standard input must be a file. What went wrong is told on standard output, the number of requests and
-// of runs that went wrong on its last line.
+// The process that loads it forks a copy of itself for every run, before the program has done anything, so runs are
+// cheap. Standard input must be a file. Bad runs are reported on standard output; its last line gives the numbers of
+// requests and of bad runs.
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
@@ -17,7 +17,7 @@
 #include <limits>
 
 extern "C" {
-// The allocator's own names, so that nothing has to be looked up.
+// The allocator's internal names, which need no symbol lookup.
 void* __libc_malloc(std::size_t size) noexcept;                           // NOLINT(bugprone-reserved-identifier)
 void* __libc_calloc(std::size_t count, std::size_t size) noexcept;        // NOLINT(bugprone-reserved-identifier)
 void* __libc_realloc(void* block, std::size_t size) noexcept;             // NOLINT(bugprone-reserved-identifier)
@@ -26,7 +26,7 @@ void* __libc_memalign(std::size_t alignment, std::size_t size) noexcept;  // NOL
 
 namespace {
 
-/// What is to fail in this process.
+/// Which requests fail in this process.
 struct Plan {
     bool isActive = false;
     bool failsFromThereOn = false;
@@ -57,7 +57,7 @@ struct Ending {
     char message[4096] = {};
 };
 
-/// A run may succeed, or fail as it does when there is memory, or for want of memory.
+/// A run may succeed, fail as it does with enough memory, or run out of memory.
 bool isGood(const Ending& ending, const Ending& usual) noexcept {
     if (!WIFEXITED(ending.status)) {
         return false;
@@ -69,7 +69,7 @@ bool isGood(const Ending& ending, const Ending& usual) noexcept {
            (ending.status == usual.status && std::strcmp(ending.message, usual.message) == 0);
 }
 
-/// Has the program run with its request number `point` failing: true in the process that is to run it.
+/// Forks a run in which request number `point` fails. Returns true in the process that must run the program.
 bool startRun(std::size_t point, int errors, Ending& ending) noexcept {
     *hasFailed = false;
     if (lseek(STDIN_FILENO, 0, SEEK_SET) != 0 || ftruncate(errors, 0) != 0 || lseek(errors, 0, SEEK_SET) != 0) {

@@ -1,4 +1,4 @@
-// Every request for memory that the program makes, the C library's own ones included, may fail: it ends in order.
+// Every memory request of the program may fail, including the C library's own; the program still exits cleanly.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -45,7 +45,7 @@ TEST_P(FailingMemory, EndsInOrder) {
     };
     const ProcessOutcome child = runProcess(setup);
     EXPECT_EQ(child.status, 0) << child.output << child.error;
-    // Fewer would mean that the requests are not seen.
+    // With fewer, the requests would not be intercepted.
     constexpr int kFewestRequests = 200;
     EXPECT_GT(std::atoi(child.output.c_str()), kFewestRequests) << child.output;
     EXPECT_NE(child.output.find(" requests, 0 wrong\n"), std::string::npos) << child.output;

@@ -1,4 +1,4 @@
-// A native stack of the test's own.
+// Fibers: functions that run on their own native stacks.
 #pragma once
 
 #include <ucontext.h>
@@ -21,7 +21,7 @@
 
 namespace morvel::ruby::tests {
 
-/// Something that runs on a stack of its own and may stop in between.
+/// A function that runs on its own stack and can pause.
 class Fiber {
 public:
     explicit Fiber(std::function<void(Fiber&)> body) : m_body(std::move(body)), m_stack(kStack) {
@@ -56,7 +56,7 @@ private:
         leaveStack(nullptr, self.m_callerStack, self.m_callerSize);
     }
 
-    // AddressSanitizer has to be told which stack is in use.
+    // AddressSanitizer must be told which stack is in use.
 #if defined(MORVEL_TELLS_STACKS)
     static void leaveStack(void** frames, const void* next, std::size_t size) {
         __sanitizer_start_switch_fiber(frames, next, size);

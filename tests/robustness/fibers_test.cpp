@@ -1,5 +1,5 @@
-// A host with several native stacks lets runs of one VM take turns. Only the innermost may go on; every other one fails
-// and leaves the rest as it was.
+// A host with several native stacks lets runs of one VM take turns. Only the innermost run may continue; any other
+// fails and leaves the rest unchanged.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -42,7 +42,7 @@ public:
         });
     }
 
-    /// Adds a fiber that runs a script when it is resumed first.
+    /// Adds a fiber that runs a script when it is first resumed.
     std::size_t add(std::string source) {
         const std::size_t number = m_fibers.size();
         m_results.emplace_back();
@@ -59,7 +59,7 @@ public:
     /// Stops the fiber that is running.
     void pause() { m_fibers[m_running]->pause(); }
 
-    /// What a fiber's script gave; empty while it has not ended.
+    /// The outcome of a fiber's script; empty until it has ended.
     [[nodiscard]] const std::string& result(std::size_t number) const { return m_results[number]; }
     [[nodiscard]] RubyVM& vm() { return m_vm; }
 
@@ -98,7 +98,7 @@ TEST_P(FibersOnOneVm, FailWhenAnotherRunIsFurtherIn) {
     EXPECT_TRUE(isUsable(turns.vm()));
 }
 
-// What a script protects itself from is its own failures; here another run has the VM.
+// pcall protects a script from its own failures; here another run has taken the VM.
 TEST_P(FibersOnOneVm, CannotCatchThatFailure) {
     for (const char* call : {"pcall(pause)", "pcall(pause_and_throw)", "pcall(pcall, pause)", "pcall(f)",
                              "pcall(load('return pause()'))", "run('pause()')", "pcall(run, 'pause()')"}) {
@@ -114,7 +114,7 @@ TEST_P(FibersOnOneVm, CannotCatchThatFailure) {
     }
 }
 
-// While another fiber's run waits, a host function may run scripts: they are the innermost then.
+// While another fiber's run waits, a host function may run scripts, which are then the innermost.
 TEST_P(FibersOnOneVm, RunScriptsOnTopOfAnotherFibersRun) {
     Turns turns(GetParam());
     turns.vm().bindFunction("pause_and_run", [&turns](RubyVM& vm, RubyArguments) {
@@ -133,7 +133,7 @@ TEST_P(FibersOnOneVm, RunScriptsOnTopOfAnotherFibersRun) {
     EXPECT_TRUE(isUsable(turns.vm()));
 }
 
-// Any order of many fibers, against a list of the runs in the order of their beginning.
+// Resumes many fibers in random order and compares with a list of the runs in starting order.
 TEST_P(FibersOnOneVm, KeepToTheRuleInAnyOrder) {
     constexpr std::size_t kFibers = 6;
     constexpr int kPauses = 3;

@@ -1,4 +1,4 @@
-// Files, devices and streams that fail: every failure is reported, none is lost or fatal.
+// Failing files, devices and streams: every failure is reported, none is lost or fatal.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -82,7 +82,7 @@ TEST(WritingFiles, ReportsAClosedPipe) {
     (void)std::signal(SIGPIPE, before);
 }
 
-// Otherwise the system ends the process when a file reaches the limit of its size.
+// By default, the system kills a process whose file exceeds the size limit.
 TEST(WritingFiles, ReportsALimitOfSize) {
     const TemporaryDirectory directory;
     ProcessSetup setup;
@@ -138,7 +138,7 @@ TEST(ReadingFiles, ReportsAReadError) {
 }
 
 TEST(ReadingFiles, TakesWhatIsThere) {
-    // Files whose size is not known beforehand, or not true.
+    // Files whose size is unknown in advance or misreported.
     EXPECT_EQ(outcome("len(read_file('/proc/self/status')) > 100"), "true");
     EXPECT_EQ(outcome("read_file('/dev/null')"), "");
     const TemporaryDirectory directory;
@@ -180,7 +180,7 @@ TEST(OpenFiles, AreClosedAtOnce) {
     EXPECT_EQ(outcome(vm, "append_file(path, 'b') open_files()"), "0");
     EXPECT_EQ(outcome(vm, "text = read_file(path) text + open_files()"), "ab0");
     EXPECT_EQ(outcome(vm, "[file_exists?(path), file_exists?(dir), open_files()]"), "[true, true, 0]");
-    // Also those that open but cannot be used.
+    // Files that open but cannot be used are closed too.
     EXPECT_EQ(outcome(vm, "pcall(read_file, dir) pcall(write_file, '/dev/full', 'x') open_files()"), "0");
     const std::string script = directory.file("script.rb");
     const std::string image = directory.file("image");
@@ -194,7 +194,7 @@ TEST(OpenFiles, AreClosedAtOnce) {
     EXPECT_EQ(openFiles(), before);
 }
 
-/// Runs the program on a script, with a standard stream set up by `prepare`.
+/// Runs the program on a script, with the standard streams set up by `prepare`.
 ProcessOutcome runScript(const std::string& source, std::function<void()> prepare) {
     const TemporaryDirectory directory;
     writeFile(directory.file("script.rb"), source);
@@ -227,15 +227,15 @@ TEST(StandardOutput, IsNotLostInSilence) {
             EXPECT_EQ(child.status, 1) << source;
             EXPECT_EQ(child.error, kLostOutput) << source;
         }
-        // Caught by the script, and reported all the same, because what was written is lost.
+        // The script catches the failure, but the program still reports it, because output was lost.
         const ProcessOutcome caught = runScript("pcall(print, string_rep('x', 1000000))", prepare);
         EXPECT_EQ(caught.status, 1);
         EXPECT_EQ(caught.error, kLostOutput);
-        // An error of the script comes first.
+        // An error of the script takes precedence.
         const ProcessOutcome failed = runScript("puts('a line') error('its own')", prepare);
         EXPECT_EQ(failed.status, 1);
         EXPECT_EQ(failed.error, std::string("morveltesk: its own\n") + kLostOutput);
-        // Nothing written, nothing lost.
+        // Without output, nothing is lost.
         EXPECT_EQ(runScript("x = 1", prepare).status, 0);
     }
     ProcessSetup repl;
@@ -315,7 +315,7 @@ TEST(StandardInput, GivesScriptsAndImages) {
     }
 }
 
-/// Runs the command line program in this process and gives its status and what it wrote to standard error.
+/// Runs the command line program in this process; returns its status and its standard error.
 std::pair<int, std::string> runHere(std::vector<std::string> words, std::size_t memory) {
     std::vector<char*> pointers;
     for (std::string& word : words) {
@@ -329,7 +329,7 @@ std::pair<int, std::string> runHere(std::vector<std::string> words, std::size_t 
 }
 
 TEST(Starting, ReportsThatNoVmCanBeMade) {
-    // The VM comes first: even before the words are looked at.
+    // The VM is created before the arguments are parsed.
     constexpr std::size_t kTooLittle = 1000;
     const auto failure = std::pair(1, "morveltesk: out of memory\n"s);
     EXPECT_EQ(runHere({"morveltesk"}, kTooLittle), failure);

@@ -1,4 +1,4 @@
-// Building a text piece by piece takes work in proportion to its length.
+// Building a string piece by piece takes work proportional to its length.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -14,7 +14,7 @@ namespace {
 
 struct Shape {
     const char* name;
-    /// Builds a text of n bytes and more, and gives it as its value.
+    /// Builds and returns a string of at least n bytes.
     const char* script;
 };
 
@@ -94,7 +94,7 @@ const std::array kShapes{
           "def work(n) s = string_rep('a', n) t = '' i = 0 while i < n do i = i + 1 t = t + s[i - 1] end  end work(n)"},
 };
 
-/// The bytes that a run asks memory for: a text that is copied at every change makes them grow with the square of n.
+/// The bytes that a run requests. If every change copies the string, they grow with the square of n.
 std::size_t bytesFor(const Shape& shape, std::int64_t n) {
     RubyVM vm;
     vm.setGlobal("n", n);

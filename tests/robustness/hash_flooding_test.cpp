@@ -18,10 +18,10 @@ namespace morvel::ruby::tests {
 namespace {
 
 constexpr std::size_t kKeys = kAddressSanitizer || kThreadSanitizer ? 100'000 : 1'000'000;
-// Chains of colliding keys would cost thousands of times as much; caches and the machine's moods explain a little.
+// Chains of colliding keys would cost thousands of times as much; caches and noise account for small differences.
 constexpr double kMostRatio = 5.0;
 
-/// Multiply-and-add hashes (31 and the like): any two blocks of equal hash may be exchanged anywhere.
+/// Multiply-and-add hashes (with 31 and the like): blocks of equal hash are interchangeable anywhere.
 std::vector<std::string> collidingForMultiplyByThirtyOne() {
     std::vector<std::string> keys{""};
     while (keys.size() < kKeys) {
@@ -39,8 +39,8 @@ std::vector<std::string> collidingForMultiplyByThirtyOne() {
 /// The 64-bit FNV-1a hash: keys whose hashes agree in their low 16 bits, which choose the slot in small tables.
 std::vector<std::string> collidingForFnv() {
     std::vector<std::string> keys;
-    // The low bits of a product depend on the low bits of its factors alone: the last byte can always be chosen so that
-    // the low byte of the hash is 0.
+    // The low bits of a product depend only on the low bits of its factors, so the last byte can always be chosen to
+    // make the low byte of the hash 0.
     for (std::size_t i = 0; keys.size() < kKeys; ++i) {
         const std::string prefix = "key" + std::to_string(i);
         std::uint64_t hash = 0xCBF29CE484222325U;
@@ -64,8 +64,8 @@ std::uint64_t inverse(std::uint64_t odd) {
 
 std::uint64_t mixed(std::uint64_t word) { return word ^ (word >> 47); }
 
-/// The hash of std::string in GNU's library is MurmurHash64A under a fixed seed, block by block invertible: after any
-/// first block there is a second one that leads to a chosen state. All these keys have one and the same hash.
+/// GNU's library hashes std::string with MurmurHash64A under a fixed seed. Each block step is invertible: for any first
+/// block there is a second one that leads to a chosen state. All these keys have the same hash.
 std::vector<std::string> collidingForTheStandardLibrary(std::size_t count) {
     constexpr std::uint64_t kSeed = 0xC70F6907U;
     constexpr std::uint64_t kLength = 16;
@@ -110,7 +110,7 @@ std::vector<std::string> ordinaryKeys(std::size_t length) {
 double secondsFor(const std::function<void()>& work) {
     double best = 1e9;
     for (int i = 0; i < 3; ++i) {
-        // Time of the processor, so that other programs on the machine do not count.
+        // CPU time, so that other programs on the machine do not count.
         const std::clock_t start = std::clock();
         work();
         best = std::min(best, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
@@ -162,7 +162,7 @@ TEST(HashFlooding, IntegerKeys) {
               kMostRatio * ordinary);
 }
 
-/// Source text in which every key is a literal, escaped where needed.
+/// Source code in which every key is a literal, escaped where needed.
 std::string sourceWith(const std::vector<std::string>& texts) {
     std::string source;
     for (const std::string& text : texts) {
@@ -186,7 +186,7 @@ std::string sourceWith(const std::vector<std::string>& texts) {
 
 TEST(HashFlooding, TextsOfASource) {
     constexpr std::size_t kTexts = 50'000;
-    // Not shorter than the flooding ones, which the compiler treats as long texts.
+    // At least as long as the flooding keys, which the compiler treats as long strings.
     std::vector<std::string> ordinary = ordinaryKeys(16);
     ordinary.resize(std::min(kTexts, kKeys));
     const std::string ordinarySource = sourceWith(ordinary);
@@ -202,7 +202,7 @@ TEST(HashFlooding, TextsOfASource) {
     EXPECT_LT(secondsFor([&] { EXPECT_TRUE(loader.runBytecode(floodingImage).ok); }), kMostRatio * ordinaryLoad);
 }
 
-/// An image whose single function below the top-level code has the given names as locals or uses them as globals.
+/// An image whose only function besides the top-level code uses the given names as locals or globals.
 RubyBytecode imageWithNames(const std::vector<std::string>& names, bool asLocals) {
     internal::Program program;
     program.name = "names";

@@ -1,4 +1,4 @@
-// The memory that the compiler and the loader take is at most a fixed multiple of the size of their input.
+// The compiler and the loader use at most a fixed multiple of the size of their input.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -20,7 +20,7 @@ namespace morvel::ruby::tests {
 namespace {
 
 constexpr std::size_t kSize = 300'000;
-// Bytes for each byte of input, whatever it is, beside a little that does not depend on it.
+// Bytes per byte of any input, not counting a small constant amount.
 constexpr double kCompilerFactor = 120;
 constexpr double kLoaderFactor = 80;
 constexpr double kTranslationFactor = 80;
@@ -35,7 +35,7 @@ std::string filled(const std::string& unit) {
     return text;
 }
 
-/// Units with a running number, so that all are different.
+/// Units with a running number, so that no two are equal.
 std::string numbered(const std::string& before, const std::string& after) {
     std::string text;
     for (int i = 0; text.size() < kSize; ++i) {
@@ -44,7 +44,7 @@ std::string numbered(const std::string& before, const std::string& after) {
     return text;
 }
 
-/// Most bytes that `work` holds at a time, for each byte of its input. Failing is fine, taking long is not.
+/// The most bytes that `work` holds at a time, per byte of its input. It may fail, but must not take long.
 template <typename Work>
 double peakFactor(std::size_t inputSize, Work work) {
     const std::size_t before = allocationCounts().liveBytes;
@@ -53,10 +53,10 @@ double peakFactor(std::size_t inputSize, Work work) {
     try {
         work();
     } catch (const std::exception& exception) {
-        // The message must be in proportion too, and it is measured.
+        // The message counts as memory too and must stay short.
         EXPECT_LT(std::string(exception.what()).size(), 1000U);
     }
-    // Time that grew with the square of the size would be minutes.
+    // Quadratic time would take minutes.
     constexpr double kMostSeconds = 10;
     EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, kMostSeconds);
     const std::size_t peak = allocationCounts().peakBytes - before;
@@ -120,7 +120,7 @@ TEST(CompilerMemory, IsInProportionToTheSource) {
         worst = std::max(worst, factor);
     }
     std::cout << "compiler: at most " << worst << " bytes for each byte of source\n";
-    // Otherwise the memory of the compiler is not seen.
+    // Otherwise the compiler's memory is not being measured.
     EXPECT_GT(worst, 10.0);
 }
 
@@ -159,10 +159,10 @@ private:
 };
 
 constexpr std::uint32_t kHuge = 0xFFFFFFFF;
-/// Stands for the index of the following instruction.
+/// Placeholder for the index of the next instruction.
 constexpr std::uint32_t kNext = 0xFFFFFFFE;
 
-/// Images that claim more than they hold, at each count, and images full of the smallest entries of each kind.
+/// Images that claim more than they hold, for each count, and images full of the smallest entries of each kind.
 std::vector<RubyBytecode> loaderInputs() {
     std::vector<RubyBytecode> inputs;
     const auto padded = [](Bytes bytes, unsigned filler) {
@@ -178,7 +178,7 @@ std::vector<RubyBytecode> loaderInputs() {
         inputs.push_back(padded(Bytes::header().number(0).number(1).text("f").number(0).number(kHuge), filler));
     }
     const auto full = [&inputs](auto begin, auto entry, auto end) {
-        // The count is not known before: it is written over afterwards.
+        // The count is not known yet; it is overwritten later.
         Bytes bytes = Bytes::header();
         begin(bytes, kHuge);
         std::uint32_t count = 0;
@@ -226,7 +226,7 @@ std::vector<RubyBytecode> loaderInputs() {
         params, [](Bytes& bytes, std::uint32_t) { bytes.text(""); }, noCode);
     full(
         params, [](Bytes& bytes, std::uint32_t i) { bytes.text(std::to_string(i)); }, noCode);
-    // Long functions, each shape ending in a Return so that a fast form is looked for.
+    // Long functions that end in Return, so that the loader looks for a fast form.
     using internal::OpCode;
     const std::vector<std::vector<std::pair<OpCode, std::uint32_t>>> shapes{
         {{OpCode::PushConst, 0}},
@@ -243,7 +243,7 @@ std::vector<RubyBytecode> loaderInputs() {
         {{OpCode::LoadName, 1}, {OpCode::Call, 0}, {OpCode::Pop, 0}},
         {{OpCode::Return, 0}},
     };
-    // Also with a text that stands in the image once and is used by all the rest.
+    // Also with a string that is stored once in the image and used by all the rest.
     const std::string longName(kSize / 2, 'n');
     const auto repeat = [&](const auto& shape, bool isMain, const std::string& name) {
         const auto code = [isMain, &name](Bytes& bytes, std::uint32_t count) {
@@ -271,7 +271,7 @@ std::vector<RubyBytecode> loaderInputs() {
     const std::vector<std::vector<std::pair<OpCode, std::uint32_t>>> bodies{
         {{OpCode::PushConst, 0}, {OpCode::StoreName, 0}, {OpCode::Return, 0}},
         {{OpCode::DefineFunction, 0}},
-        // A guarded function whose error has the long text.
+        // A guarded function whose error message is the long string.
         {{OpCode::PushConst, 0},
          {OpCode::JumpIfFalse, 7},
          {OpCode::LoadName, 1},
@@ -325,7 +325,7 @@ TEST(TranslationMemory, IsInProportionToTheImage) {
     std::cout << "running: at most " << worst << " bytes for each byte of the image\n";
 }
 
-/// Checks that `seconds` gives much the same for deep stacks as for flat ones.
+/// Checks that `seconds` is about the same for deep stacks as for flat ones.
 template <typename Seconds>
 void expectNoGrowth(Seconds seconds) {
     constexpr double kMostTimes = 10;
@@ -333,8 +333,8 @@ void expectNoGrowth(Seconds seconds) {
     EXPECT_LT(seconds(30'000), kMostTimes * (seconds(1) + kNoise));
 }
 
-// A call may change any global that lies on the stack of an expression: looking for them must not take the longer, the
-// deeper the stack is.
+// A call may change any global that lies on the expression stack; finding these must not take longer the deeper the
+// stack is.
 TEST(TranslationTime, DoesNotGrowWithTheDepthOfTheStack) {
     constexpr std::size_t kCalls = 40'000;
     const auto seconds = [](std::size_t depth) {
@@ -348,7 +348,7 @@ TEST(TranslationTime, DoesNotGrowWithTheDepthOfTheStack) {
     expectNoGrowth(seconds);
 }
 
-// Nor must what hand-made code does at its depth: jump, take all of the stack, store into a local, call while a global
+// Nor must the operations of hand-made code: jumps, taking the whole stack, stores to a local, calls while a global
 // lies there.
 TEST(TranslationTime, DoesNotGrowWithTheDepthOfHandMadeStacks) {
     constexpr std::size_t kTimes = 40'000;
@@ -361,7 +361,7 @@ TEST(TranslationTime, DoesNotGrowWithTheDepthOfHandMadeStacks) {
         for (std::size_t i = 0; i < kTimes; ++i) {
             for (Instruction instruction : part) {
                 if (instruction.op == OpCode::JumpIfFalse) {
-                    // Its operand is the distance here.
+                    // Here the operand is a distance.
                     instruction.a += static_cast<std::int32_t>(code.size() + 1);
                 }
                 code.push_back(instruction);

@@ -1,4 +1,5 @@
-// Memory follows what is alive: what a script needed once, for a deep recursion, a long message or a name, comes back.
+// Memory use follows live data: memory that a script once needed, for deep recursion, a long message or a name, is
+// freed.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -17,7 +18,7 @@ namespace {
 
 constexpr std::size_t kMebibyte = 1024 * 1024;
 
-/// Bytes of the process that are in the machine's memory.
+/// The resident memory of the process in bytes.
 std::size_t residentMemory() {
     std::ifstream file("/proc/self/statm");
     std::size_t total = 0;
@@ -104,7 +105,7 @@ TEST(LargeArrays, GiveTheirMemoryBackAsTheyAreEmptied) {
 TEST(UndefinedNames, TakeMemoryOnlyWhileCodeMentionsThem) {
     RubyVM vm;
     ASSERT_TRUE(runs(vm,
-                     // Names of one length, since the last ones are still there in the end.
+                     // Names of equal length, since the last ones are still held at the end.
                      "number = 100000 def read_others(count) i = 0 while i < count do number = number + 1 "
                      "pcall(load('return an_undefined_name_' + number)) i = i + 1 end end"));
     ASSERT_TRUE(runs(vm, "read_others(1000)"));
@@ -115,13 +116,13 @@ TEST(UndefinedNames, TakeMemoryOnlyWhileCodeMentionsThem) {
               "error: t:1: undefined variable or function 'an_undefined_name_100007'");
 }
 
-// Code that is kept must go on meaning its own name while others come and go.
+// Retained code must keep referring to its own name while others come and go.
 TEST(UndefinedNames, StayThoseOfTheCodeThatIsKept) {
     RubyVM vm;
     ASSERT_TRUE(runs(vm,
                      "kept = [] i = 0 while i < 300 do f = load('return name_' + i) pcall(f) "
                      "if i % 3 == 0 then array_push(kept, f) end i = i + 1 end"));
-    // Other names take the slots that were given back, some of them for good.
+    // Other names reuse the freed slots, some of them permanently.
     ASSERT_TRUE(runs(vm,
                      "i = 0 while i < 300 do pcall(load('return other_' + i)) "
                      "if i % 2 == 0 then load('lasting_' + i + ' = \"lasting ' + i + '\"')() end i = i + 1 end"));

@@ -1,4 +1,4 @@
-// Large buffers of arrays and strings that died serve the next ones of the run, within a bound, and then go back.
+// Large buffers of dead arrays and strings are reused within the run, up to a bound, and then freed.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
@@ -17,7 +17,7 @@ namespace morvel::ruby::tests {
 namespace {
 
 constexpr std::size_t kMebibyte = 1024 * 1024;
-/// What arrays and strings may keep each, but for one huge buffer while a script runs.
+/// The most that arrays and strings may each keep, apart from one huge buffer while a script runs.
 constexpr std::size_t kKept = 4 * kMebibyte;
 
 std::size_t liveBytes() { return allocationCounts().liveBytes; }
@@ -28,7 +28,7 @@ long pageFaults() {
     return usage.ru_minflt;
 }
 
-/// Each makes an array or a string of 800 kilobytes or more, and drops the one before.
+/// Each makes an array or string of at least 800 kilobytes and drops the previous one.
 const std::array kMakers{
     "a = range(0, 100000)",
     "a = array_new(100000, 1)",
@@ -84,7 +84,7 @@ TEST(LargeBuffers, AreTouchedForTheFirstTimeOnlyOnce) {
             return RubyValue();
         });
         const std::string make = std::string("a = range(0, ") + count + ") ";
-        // The old array is alive while the new one is made: there are two buffers.
+        // The old array is alive while the new one is made, so there are two buffers.
         ASSERT_TRUE(vm.runScriptString("a = nil measure() " + make + make + "measure() i = 0 while i < 10 do " + make +
                                            "i = i + 1 end measure()",
                                        "t")
@@ -121,7 +121,7 @@ TEST(LargeBuffers, AreFewMegabytes) {
 
 TEST(HugeBuffers, GoAsOthersAreAskedFor) {
     MeasuringVm measuring;
-    // 32 megabytes at first, and as many after that.
+    // First one buffer of 32 megabytes, then four that total as much.
     ASSERT_TRUE(measuring.vm
                     .runScriptString("a = range(1, 2097152) a = nil b = [] i = 0 "
                                      "while i < 4 do array_push(b, range(1, 524288)) i = i + 1 end measure()",
@@ -158,7 +158,7 @@ TEST(LargeBuffers, GoWhereMemoryIsShort) {
     std::size_t kept = 0;
     measuring.vm.bindFunction("shorten", [&](RubyVM&, RubyArguments) {
         kept = liveBytes();
-        // What operator new calls before it fails.
+        // The handler that operator new calls before it fails.
         std::get_new_handler()();
         return RubyValue();
     });

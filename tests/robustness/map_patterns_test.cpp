@@ -1,4 +1,4 @@
-// Storing and deleting in any pattern costs a constant time for each operation, and looking up stays as fast.
+// Storing and deleting in any pattern takes constant time per operation, and look-ups stay as fast.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,8 +15,9 @@ namespace morvel::ruby::tests {
 namespace {
 
 constexpr int kOperations = kAddressSanitizer || kThreadSanitizer ? 2'000 : 8'000;
-// Eight times the operations on eight times the entries: with a constant cost for each, about eight times the time, and
-// some more as less of the map is in the caches. With a cost that grows with the map, it is 64 times.
+// Eight times the operations on eight times the entries: at constant cost per operation this takes about eight times as
+// long, and somewhat more as less of the map fits the caches. At a cost that grows with the map, it takes 64 times as
+// long.
 constexpr int kFactor = 8;
 constexpr double kMostRatio = 32.0;
 
@@ -25,7 +26,7 @@ using Work = std::function<void(int)>;
 double secondsFor(const Work& work, int count) {
     double best = 1e9;
     for (int i = 0; i < 3; ++i) {
-        // Time of the processor, so that other programs on the machine do not count.
+        // CPU time, so that other programs on the machine do not count.
         const std::clock_t start = std::clock();
         work(count);
         best = std::min(best, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
@@ -145,14 +146,14 @@ TEST_P(MapPatterns, ShrinkingToOneAndGrowing) {
     });
 }
 
-// Integers that are all multiples of eight, but for one that comes and goes, and a large one that comes and goes.
+// Integers that are all multiples of eight, except one that comes and goes, and a large one that comes and goes.
 TEST(MapPatternsOfIntegers, TheStepBetweenThemChanges) {
     expectConstantCost([](int count) {
         RubyMap map;
         for (int i = 0; i < count; ++i) {
             map.findOrInsert(RubyValue(i * 8)) = i;
         }
-        // There is room for far more keys then.
+        // Afterwards there is room for far more keys.
         for (int i = count / 7; i < count; ++i) {
             map.take(RubyValue(i * 8));
         }
@@ -181,7 +182,7 @@ double secondsToFill(const std::function<std::int64_t(std::int64_t)>& keyOf) {
     return secondsFor(work, kFactor * kOperations);
 }
 
-// Like those that count up from 0: no look-up needs a hash.
+// As fast as keys that count up from 0: no look-up needs a hash.
 TEST(MapPatternsOfIntegers, CostTheSameInSeries) {
     constexpr std::int64_t kStart = 7'000'000'000;
     constexpr double kMostSeriesRatio = 1.6;

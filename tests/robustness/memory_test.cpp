@@ -1,4 +1,4 @@
-// Sizes beyond any machine end in an ordinary error at once, and memory in use stays in proportion.
+// Sizes beyond any machine's memory fail at once with an ordinary error, and memory use stays proportionate.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -70,7 +70,7 @@ TEST(ImpossibleSizes, AreOutOfMemoryAtOnce) {
     EXPECT_EQ(child.status, 0) << child.error;
     EXPECT_EQ(child.signal, 0);
     EXPECT_LT(child.cpuTime, std::chrono::seconds(5));
-    // Little more than the test program itself.
+    // Little more than the test program itself needs.
     EXPECT_LT(child.peakMemory, (kAddressSanitizer || kThreadSanitizer ? 800 : 100) * kMebibyte);
 }
 
@@ -89,7 +89,7 @@ TEST(ImpossibleSizes, AreRefusedByTheProgram) {
     }
 }
 
-// The same text many times: neither copied nor compared with itself.
+// The same string many times: it is neither copied nor compared with itself.
 TEST(SortingALongText, NeedsNeitherMemoryNorTimeForEachOfItsPlaces) {
     const ProcessOutcome child = runInChild(
         [] {

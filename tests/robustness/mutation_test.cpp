@@ -16,7 +16,7 @@ namespace morvel::ruby::tests {
 namespace {
 
 TEST(ContainersAsTheirOwnArguments, KeepTheirElements) {
-    // Every script undoes its cycles, which would never be freed, and gives what it saw before.
+    // Every script breaks its cycles, which would never be freed, and returns what it observed before that.
     struct Case {
         const char* source;
         const char* expected;
@@ -69,7 +69,7 @@ TEST(ContainersAsTheirOwnArguments, KeepTheirElements) {
     for (const Case& tried : kCases) {
         RubyVM vm;
         EXPECT_EQ(outcome(vm, tried.source), tried.expected) << tried.source;
-        // Locals go another way than globals.
+        // Locals take a different code path than globals.
         const std::string inFunction = std::string("def work()\n") + tried.source + "\nend\nreturn work()";
         EXPECT_EQ(outcome(vm, inFunction), tried.expected) << tried.source;
         EXPECT_TRUE(isUsable(vm));
@@ -119,7 +119,7 @@ TEST(FunctionsThatChangeWhileActive, RunToTheirEnd) {
     }
 }
 
-/// A VM with host functions that do to it what hosts should not do, but may.
+/// A VM whose host functions do to it what hosts may, but should not, do.
 class HostMutation : public ::testing::Test {
 protected:
     HostMutation() {
@@ -203,7 +203,7 @@ TEST_F(HostMutation, ReentersTheVm) {
                       "r = pcall(run, 'def f(n) return f(n + 1) end f(0)') return string_end_with?(r[1], 'stack "
                       "overflow')"),
               "true");
-    // The arguments of a host function stay where they are, however deep the script goes that it runs.
+    // The arguments of a host function stay in place, however deeply the script that it runs recurses.
     vm.bindFunction("keeps", [](RubyVM& inner, RubyArguments arguments) {
         const RubyValue* first = arguments.begin();
         const RubyResult deep = inner.runScriptString(
@@ -248,7 +248,7 @@ TEST_F(HostMutation, ThrowsExceptions) {
     EXPECT_EQ(outcome(vm, "throws(2)"), "error: out of memory");
     EXPECT_EQ(outcome(vm, "def f(n) if n == 0 then throws(0) end x = f(n - 1) return x end f(50)"),
               "error: nul\0inside"s);
-    // What is no standard exception is the host's own affair: it passes through pcall and the run.
+    // An exception not derived from std::exception is the host's own affair: it passes through pcall and the run.
     const auto escapes = [this](const std::string& source) {
         try {
             (void)vm.runScriptString(source, "t");
@@ -284,7 +284,7 @@ TEST_F(HostMutation, ChangesContainersItWasGiven) {
     EXPECT_EQ(outcome(vm, "def f(a, b) return [a, b] end x = [1] return f(x, empty_it(x))"), "[[], 0]");
 }
 
-/// Does something to the VM when it dies, as an object captured by a host function may.
+/// Acts on the VM in its destructor, as an object captured by a host function may.
 class Watcher {
 public:
     Watcher(RubyVM& vm, std::function<void(RubyVM&)> lastWords) : m_vm(vm), m_lastWords(std::move(lastWords)) {}
@@ -302,7 +302,7 @@ struct LastWords {
     std::function<void(RubyVM&)> action;
 };
 
-/// What a dying object may do to its VM, crossed with the ways in which a script lets go of it.
+/// Every action of a dying object on its VM, combined with every way a script can drop the object.
 class DyingHostObject : public ::testing::TestWithParam<std::size_t> {
 protected:
     static const std::vector<LastWords>& lastWords() {
@@ -415,7 +415,7 @@ TEST_P(DyingHostObject, IsLetGo) {
                 words.action(dying);
             });
             RubyVM factory;
-            // A function value of its own that no global of the VM holds.
+            // A separate function value that no global of the VM holds.
             factory.bindFunction("made", [watcher](RubyVM&, RubyArguments) { return RubyValue(1); });
             RubyValue function;
             (void)factory.getGlobal("made", function);
@@ -429,7 +429,7 @@ TEST_P(DyingHostObject, IsLetGo) {
             return RubyValue(inner.runScriptString(arguments[0].asString(), "nested").ok);
         });
         (void)vm.runScriptString(source, "t");
-        // Whatever still holds one is let go while the VM is there.
+        // Drops all remaining references while the VM still exists.
         (void)vm.runScriptString("g = nil list = nil map = nil x = nil y = nil r = nil", "t");
         EXPECT_GT(made, 0);
         EXPECT_EQ(made, died);

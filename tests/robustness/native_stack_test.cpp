@@ -1,4 +1,4 @@
-// Deep and cyclic data, deep nesting and deep recursion meet an ordinary error, on large and on small native stacks.
+// Deep and cyclic data, deep nesting and deep recursion end in an ordinary error, on large and small native stacks.
 #include <alloca.h>
 #include <gtest/gtest.h>
 
@@ -20,11 +20,11 @@ constexpr std::size_t kMillion = 1'000'000;
 
 bool isOverflow(const std::string& text) { return text.starts_with("error: ") && text.ends_with("stack overflow"); }
 
-/// Where the tests run: the size of a thread's stack, or 0 for the thread of the test program.
+/// The parameter is a thread's stack size, or 0 for the main thread of the test program.
 class NativeStack : public ::testing::TestWithParam<std::size_t> {
 protected:
-    /// Runs the script on a stack of the parameter's size; checks that the VM works afterwards. The text of the value
-    /// or of the error.
+    /// Runs the script on a stack of the parameter's size and checks that the VM works afterwards. Returns the text of
+    /// the value or error.
     static std::string result(const std::string& source, const std::function<void(RubyVM&)>& bind = bindBounce) {
         std::string text;
         const auto body = [&] {
@@ -42,7 +42,7 @@ protected:
         return text;
     }
 
-    /// bounce(source) runs the source on the same VM, from inside the host, and passes an error on.
+    /// Binds bounce(source), a host function that runs the source on the same VM and passes errors on.
     static void bindBounce(RubyVM& vm) {
         vm.bindFunction("bounce", [](RubyVM& inner, RubyArguments arguments) {
             RubyResult nested = inner.runScriptString(arguments[0].asString(), "nested");
@@ -174,7 +174,7 @@ TEST_P(NativeStack, CyclicData) {
         "load('return to_s(a)')()",
         "range(1, 2) + [1] == a or a == b",
     };
-    // The cycles are undone at the end, since they are never freed by themselves.
+    // The cycles are broken at the end, since they would never be freed.
     const std::string undo = " def undo() table_clear(a) table_clear(b) table_clear(m) table_clear(o) end undo()\n";
     for (const char* expression : kFailing) {
         const std::string text =
@@ -189,7 +189,8 @@ TEST_P(NativeStack, CyclicData) {
                "len(array_reverse(a)), len(values(m)), keys(m), len(a + b), a[1][1][1][0], type_of(m['m']['m'])]" +
                undo + "return r"),
         "[2, 1, 2, 1, 2, 2, 1, [m], 4, 1, map]");
-    // The same array on both sides compares element by element too; only a scalar in front can decide earlier.
+    // An array is compared with itself element by element too; only a differing scalar before the cycle decides
+    // earlier.
     EXPECT_EQ(result(cycles + "b[0] = 2 r = [a == b, [a] == [b, 1]]" + undo + "return r"), "[false, false]");
 }
 
@@ -247,8 +248,8 @@ TEST_P(NativeStack, WorkNearTheEndOfTheStack) {
         "  t = read_file(path) + string_gsub('a1', '%d+', 'x') + math_floor(2.5) + string_join_all()\n"
         "  return load('return 1 + 1')() + len(t)\nend\n"
         "def string_join_all() return array_join(string_split('a,b,c', ','), '-') end\n"
-        // On the way back up from the end of the stack the deepest calls do all that in protected mode: where they are,
-        // and one level further down, where the deepest one cannot get.
+        // On the way back from the end of the stack, the deepest calls do all this in protected mode: at their own
+        // level, and one level further down, which the deepest one cannot reach.
         "def dive()\n  r = pcall(bounce, 'dive()')\n"
         "  if turn() then\n    w = pcall(work) note(len(w) == 3)\n"
         "    w = pcall(bounce, 'work()') note(len(w) == 3)\n  end\n  return r[len(r) - 1]\nend\n"
@@ -281,7 +282,7 @@ INSTANTIATE_TEST_SUITE_P(Stacks, NativeStack, ::testing::Values(0U, kSmallStack,
                                                      : "of_" + std::to_string(stack.param / 1024) + "_KiB";
                          });
 
-// Where exactly in a call the stack ends is chance: it depends on where the system put the stack.
+// Where in a call the stack ends depends on where the system placed the stack.
 TEST(OverflowingCalls, NameTheirPlaceWhereverTheStackEnds) {
     struct Recursion {
         const char* source;
@@ -294,7 +295,7 @@ TEST(OverflowingCalls, NameTheirPlaceWhereverTheStackEnds) {
         {"def g(n)\nreturn n + 1\nend\ndef f(n)\nx = g(n)\ny = f(x)\nreturn y\nend\nreturn pcall(f, 0)[2]",
          {"t:2: stack overflow", "t:5: stack overflow", "t:6: stack overflow"}},
     };
-    // More than what one of the calls takes.
+    // More than one of the calls needs.
     constexpr std::size_t kLargestShift = kAddressSanitizer || kThreadSanitizer ? 8192 : 2048;
     constexpr std::size_t kStep = 32;
     for (std::size_t shift = kStep; shift <= kLargestShift; shift += kStep) {
@@ -302,7 +303,7 @@ TEST(OverflowingCalls, NameTheirPlaceWhereverTheStackEnds) {
             auto* const shifted = static_cast<volatile char*>(alloca(shift));
             shifted[0] = 0;
             RubyVM vm;
-            // The other executor takes no native stack for calls.
+            // The other executor uses no native stack for calls.
             RubyVM::Impl::of(vm).executor = internal::ExecutorChoice::PlainOnly;
             for (const Recursion& recursion : recursions) {
                 const std::string text = outcome(vm, recursion.source);
@@ -313,7 +314,7 @@ TEST(OverflowingCalls, NameTheirPlaceWhereverTheStackEnds) {
     }
 }
 
-// The frames of the host take stack that the guard has not seen in use before.
+// The frames of the host use stack that the guard has not yet seen in use.
 TEST(StackOfTheProgram, IsGuardedBelowTheFramesOfTheHost) {
     constexpr std::array<std::size_t, 3> kFrames{256 * 1024, 3 * 1024 * 1024, 6 * 1024 * 1024};
     RubyVM vm;
@@ -329,7 +330,7 @@ TEST(StackOfTheProgram, IsGuardedBelowTheFramesOfTheHost) {
     }
 }
 
-/// The program itself, started with little stack for its main thread.
+/// Runs the program with a small stack for its main thread.
 ProcessOutcome runWithStack(const std::string& source, rlim_t bytes) {
     const TemporaryDirectory directory;
     writeFile(directory.file("script.rb"), source);

@@ -1,5 +1,5 @@
-// What a failed allocation costs: memory is only gathered for the system when it has run short. And what it costs to
-// refuse sizes: the system is not asked for its limits again and again.
+// The cost of failed allocations: free memory is returned to the system only when memory has run short. And the cost of
+// refusing sizes: the system is not asked for its limits again and again.
 #include <gtest/gtest.h>
 #include <malloc.h>
 #include <sys/resource.h>
@@ -17,13 +17,13 @@ std::size_t questions = 0;
 
 }  // namespace
 
-/// Takes the place of the allocator's, which walks through all free memory of the process.
+/// Replaces the allocator's function, which walks through all free memory of the process.
 extern "C" int malloc_trim(std::size_t /*pad*/) {
     ++walks;
     return 0;
 }
 
-/// Takes the place of the system's, and answers as that does.
+/// Replaces the system's function and gives the same answer.
 extern "C" int getrlimit(__rlimit_resource_t resource, struct rlimit* limits) noexcept {
     ++questions;
     return prlimit(0, static_cast<__rlimit_resource>(resource), nullptr, limits);

@@ -1,5 +1,5 @@
-// A program that has no file descriptor left when its first script runs: the guard of the native stack must not need
-// one. A program of its own, because the limits of a stack are measured once. Ends with 0 when all is well.
+// Has no file descriptor left when its first script runs: the guard of the native stack must not need one. A separate
+// program, because stack limits are measured only once. Exits with 0 on success.
 #include <sys/resource.h>
 
 #include <iostream>

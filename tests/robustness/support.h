@@ -1,4 +1,4 @@
-// What the robustness tests share: what they are built with, how a run went, and the support of all tests.
+// Shared by the robustness tests: build properties, outcomes of runs, and the general test support.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@
 
 namespace morvel::ruby::tests {
 
-/// Whether the compiler optimises, so that tests may repeat more.
+/// Whether the build is optimised, so that tests can afford more repetitions.
 #if defined(__OPTIMIZE__)
 inline constexpr bool kOptimised = true;
 #else
@@ -44,16 +44,16 @@ inline constexpr bool kThreadSanitizer = false;
 inline constexpr bool kThreadSanitizer = false;
 #endif
 
-/// Runs source text and gives the text of its value, or "error: " and the message.
+/// Runs source code and returns the text of its value, or "error: " and the message.
 [[nodiscard]] std::string outcome(RubyVM& vm, const std::string& source);
 
-/// The same on a VM of its own.
+/// The same on a new VM.
 [[nodiscard]] std::string outcome(const std::string& source);
 
-/// True when the VM still computes: to be asked after every failure.
+/// True if the VM still works; checked after every failure.
 [[nodiscard]] bool isUsable(RubyVM& vm);
 
-/// A text several times over.
+/// `text` repeated `times` times.
 [[nodiscard]] std::string repeated(const std::string& text, std::size_t times);
 
 }  // namespace morvel::ruby::tests
