@@ -1,4 +1,4 @@
-// Runs one program on either executor and tells what could be seen of it.
+// Runs a program on either executor and returns its observable outcome.
 #pragma once
 
 #include <string>
@@ -17,7 +17,7 @@ struct Observation {
 
     bool operator==(const Observation&) const = default;
 
-    /// Where the native stack ends depends on the executor, and so does what such a run has done by then.
+    /// Where the native stack ends depends on the executor, and so does everything the run has done by then.
     [[nodiscard]] bool reachedTheStackLimit() const;
     [[nodiscard]] std::string describe() const;
 };

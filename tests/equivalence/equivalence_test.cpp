@@ -1,5 +1,5 @@
-// The two executors show the same on the script tests, the examples and the benchmarks. For generated programs and
-// instructions fuzz/differential_target.cpp compares them.
+// Both executors behave the same on the script tests, examples and benchmarks. fuzz/differential_target.cpp compares
+// them on generated programs and instructions.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// An empty folder to run file-writing scripts in.
+/// An empty working directory for scripts that write files.
 class WorkingDirectory {
 public:
     WorkingDirectory() : m_previous(fs::current_path()) { fs::current_path(m_directory.path()); }
@@ -43,8 +43,8 @@ Observation observeFile(const fs::path& script, internal::ExecutorChoice executo
 
 std::vector<fs::path> corpus() {
     std::vector<fs::path> scripts;
-    // Scripts that reach a limit on purpose see where it lies, and what the clock and unseeded random numbers say is
-    // never twice the same.
+    // Scripts that reach a limit on purpose can observe where it lies, and the clock and unseeded random numbers never
+    // repeat.
     const std::set<std::string> excluded{"limits", "cli", "repl"};
     for (const auto& entry : fs::recursive_directory_iterator(MORVELTESK_SCRIPTS_DIR)) {
         if (entry.path().extension() == ".rb" && excluded.count(entry.path().parent_path().filename().string()) == 0) {

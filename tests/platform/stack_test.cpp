@@ -15,7 +15,7 @@ using platform::StackGrowth;
 
 std::uintptr_t here() { return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)); }
 
-/// True when the system tells of a stack that holds this frame.
+/// True if the system reports a stack that contains this frame.
 bool isOnStackOfThread() {
     const std::uintptr_t frame = here();
     const auto stack = platform::threadStack(frame);
@@ -38,7 +38,7 @@ TEST(ThreadStack, OfAThreadIsNotThatOfAnother) {
     EXPECT_NE(mine->lowest, other->lowest);
 }
 
-// What a host that switches stacks by itself gets: an address that is on no stack of the system's.
+// As in a host that switches stacks itself, the address is on none of the system's stacks.
 TEST(ThreadStack, IsTheOneOfTheSystemWhateverTheAddress) {
     std::thread([] {
         const auto stack = platform::threadStack(here());

@@ -1,4 +1,4 @@
-// The standard library as every new VM has it.
+// The standard library of a new VM.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -61,7 +61,7 @@ TEST(Registration, ReplacingABuiltInLeavesOtherVmsAlone) {
     EXPECT_EQ("0", later.runScriptString("return len([])", "t").value.toString());
 }
 
-// The count comes first, whatever the arguments are.
+// The argument count is checked first, whatever the arguments are.
 TEST(Registration, TheCountIsCheckedBeforeTheKinds) {
     expectScriptError("string_sub expects between 2 and 3 arguments", "string_sub(5)");
     expectScriptError("len expects exactly 1 argument", "len(1, 2)");
@@ -77,7 +77,7 @@ std::string invoke(RubyVM& vm, const std::string& name, const RubyArray& argumen
     return description.empty() ? error : description;
 }
 
-// A host may call the registered functions itself; they behave like the calls that the interpreter carries out.
+// A host may call the registered functions directly; they behave like calls executed by the interpreter.
 TEST(Registration, TheBodiesOfTheInterpretersOwnFunctions) {
     RubyVM vm;
     ASSERT_TRUE(
@@ -121,7 +121,7 @@ TEST(Random, EveryVmHasAGeneratorOfItsOwn) {
     for (RubyVM* vm : {&first, &second, &alone}) {
         valueOf(*vm, "math_random_seed(42)");
     }
-    // What one draws does not move the other on, nor does reseeding it.
+    // Drawing from one generator, or reseeding it, does not advance the other.
     for (int i = 0; i < 20; ++i) {
         const std::string expected = describe(valueOf(alone, "return [math_random(), math_random(1000000)]"));
         EXPECT_EQ(expected, describe(valueOf(first, "return [math_random(), math_random(1000000)]")));
@@ -138,7 +138,8 @@ TEST(Random, NewVmsAreSeededDifferently) {
     EXPECT_NE(describe(valueOf(first, draw)), describe(valueOf(second, draw)));
 }
 
-// The 64 bits of the seed, negative ones too, start the engine; integers come from the standard distribution over it.
+// All 64 bits of the seed, which may be negative, seed the engine; integers come from the standard distribution over
+// it.
 TEST(Random, DrawsFollowTheStandardEngine) {
     constexpr std::int64_t kSmallest = std::numeric_limits<std::int64_t>::min();
     constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
@@ -166,7 +167,7 @@ TEST(Random, DrawsFollowTheStandardEngine) {
     }
 }
 
-// The largest draws round up to 2 to the power 64 as floats.
+// As floats, the largest draws round up to 2 to the power of 64.
 TEST(Random, FractionsStayBelowOne) {
     RubyVM vm;
     std::mt19937_64& engine = RubyVM::Impl::of(vm).random;

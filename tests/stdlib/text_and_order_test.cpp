@@ -1,4 +1,4 @@
-// Numbers from text, character classes, and the order of sorting.
+// Parsing of numbers, character classes, and sort order.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -137,7 +137,7 @@ TEST(Sort, StringsGoByTheirBytes) {
     std::mt19937 random(3);
     std::vector<std::string> texts;
     for (int i = 0; i < 3000; ++i) {
-        // Of few bytes, so that many texts begin alike.
+        // Few distinct bytes, so that many strings share a prefix.
         std::string text;
         while (text.size() < static_cast<std::size_t>(i % 20)) {
             text += "\0a\xff"[random() % 3];
@@ -181,7 +181,7 @@ TEST(Locale, OfTheStandardStreamsDoesNotMatter) {
     std::locale::global(before);
 }
 
-// The host may set any locale; numbers and texts of scripts do not follow it.
+// The host may set any locale; scripts' numbers and strings do not follow it.
 TEST(Locale, OfTheCLibraryDoesNotMatter) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "tr_TR.UTF-8", "C.UTF-8"}) {

@@ -1,4 +1,4 @@
-// Searching texts.
+// Searching strings.
 #include "stdlib/text_search.h"
 
 #include <gtest/gtest.h>
@@ -34,7 +34,7 @@ std::vector<std::size_t> expectedPlaces(std::string_view text, std::string_view 
     return places;
 }
 
-/// A text in memory of exactly its size, so that reading past it is noticed.
+/// A string in a buffer of exactly its size, so that reads past the end are detected.
 class ExactText {
 public:
     explicit ExactText(const std::string& text) : m_bytes(new char[text.size()]), m_size(text.size()) {
@@ -96,7 +96,7 @@ TEST(TextSearch, AgreesWithTheStandardSearch) {
     }
 }
 
-/// Long stretches of one letter: nearly every place looks right at its beginning and its end.
+/// Long runs of one letter: nearly every position matches at its beginning and end.
 std::string stretches(std::mt19937& random, std::size_t size) {
     std::string text(size, 'a');
     for (std::size_t breaks = random() % 4; breaks > 0 && size > 0; --breaks) {
@@ -123,7 +123,7 @@ TEST(TextSearch, AgreesWithTheStandardSearchWherePlacesLookAlike) {
     EXPECT_GT(found, std::size_t{kRounds});
 }
 
-// Comparing the whole of what is looked for at every place would take a minute and more.
+// Comparing the whole needle at every position would take more than a minute.
 TEST(TextSearch, TakesTimeInProportionToTheText) {
     constexpr std::size_t kSize = 3'000'000;
     constexpr double kMostSeconds = 5;

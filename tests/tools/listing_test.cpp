@@ -145,7 +145,7 @@ TEST(EngineListing, TellsWhatTheBaselineInterpreterRuns) {
 }
 
 TEST(EngineListing, ShortcutsAreTakenUpToADepthOf255) {
-    // The callee of len is at the depth that is given.
+    // The callee of len is at the given depth.
     const auto atDepth = [](int depth) {
         return engineListing("def f(a) return " + repeated("[1, ", depth) + "len(a)" + repeated("]", depth) + " end",
                              "t");
@@ -156,7 +156,7 @@ TEST(EngineListing, ShortcutsAreTakenUpToADepthOf255) {
 }
 
 TEST(EngineListing, OnlyGlobalsStandForBuiltIns) {
-    // However many locals there are, none is taken for the built-in whose slot has the same number.
+    // However many locals there are, none is mistaken for the built-in with the same slot number.
     std::string parameters = "p";
     std::string calls;
     for (int i = 0; i < 200; ++i) {
@@ -183,7 +183,7 @@ TEST(EngineListing, IsNotMuchLongerThanTheCode) {
 }
 
 TEST(EngineListing, EndsWhereTheCodeEnds) {
-    // Reached from a jump, the end of the code is an instruction of its own.
+    // If a jump leads to the end of the code, the end is a separate instruction.
     EXPECT_EQ(
         "engine code of program \"hand\", 1 functions\n"
         "\n"

@@ -1,4 +1,4 @@
-// The view of a call's arguments that host functions receive.
+// The view of the arguments that host functions receive.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -36,7 +36,7 @@ TEST(Arguments, AtFailsBeyondTheEnd) {
     EXPECT_EQ("missing argument 101", messageAt(arguments, 100));
 }
 
-// What earlier calls left behind the arguments is not theirs.
+// Values that earlier calls left beyond the arguments are out of reach.
 TEST(Arguments, OfACallDoNotReachIntoEarlierOnes) {
     RubyVM vm;
     vm.bindFunction("first", [](RubyVM&, RubyArguments arguments) { return arguments[0]; });

@@ -1,4 +1,4 @@
-// The arrays that a thread keeps for reuse.
+// The array boxes that a thread keeps for reuse.
 #include "value/box_pools.h"
 
 #include <gtest/gtest.h>
@@ -10,14 +10,14 @@
 namespace morvel::ruby::internal {
 namespace {
 
-/// A dead array with room for `room` elements.
+/// A dead array with capacity for `room` elements.
 ArrayBox* deadArray(std::size_t room) {
     auto* const array = new ArrayBox;
     array->elements.reserve(room);
     return array;
 }
 
-/// False, and the array is gone, when it is not kept.
+/// False if the array was freed instead of kept.
 bool keeps(SpareArrays& spares, std::size_t room) {
     ArrayBox* const array = deadArray(room);
     if (!spares.keep(array)) {

@@ -1,4 +1,4 @@
-// What each C++ type becomes as a value, and which types become none.
+// Which C++ types convert to values, and to which kinds.
 #include "morvel/ruby/conversions.h"
 
 #include <gtest/gtest.h>
@@ -69,7 +69,7 @@ struct ChangingNumber {
 struct OnlyOnce {
     operator std::string() && { return "taken"; }
 };
-/// As values of other languages and formats do, it offers every type.
+/// Converts to every type, as the value classes of other languages and formats do.
 struct Anything {
     template <typename T>
     operator T() const {
@@ -91,7 +91,7 @@ constexpr bool kConverts = std::is_convertible_v<T, RubyValue>&& std::is_constru
 template <typename T>
 constexpr bool kIsNoValue = !std::is_convertible_v<T, RubyValue> && !std::is_constructible_v<RubyValue, T>;
 
-// Numbers and texts, whatever their reference and constness.
+// Numbers and strings, whatever their constness and value category.
 static_assert(kConverts<bool> && kConverts<bool&> && kConverts<const bool&>);
 static_assert(kConverts<char> && kConverts<signed char> && kConverts<unsigned char> && kConverts<wchar_t>);
 static_assert(kConverts<char8_t> && kConverts<char16_t> && kConverts<char32_t>);
@@ -111,11 +111,11 @@ __extension__ using Wide = __int128;
 static_assert(kConverts<Wide>);
 #endif
 
-// Enumerations: what converts to a number by itself does here.
+// Enumerations: those that convert to a number implicitly convert here too.
 static_assert(kConverts<Plain> && kConverts<Large> && kConverts<Letter> && kConverts<Switch> && kConverts<Plain&>);
 static_assert(kIsNoValue<Scoped> && kIsNoValue<ScopedFlag> && kIsNoValue<std::byte>);
 
-// Pointers, members and functions never become numbers or booleans, nor do objects that convert to them.
+// Pointers, member pointers and functions never become numbers or booleans, nor do objects that convert to them.
 static_assert(kIsNoValue<int*> && kIsNoValue<void*> && kIsNoValue<const bool*> && kIsNoValue<RubyValue*>);
 static_assert(kIsNoValue<unsigned char*> && kIsNoValue<char8_t*> && kIsNoValue<wchar_t*> && kIsNoValue<int[3]>);
 static_assert(kIsNoValue<int Base::*> && kIsNoValue<int (Base::*)()> && kIsNoValue<int()> && kIsNoValue<int (*)()>);
@@ -125,16 +125,16 @@ static_assert(kIsNoValue<std::atomic<int*>&> && kIsNoValue<std::shared_ptr<int>>
 static_assert(kIsNoValue<decltype([] {})> && kIsNoValue<decltype([](int number) { return number; })>);
 static_assert(kIsNoValue<std::function<int()>> && kIsNoValue<RubyHostFunction> && kIsNoValue<RubyVM&>);
 
-// Classes with nothing to convert to, or only when asked to.
+// Classes with no conversions, or only explicit ones.
 static_assert(kIsNoValue<Base> && kIsNoValue<std::optional<int>> && kIsNoValue<std::chrono::seconds>);
 static_assert(kIsNoValue<ExplicitlyTo<bool>> && kIsNoValue<ExplicitlyTo<int>> && kIsNoValue<ExplicitlyTo<std::string>>);
 static_assert(kIsNoValue<const ChangingNumber&> && kIsNoValue<OnlyOnce&> && kIsNoValue<std::vector<int>>);
 
-// Function handles are handed over on purpose.
+// Function handles may be passed explicitly.
 static_assert(std::is_constructible_v<RubyValue, std::unique_ptr<RubyFunctionHandle>>);
 static_assert(!std::is_convertible_v<std::unique_ptr<RubyFunctionHandle>, RubyValue>);
 
-// Several kinds at once: which is meant is for the host to say.
+// Conversions to several kinds are ambiguous: the host must choose.
 static_assert(kIsNoValue<To<int, double>> && kIsNoValue<To<bool, int>> && kIsNoValue<To<bool, double>>);
 static_assert(kIsNoValue<To<int, std::string>> && kIsNoValue<To<bool, const char*>>);
 static_assert(kIsNoValue<To<RubyArray, RubyMap>> && kIsNoValue<To<std::string, RubyArray>>);
@@ -151,7 +151,7 @@ static_assert(kMayBeReturned<std::nullptr_t> && kMayBeReturned<Plain> && kMayBeR
 static_assert(kMayBeReturned<std::vector<bool>::reference> && kMayBeReturned<std::atomic<int>&>);
 static_assert(!kMayBeReturned<void> && !kMayBeReturned<Scoped> && !kMayBeReturned<int*>);
 
-/// The kind and the text that a value has when it is copied from an object, as a host writes most often.
+/// The kind and text of a value copy-initialized from an object, the form that hosts use most.
 template <typename T>
 std::string copied(T&& object) {
     const RubyValue value = std::forward<T>(object);  // NOLINT(misc-const-correctness)

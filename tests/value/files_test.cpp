@@ -1,4 +1,4 @@
-// Files, and the limits of memory and of the native stack.
+// Files, and the limits of memory and the native stack.
 #include "value/files.h"
 
 #include <gtest/gtest.h>
@@ -131,7 +131,7 @@ TEST(MemoryLimit, RefusesWhatNoMachineHas) {
     EXPECT_THROW(internal::requireMemory(std::size_t{1} << 60, 16), std::bad_alloc);
 }
 
-/// Recurses until the guard tells that the stack is low; the depth reached.
+/// Recurses until the guard reports that the stack is low; returns the depth reached.
 int depthUntilLow(int depth) {
     volatile char frame[1024] = {};
     if (internal::nativeStackLow()) {

@@ -38,7 +38,7 @@ TEST(MapInterface, ValuesAreMadeFromMaps) {
     const RubyMap map{{"a", 1}};
     const RubyValue copied = map;
     EXPECT_EQ("{\"a\": 1}", tests::describe(copied));
-    // As long as there were only standard maps to choose from, these braces meant one.
+    // When standard maps were the only choice, these braces meant one.
     EXPECT_EQ(2u, RubyValue({{"a", 1}, {"b", 2}}).asMap().size());
     RubyVM vm;
     vm.setGlobal("m", RubyMap{{"x", 1}, {"y", 2}});
@@ -120,7 +120,7 @@ TEST(MapInterface, IteratorsConvertAndCompare) {
     static_assert(std::input_iterator<RubyMap::iterator> && std::input_iterator<RubyMap::const_iterator>);
 }
 
-// As with a std::unordered_map, whose iterators give references to its entries.
+// As with std::unordered_map, whose iterators yield references to its entries.
 TEST(MapInterface, PairsOutliveTemporaryIterators) {
     static_assert(std::is_same_v<decltype(*std::declval<RubyMap::iterator&>()), RubyMap::reference>);
     static_assert(std::is_same_v<decltype(*std::declval<const RubyMap::iterator&>()), RubyMap::reference>);
@@ -139,7 +139,7 @@ TEST(MapInterface, PairsOutliveTemporaryIterators) {
     EXPECT_EQ(key, first.first);
     EXPECT_EQ(key, passed.first);
     EXPECT_EQ("b", behind.first);
-    // An iterator that is used again gives its pair again.
+    // Dereferencing the iterator again yields the same pair.
     EXPECT_EQ("b", (*std::move(position)).first);
     EXPECT_EQ("b", position->first);  // NOLINT(bugprone-use-after-move)
 }
@@ -241,7 +241,8 @@ TEST(MapInterface, Swapping) {
     EXPECT_EQ(&one, &right.at("a"));
 }
 
-// A reference into the map is used after another key was stored: at every size, so that whatever grows has grown.
+// Uses a reference into the map after another key was stored, at every size, so that every part of the map has grown at
+// some point.
 TEST(MapInterface, ReferencesOutliveStoring) {
     RubyMap map;
     map["first"] = "a text of more than fifteen bytes";
@@ -279,7 +280,7 @@ TEST(MapInterface, ReferencesOutliveErasingOthers) {
     EXPECT_EQ("{\"key 500\": 500, \"new\": 500}", describe(map));
 }
 
-// Iteration goes on after its entry is erased, and takes in what is stored meanwhile.
+// Iteration continues after its entry is erased, and reaches entries stored meanwhile.
 TEST(MapInterface, ChangesDuringIteration) {
     RubyMap map;
     for (int i = 0; i < 100; ++i) {

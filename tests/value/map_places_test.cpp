@@ -68,7 +68,7 @@ TEST(MapPlace, TellsEqualTextsFromOthers) {
     MapPlace place;
     for (int round = 0; round < 2; ++round) {
         for (std::int64_t i = 0; i < 10; ++i) {
-            // The place still remembers the key before.
+            // The place still remembers the previous key.
             EXPECT_EQ(i, place.find(map, boxOf(others[static_cast<std::size_t>(i)]))->asInteger());
         }
     }
@@ -82,7 +82,7 @@ TEST(MapPlace, ForgetsErasedEntries) {
         ASSERT_NE(nullptr, place.find(map, boxOf(keys[4])));
         map.take(keys[4]);
         EXPECT_EQ(nullptr, place.find(map, boxOf(keys[4])));
-        // Another key takes the memory of the entry.
+        // Another key reuses the entry's memory.
         map.findOrInsert(RubyValue("new")) = "new";
         EXPECT_EQ(nullptr, place.find(map, boxOf(keys[4])));
         map.findOrInsert(keys[4]) = "again";

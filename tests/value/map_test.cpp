@@ -190,7 +190,7 @@ TEST(Map, KeyAndEntryValues) {
     EXPECT_EQ("[2, 3, 4]", tests::describe(RubyValue(map.entryValues())));
 }
 
-// Keys that look like integers are byte strings like all others.
+// String keys that look like integers are strings like any other.
 TEST(Map, IntegerLikeKeysStayDistinctTexts) {
     const std::vector<std::string> keys{"1",
                                         "01",
@@ -309,7 +309,7 @@ RubyMap makeIntegerMap(int count) {
     return map;
 }
 
-/// The largest block that filling the map with many integers asks for: little when it still has the memory.
+/// The largest block requested while filling the map with many integers: small if the map still has its memory.
 std::size_t largestBlockForFilling(RubyMap& map, int count) {
     const AllocationMeter meter;
     for (int i = 0; i < count; ++i) {
@@ -364,7 +364,7 @@ TEST(Map, ACopyHoldsOnlyWhatLives) {
     EXPECT_EQ(describe(map), describe(copy));
 }
 
-// When the last key goes and comes back, that costs no memory each time.
+// Erasing and storing the last key again and again allocates nothing.
 TEST(Map, ASmallMapKeepsItsMemory) {
     RubyMap map;
     map["a"] = 1;
@@ -376,7 +376,7 @@ TEST(Map, ASmallMapKeepsItsMemory) {
     EXPECT_EQ(0u, AllocationMeter::count());
 }
 
-/// Integers far from each other, some of which have the same low bits as others.
+/// Integers far apart, some of which share their low bits.
 TEST(Map, FindsIntegersOfAnyDistance) {
     constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
     for (const std::int64_t step : {std::int64_t{1}, std::int64_t{-1}, std::int64_t{3}, std::int64_t{1000},
@@ -386,7 +386,7 @@ TEST(Map, FindsIntegersOfAnyDistance) {
         for (std::int64_t i = 0; i < 1000; ++i) {
             map.findOrInsert(RubyValue(5 + i * step)) = i;
         }
-        // Others that none of them is, but that belong in the same slots.
+        // Absent keys that map to the same slots.
         for (std::int64_t i = 0; i < 1000; ++i) {
             ASSERT_NE(nullptr, map.findInteger(5 + i * step)) << step;
             EXPECT_EQ(i, map.findInteger(5 + i * step)->asInteger());
@@ -420,7 +420,7 @@ TEST(Map, AStringKnowsWhetherItIsAnInteger) {
         EXPECT_EQ(12, map.findValue(twelve)->asInteger());
         EXPECT_EQ("text", map.findValue(text)->asString());
     }
-    // A string that changes in place forgets what it knew.
+    // A string that changes in place must drop its cached hash.
     RubyVM vm;
     const RubyResult result = vm.runScriptString(R"(
 def f()
@@ -439,7 +439,7 @@ f()
     EXPECT_EQ("2", tests::describe(result.value)) << result.error;
 }
 
-/// The same operations on a map and on a model made of standard containers.
+/// Performs the same operations on a map and on a model made of standard containers.
 class ModelledMap {
 public:
     void assign(const std::string& key, int number) {
@@ -474,7 +474,7 @@ public:
 
     void shrink() { m_map.shrink_to_fit(); }
 
-    /// Takes the oldest key out, and stores it again: it is the last then.
+    /// Removes the oldest key and stores it again, which makes it the last.
     void moveOldest() {
         if (m_order.empty()) {
             return;
@@ -487,7 +487,7 @@ public:
         std::rotate(m_order.begin(), m_order.begin() + 1, m_order.end());
     }
 
-    /// Erases entries on the way through the map, by key or by iterator.
+    /// Erases entries during iteration, by key or by iterator.
     template <typename IsWanted>
     void eraseDuring(IsWanted isWanted) {
         std::vector<std::string> visited;
@@ -549,7 +549,7 @@ std::string randomKey(std::mt19937& random, unsigned variety) {
     }
 }
 
-/// Small integers, and now and then something else: the only keys of a map, or not.
+/// Small integers with an occasional other key.
 std::string denseKey(std::mt19937& random, unsigned variety) {
     constexpr unsigned kOneOf = 3000;
     return random() % kOneOf == 0 ? randomKey(random, variety) : std::to_string(random() % variety);
@@ -562,7 +562,7 @@ void runRandomOperations(MakeKey& makeKey, unsigned variety) {
     ModelledMap map;
     for (int step = 0; step < 20000; ++step) {
         const std::string key = makeKey(random, variety);
-        // Phases of growing and of shrinking reach every size many times.
+        // Phases of growth and shrinkage reach every size many times.
         const unsigned storing = (step / 1000) % 2 == 0 ? 60 : 25;
         const auto choice = random() % 100;
         if (choice < storing) {

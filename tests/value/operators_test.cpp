@@ -35,7 +35,7 @@ std::vector<RubyValue> oneOfEachKind() {
     return {nullptr, 5, 2.5, true, "5", RubyArray{1}, RubyMap(), makeFunctionValue("f")};
 }
 
-/// The description of the result, or the message. Errors are located at line 12 of the program "t".
+/// The description of the result, or the error message. Errors are at line 12 of the program "t".
 std::string apply(OpCode op, const RubyValue& left, const RubyValue& right) {
     internal::Program program;
     program.name = "t";
@@ -293,7 +293,7 @@ TEST(Equal, ArraysElementByElement) {
     EXPECT_TRUE(equal(RubyArray{1}, RubyArray{1.0}));
     EXPECT_FALSE(equal(RubyArray{1, 2}, RubyArray{1}));
     EXPECT_FALSE(equal(RubyArray{1, 2}, RubyArray{2, 1}));
-    // Also for one and the same array: NaN is unequal to itself.
+    // This also holds for an array and itself, since NaN is not equal to itself.
     const RubyValue array(RubyArray{kNan});
     EXPECT_FALSE(equal(array, array));
 }
@@ -343,7 +343,7 @@ TEST(Compare, Numbers) {
     EXPECT_EQ("ffff", compareAll(kNan, kNan));
 }
 
-// Not within the tolerance of equality: compared exactly as doubles.
+// Ordering ignores the tolerance of equality: doubles are compared exactly.
 TEST(Compare, CloseFloatsAreOrdered) { EXPECT_EQ("ttff", compareAll(1.0, 1.0000000000000002)); }
 
 TEST(Compare, IntegersGoThroughDoubles) {

@@ -1,4 +1,4 @@
-// Text of values.
+// Rendering of values.
 #include "value/render.h"
 
 #include <gtest/gtest.h>
@@ -63,7 +63,7 @@ TEST(Render, FloatsHaveSixSignificantDigits) {
     }
 }
 
-/// The number's text from a standard output stream.
+/// The number as a standard output stream prints it.
 std::string streamed(double number) {
     std::ostringstream stream;
     stream << number;
@@ -85,7 +85,7 @@ TEST(Render, FloatsOfFewDigitsAgreeWithTheStandardStreams) {
     }
 }
 
-// The rendering is that of a standard output stream in its default state.
+// Floats render as a standard output stream prints them by default.
 TEST(Render, FloatsAgreeWithTheStandardStreams) {
     std::mt19937_64 random(1);
     for (int i = 0; i < 20000; ++i) {

@@ -12,7 +12,7 @@ namespace {
 
 std::string word(int number) { return "w" + std::to_string(number); }
 
-/// How many strings are made for `draws` words, of which there are `count`, while all strings are in use.
+/// How many strings are made for `draws` draws from `count` words while all the strings stay in use.
 template <typename Strings>
 std::size_t countStrings(Strings& strings, int count, int draws) {
     std::vector<RubyValue> inUse;
@@ -69,7 +69,7 @@ TEST(ShortStrings, DoNotGrowForStringsThatNobodyHolds) {
     for (int i = 0; i < 100; ++i) {
         kept += strings.valueOf(word(i)).data.box == recent[static_cast<std::size_t>(i)].data.box ? 1 : 0;
     }
-    // Two for each of 16 sets.
+    // Two for each of the 16 sets.
     EXPECT_LE(kept, 32);
 }
 

@@ -181,7 +181,7 @@ TEST(Value, AsFloatAcceptsNumbersAndBooleans) {
     EXPECT_EQ(0.0, RubyValue(false).asFloat());
 }
 
-/// The messages of an accessor for the kinds it refuses, in the order of the tags.
+/// Checks an accessor's messages for the kinds that it refuses, in tag order.
 void expectRefusals(const std::vector<Type>& accepted, const std::string& message,
                     const std::function<void(RubyValue&)>& access) {
     for (RubyValue& value : oneOfEachKind()) {

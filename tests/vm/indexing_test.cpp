@@ -1,4 +1,4 @@
-// Reading and storing elements, by scripts.
+// Scripts that read and store elements.
 #include "vm/indexing.h"
 
 #include <gtest/gtest.h>
@@ -98,7 +98,7 @@ TEST(GetIndex, OfStringsFails) {
     expectReadError("array index must be numeric", "text[nil]");
 }
 
-// The index is judged before the container.
+// The index is checked before the container.
 TEST(GetIndex, OfEverythingElseFails) {
     for (const char* container : {"nil", "5", "2.5", "true", "puts"}) {
         const std::string c = container;
@@ -110,8 +110,8 @@ TEST(GetIndex, OfEverythingElseFails) {
     }
 }
 
-/// Runs `container[index] = value` on the global `x` with this start value, at the top level and in a function that has
-/// it as parameter; checks the new value of the variable.
+/// Runs `container[index] = value` on the global `x` with this initial value, at the top level and in a function that
+/// takes it as a parameter; checks the new value of the variable.
 void expectStore(const std::string& description, const std::string& start, const std::string& index,
                  const std::string& value) {
     const std::string store = "x[" + index + "] = " + value;
@@ -140,7 +140,7 @@ TEST(SetIndex, OfArrays) {
 TEST(SetIndex, SharesTheArray) {
     expectScriptValue("[[1, 9], [1, 9]]", "a = [1] b = a a[1] = 9 return [a, b]");
     expectScriptValue("[5]", "def f(list) list[0] = 5 end a = [1] f(a) return a");
-    // An array may hold itself.
+    // An array may contain itself.
     expectScriptValue("[nil, 7]", "a = [1] a[0] = a b = a[0] b[1] = 7 a[0] = nil return a");
 }
 
@@ -150,7 +150,7 @@ TEST(SetIndex, OfArraysFails) {
     expectStoreError("t:2: index must be numeric", "[1]", "'0'");
     expectStoreError("t:2: index must be numeric", "[1]", "nil");
     expectStoreError("t:2: index must be numeric", "[1]", "[]");
-    // Far beyond any memory.
+    // Far larger than any memory.
     expectStoreError("out of memory", "[1]", "9223372036854775807");
     expectStoreError("out of memory", "[1]", "huge");
 }
@@ -176,7 +176,7 @@ TEST(SetIndex, OfStringsReplacesOneByte) {
     expectStore("\"a[c\"", "'abc'", "1", "[1, 2]");
     expectStore("\"a-c\"", "'abc'", "1.7", "-3.5");
     expectStore("\"xbc\"", "'abc'", "false", "'x'");
-    // Other holders of the string do not change.
+    // Other references to the string do not change.
     expectScriptValue("[\"xbc\", \"abc\"]", "a = 'abc' b = a a[0] = 'x' return [a, b]");
     expectScriptValue("[\"xbc\", [\"abc\"]]", "a = 'abc' b = [a] a[0] = 'x' return [a, b]");
     expectScriptValue("\"aaa\"", "a = 'abc' a[1] = a a[2] = a return a");
@@ -187,7 +187,7 @@ TEST(SetIndex, OfStringsFails) {
     expectStoreError("t:2: string index is out of range", "''", "0", "'x'");
     expectStoreError("t:2: string index is out of range", "'abc'", "huge", "'x'");
     expectStoreError("t:2: string assignment requires a non-empty replacement", "'abc'", "0", "''");
-    // The range is judged before the replacement.
+    // The range is checked before the replacement.
     expectStoreError("t:2: string index is out of range", "'abc'", "3", "''");
     expectStoreError("t:2: index must be non-negative", "'abc'", "-1", "'x'");
     expectStoreError("t:2: index must be numeric", "'abc'", "'0'", "'x'");

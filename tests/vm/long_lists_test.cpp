@@ -1,4 +1,4 @@
-// Array literals and argument lists of any length run on the engine and mean the same there.
+// Array literals and argument lists of any length run on the engine, with the same meaning.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,7 +24,7 @@ using internal::Program;
 
 constexpr int kSizes[] = {1, 2, 254, 255, 256, 257, 509, 510, 511, 1000};
 
-/// `text` `count` times with commas in between; each # in it becomes the number of the repetition.
+/// `text` repeated `count` times, separated by commas; each # in it becomes the number of the repetition.
 std::string list(int count, const std::string& text = "#") {
     std::string items;
     for (int i = 0; i < count; ++i) {
@@ -37,7 +37,7 @@ std::string list(int count, const std::string& text = "#") {
     return items;
 }
 
-/// The translation of a program's functions, null where there is none.
+/// The translations of a program's functions; null for those without one.
 std::vector<std::unique_ptr<internal::Code>> translations(Program& program) {
     finalizeProgramMetadata(program);
     internal::GlobalTable globals;
@@ -89,7 +89,7 @@ TEST(LongLists, TakeFewRegisters) {
     EXPECT_LT(codes[1]->registerCount, 600U);
 }
 
-// Deeper than the parser goes where its native stack is small.
+// Deeper than the parser can go on a small native stack.
 constexpr std::int32_t kNesting = 12'000;
 
 /// x = [0, 1, 2, [0, 1, 2, ... [0, 1, 2, 0]]], with 0, 1, 2 in each level `wide` times.
@@ -213,7 +213,7 @@ TEST(LongCalls, PassTheirArguments) {
         expectScriptValue(n, "return host(" + values + ")", [](RubyVM& vm) {
             vm.bindFunction("host", [](RubyVM&, RubyArguments arguments) { return RubyValue(arguments.size()); });
         });
-        // A function with a short form, and a guarded one.
+        // A function with a fast form, and a guarded one.
         expectScriptValue(last, "def f(" + list(size, "p#") + ") return p" + last + " end return f(" + values + ")");
         const std::string guarded =
             "def f(" + list(size, "p#") + ") if p0 > 0 then error('no') end return p" + last + " end ";
@@ -253,11 +253,11 @@ TEST(LongCalls, Recurse) {
     RubyVM vm;
     const RubyResult result = vm.runScriptString(source, "t");
     ASSERT_TRUE(result.ok) << result.error;
-    // Each call passes its parameters on, one place further.
+    // Each call passes its parameters on, shifted by one.
     EXPECT_EQ("299", result.value.toString());
 }
 
-// A host function runs other scripts while it looks at its arguments.
+// A host function runs other scripts while it reads its arguments.
 TEST(LongCalls, ArgumentsStayWhileTheHostRunsScripts) {
     const std::string source = "def again(n) if n > 0 then return again(n - 1) end return [" + list(400) +
                                "] end def f(x) return [x, host(" + list(300, "[x]") + "), x] end return f(7)";

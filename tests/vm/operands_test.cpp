@@ -1,5 +1,5 @@
-// Every operator on values of every kind, with its operands in every place an operand can be, and its result used in
-// every way. The operator functions, which have tests of their own, say what must come out.
+// Every operator on values of every kind, with operands in every possible place and the result used in every way. The
+// operator functions, which have their own tests, give the expected results.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -72,7 +72,7 @@ std::vector<Operator> allOperators() {
 
 struct Operand {
     RubyValue value;
-    /// How a script writes the value; empty when it cannot.
+    /// The literal for the value in a script; empty if there is none.
     std::string literal;
 };
 
@@ -109,13 +109,13 @@ std::vector<Operand> allOperands() {
     };
 }
 
-/// A way to use the result: a program with EXPRESSION in it, and what it gives for a result.
+/// A way to use the result: a program that contains EXPRESSION, and the outcome expected for a result.
 struct Use {
     std::string program;
     bool givesTruth;
 };
 
-// The operands are the parameters l and r, the globals gl and gr, or elements of arrays made on the spot.
+// The operands are the parameters l and r, the globals gl and gr, or elements of temporary arrays.
 const std::vector<std::string> kLeftPlaces{"l", "gl", "[l][0]"};
 const std::vector<std::string> kRightPlaces{"r", "gr", "[r][0]"};
 
@@ -164,8 +164,8 @@ class Operands : public testing::TestWithParam<Operator> {
 protected:
     Operands() { useBaselineInterpreter(m_plain); }
 
-    /// Runs the program on both executors with these operands; checks the outcome, and that the operands stay as
-    /// they were and are held by nobody afterwards.
+    /// Runs the program on both executors with these operands; checks the outcome, and that the operands are unchanged
+    /// and no longer referenced afterwards.
     void check(const RubyBytecode& image, const std::string& source, const Use& use, const RubyValue& left,
                const RubyValue& right) {
         const std::string expected = expectedOutcome(GetParam(), use, left, right);
@@ -241,7 +241,7 @@ private:
         }
     }
 
-    /// Strings are left out: equal ones may be shared.
+    /// Strings are excluded, since equal ones may be shared.
     static std::string holders(const RubyValue& value) {
         const bool counts = value.isBoxed() && !value.isString();
         return counts ? " held " + std::to_string(value.data.box->references) + " times" : "";

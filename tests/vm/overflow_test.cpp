@@ -1,4 +1,5 @@
-// Where an error "stack overflow" has a place, and that pcall catches it in every form of call. Both executors agree.
+// When the error "stack overflow" names a source line, and that pcall catches it in every form of call, on both
+// executors.
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -11,10 +12,10 @@ namespace morvel::ruby::tests {
 
 namespace {
 
-/// On a large stack it takes time to get to the end.
+/// A small stack, since it takes time to exhaust a large one.
 constexpr std::size_t kStack = std::size_t{768} * 1024;
 
-/// Scripts that find a list `ring`, which contains itself: it has no text and is equal to nothing.
+/// Scripts with a global list `ring` that contains itself, so it can be neither rendered nor compared.
 class Overflow : public testing::Test {
 protected:
     Overflow() : m_ring(RubyArray()) { m_ring.asArray().push_back(m_ring); }
@@ -78,7 +79,7 @@ TEST_F(Overflow, OfABuiltInHasNone) {
         expectFailure("stack overflow", line);
         expectResult("[true, false, \"stack overflow\"]", "def work()\n" + line + "\nend\nreturn pcall(work)");
     }
-    // What has a kind that is no key is not rendered.
+    // A value whose kind cannot be a key is not rendered.
     expectFailure("unsupported map key type", "map = map_new() map[ring] = 1");
     expectFailure("unsupported map key type", "map = map_new() return map[ring]");
 }
@@ -117,7 +118,7 @@ TEST_F(Overflow, LeavesAStringThatGrewAlone) {
                  "return [pcall(grow), text, other + 'd']");
 }
 
-// An expression is as deep as it is long when it is a chain of operators; neither executor recurses for it.
+// A chain of operators is an expression as deep as it is long; neither executor recurses to evaluate it.
 TEST(LongExpressions, HaveTheirValueOnBothExecutors) {
     constexpr std::size_t kTerms = 100'000;
     std::string sum = "a";

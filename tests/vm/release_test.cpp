@@ -1,4 +1,4 @@
-// Whatever a script does, and wherever it fails, nothing that it used stays held when the run is over.
+// Whatever a script does, and wherever it fails, the run releases everything that it used.
 #include <gtest/gtest.h>
 
 #include "morvel/ruby/error.h"
@@ -148,7 +148,7 @@ std::string repeated(const std::string& text, int count) {
     return all;
 }
 
-/// Lists that do not fit registers, complete and failing half-way.
+/// Lists too long for registers, some of which fail half-way.
 std::vector<std::string> longBodies() {
     const std::string values = repeated("w, ", 299);
     const std::string parameters = repeated("a, ", 299) + "b";
@@ -177,7 +177,7 @@ void prepareVm(RubyVM& vm) {
     ASSERT_TRUE(vm.runScriptString(kFunctions, "functions").ok);
 }
 
-/// Runs the image with the global w set to a new array, and forgets all about it.
+/// Runs the image with the global w set to a new array, and checks that no reference to the array remains.
 void expectReleased(const RubyBytecode& image, const std::string& source) {
     for (const bool plain : {false, true}) {
         RubyVM vm;
@@ -186,7 +186,7 @@ void expectReleased(const RubyBytecode& image, const std::string& source) {
         }
         prepareVm(vm);
         const RubyValue witness(RubyArray{1});
-        // Twice, since the first run may prepare things for the next.
+        // Twice, since the first run may cache things for the next.
         for (int i = 0; i < 2; ++i) {
             vm.setGlobal("w", witness);
             RubyResult result = vm.runBytecode(image);
@@ -222,7 +222,7 @@ TEST(Release, InProtectedFunctions) {
     }
 }
 
-// With values still on the stack of every caller.
+// Values are still on the stack of every caller.
 TEST(Release, InTheMiddleOfExpressions) {
     for (const std::string& body : kBodies) {
         const std::string source = "def tested(w)\n" + body +

@@ -187,7 +187,7 @@ TEST(Globals, ManyOfThemKeepTheirValues) {
     }
     EXPECT_EQ("2999", run(vm, source));
     EXPECT_EQ("1234", globalOf(vm, "g1234"));
-    // A function translated before more globals came.
+    // A function translated before more globals were added.
     EXPECT_EQ("nil", run(vm, "def f() x = g0 return x + g2999 end return nil"));
     EXPECT_EQ("2999", run(vm, "return f()"));
     for (int i = 3000; i < 6000; ++i) {
@@ -306,7 +306,7 @@ TEST(BindFunction, TakesOverTheTreatmentOfItsName) {
     expectScriptError("boom", "error('boom')", prepare);
     expectScriptValue("[true, 3]", "return pcall(len, 'abc')", prepare);
     expectScriptValue("[1, [1]]", "a = [] v = table_set(a, 0, 1) return [v, a]", prepare);
-    // The treatment goes with the function, not with the variable.
+    // The special treatment belongs to the function, not to the variable.
     expectScriptValue("\"own\"", "error = own return error('boom')", prepare);
 }
 
