@@ -22,7 +22,7 @@ using internal::Program;
 
 constexpr std::size_t kMostOutput = 100'000;
 constexpr std::size_t kMostMemory = std::size_t{24} * 1024 * 1024;
-// No name of a script can be this.
+// No script can use this as a name.
 constexpr const char* kTick = "count a step";
 
 bool jumpsBack(const Instruction& instruction, std::size_t index) {
@@ -35,7 +35,7 @@ bool namesConstant(OpCode op) {
            (info->operand == internal::OperandKind::Constant || info->operand == internal::OperandKind::NameConstant);
 }
 
-/// Rewrites one function.
+/// Rewrites one function so that it counts its steps.
 class StepCounter {
 public:
     StepCounter(CompiledFunction& function, std::int32_t tickName) : m_function(function), m_tickName(tickName) {}
@@ -59,7 +59,7 @@ public:
             }
             m_function.code.push_back(instruction);
         }
-        // Running off the old end must not run into what follows.
+        // Running off the old end must not run into the appended code.
         const std::size_t end = m_function.code.size();
         m_function.code.push_back({OpCode::Jump, 0, 0, 0});
         for (const std::size_t jump : backward) {
@@ -73,8 +73,8 @@ public:
 private:
     static constexpr std::size_t kTickSize = 3;
 
-    /// Counts a step, then goes on at `target`. The conditional jump takes the result off the stack without it becoming
-    /// the function's last value.
+    /// Counts a step, then continues at `target`. The conditional jump pops the result without making it the function's
+    /// last value.
     void emitTick(std::int32_t target) {
         m_function.code.push_back({OpCode::LoadName, m_tickName, 0, 0});
         m_function.code.push_back({OpCode::Call, 0, 0, 0});
@@ -151,7 +151,7 @@ void appendDescription(std::string& text, const RubyValue& value, std::size_t de
 
 RubyValue noFiles(RubyVM&, RubyArguments) { throw RubyError("no files here"); }
 
-/// While it lives, memory beyond what is in use now is limited.
+/// During its lifetime, limits memory beyond what is already in use.
 class MemoryBound {
 public:
     MemoryBound() { tests::limitLiveBytes(tests::allocationCounts().liveBytes + kMostMemory); }
@@ -163,13 +163,13 @@ public:
 }  // namespace
 
 void countSteps(Program& program) {
-    // The fast forms tell which functions run without instructions.
+    // The fast forms show which functions run without executing instructions.
     internal::finalizeProgramMetadata(program);
     const auto tickName = static_cast<std::int32_t>(program.constants.size());
     program.constants.emplace_back(kTick);
     for (CompiledFunction& function : program.functions) {
         for (Instruction& instruction : function.code) {
-            // What was out of range stays so.
+            // Constants that were out of range must stay so.
             if (instruction.a == tickName && namesConstant(instruction.op)) {
                 instruction.a = std::numeric_limits<std::int32_t>::max();
             }
@@ -223,7 +223,7 @@ void BoundedVm::bindSubstitutes() {
     }
 }
 
-// As the built-in does it, with the steps of what is loaded counted too.
+// Like the built-in, but counts the steps of the loaded code too.
 RubyValue BoundedVm::load(RubyArguments arguments) {
     internal::requireArgumentCount("load", arguments.size(), 1, 2);
     for (const RubyValue& argument : arguments) {

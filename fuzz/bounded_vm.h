@@ -1,4 +1,4 @@
-// A VM for the scripts and images of fuzzers: bounded in steps and memory, without files, and the same every time.
+// A VM for fuzzers' scripts and images: bounded in steps and memory, without files, and deterministic.
 #pragma once
 
 #include <cstddef>
@@ -13,11 +13,11 @@
 
 namespace morvel::ruby::fuzz {
 
-/// Changes a program so that it counts its steps: whatever jumps backwards, and every function that calls others, asks
-/// the bounded VM first. Apart from the bound nothing that can be observed changes.
+/// Changes a program so that it counts its steps: every backward jump, and every function that calls others, asks the
+/// bounded VM first. Apart from the bound, its observable behaviour stays the same.
 void countSteps(internal::Program& program);
 
-/// Counting bounds what a program does, and changes its code. What is known to end can run without, as it is.
+/// Counting bounds a program but changes its code. Programs known to end can run uncounted and unchanged.
 enum class Steps : std::uint8_t { Counted, Uncounted };
 
 class BoundedVm {
@@ -35,9 +35,9 @@ public:
     RubyResult run(internal::Program program);
 
     [[nodiscard]] RubyVM& vm() noexcept { return m_vm; }
-    /// What has been printed, up to a limit.
+    /// The output so far, up to a limit.
     [[nodiscard]] const std::string& output() const noexcept { return m_output; }
-    /// True when a program wanted more steps than there are.
+    /// True if a program exceeded the step limit.
     [[nodiscard]] bool ranOutOfSteps() const noexcept { return m_taken > kMostSteps; }
 
 private:
@@ -53,17 +53,17 @@ private:
     std::size_t m_taken = 0;
 };
 
-/// A value's text, or the reason why it has none.
+/// A value's text, or the reason why it cannot be rendered.
 [[nodiscard]] std::string textOf(const RubyValue& value);
 
-/// What a value is, with the kind of everything in it; of large and deep values the beginning. Quick also for values
-/// whose text would be endless.
+/// Describes a value and the kinds of everything in it; large and deep values are cut short. Fast even for values whose
+/// text would be endless.
 [[nodiscard]] std::string describe(const RubyValue& value);
 
-/// Empties every container reachable from a VM's globals, so that rings in them do not count as leaks.
+/// Empties every container reachable from a VM's globals, so that cycles among them do not count as leaks.
 void breakRings(RubyVM& vm);
 
-/// Takes a value apart in the same way.
+/// The same for every container reachable from a value.
 void breakRings(const RubyValue& value);
 
 }  // namespace morvel::ruby::fuzz

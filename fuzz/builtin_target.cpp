@@ -1,4 +1,4 @@
-// Single built-ins with generated arguments, several calls on the same values.
+// Calls single built-ins with generated arguments, several times on the same values.
 #include <array>
 #include <cmath>
 #include <limits>
@@ -49,7 +49,7 @@ public:
     ArgumentGenerator(ByteSource& bytes, RubyVM& vm) : m_bytes(bytes), m_vm(vm) {}
 
     RubyValue value(std::size_t depth) {
-        // Values that are used again are where containers meet themselves.
+        // Reusing values lets containers meet themselves.
         if (!m_made.empty() && m_bytes.chance(70)) {
             return m_made[m_bytes.byte() % m_made.size()];
         }
@@ -83,7 +83,7 @@ private:
             case 8:
                 return array(depth, m_bytes.below(5));
             case 9:
-                // Long enough for sorting to take its usual way.
+                // Long enough for sorting to take its usual path.
                 return array(3, 20 + m_bytes.below(40));
             case 10:
                 return map(depth, m_bytes.below(5));

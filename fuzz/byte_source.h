@@ -1,4 +1,4 @@
-// Decisions drawn from a fuzzer's bytes.
+// Draws decisions from a fuzzer's bytes.
 #pragma once
 
 #include <cstddef>
@@ -8,8 +8,8 @@
 
 namespace morvel::ruby::fuzz {
 
-/// Hands out decisions until the bytes are used up, and only zeros from then on: whoever generates something must make
-/// decision 0 lead to an end.
+/// Hands out decisions until the bytes are used up, then only zeros: in every generator, decision 0 must lead to an
+/// end.
 class ByteSource {
 public:
     explicit ByteSource(std::span<const std::uint8_t> bytes) : m_bytes(bytes) {}
@@ -47,7 +47,7 @@ public:
         return container[below(container.size())];
     }
 
-    /// Everything that is left.
+    /// The remaining bytes.
     std::span<const std::uint8_t> rest() {
         const auto left = m_bytes.subspan(m_position < m_bytes.size() ? m_position : m_bytes.size());
         m_position = m_bytes.size();

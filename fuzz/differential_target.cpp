@@ -1,4 +1,4 @@
-// Generated programs on both executors: results, messages, output and globals must be the same.
+// Runs generated programs on both executors: results, messages, output and globals must be the same.
 #include <algorithm>
 #include <functional>
 #include <span>
@@ -23,14 +23,14 @@ using internal::ExecutorChoice;
 struct Observed {
     std::string text;
     bool ranOutOfSteps = false;
-    /// A bound of memory is met earlier by one executor than by the other.
+    /// One executor may reach the memory limit earlier than the other.
     bool ranOutOfMemory = false;
-    /// Blocks of memory that were not given back.
+    /// Memory blocks that were not freed.
     std::size_t leftBehind = 0;
 };
 
-/// Runs `body` on a thread of its own: what the runtime keeps for reuse goes when the thread ends. The stack is large
-/// enough for either executor to take all steps in calls of calls, and not larger, because rendering something that
+/// Runs `body` on its own thread, because memory kept for reuse is freed when the thread ends. The stack is large
+/// enough for either executor to spend all steps on nested calls, but no larger, because rendering a value that
 /// contains itself uses all of it.
 void runOnThread(const std::function<void()>& body) {
 #ifdef NDEBUG
@@ -62,11 +62,11 @@ Observed observe(const internal::Program& program, ExecutorChoice executor, fuzz
         const RubyResult result = bounded.run(program);
         std::string text = result.ok ? "value: " + fuzz::describe(result.value) : "error: " + result.error;
         text += "\noutput: " + bounded.output() + "\n" + globalTexts(bounded.vm());
-        // The VM goes on as before, whatever happened.
+        // Whatever happened, the VM must remain usable.
         const RubyResult after = bounded.runSource("z = [a, 1] len(z)", "after");
         text += after.ok ? "after: " + fuzz::describe(after.value) : "after: " + after.error;
         observed.ranOutOfSteps = bounded.ranOutOfSteps();
-        // A copy whose memory does not count as the thread's.
+        // A copy whose memory is not attributed to the thread.
         observed.text = text;
     });
     const tests::AllocationCounts after = tests::allocationCounts();
@@ -83,7 +83,8 @@ void compare(const Observed& fast, const Observed& plain, const std::string& des
         fuzz::reportFinding("the executors disagree",
                             (description + "\n--- engine\n" + fast.text + "\n--- plain\n" + plain.text).c_str());
     }
-    // Rings are never freed, and what hangs on them may be shared in different ways; without them all is given back.
+    // Reference cycles are never freed, and the executors may share values reachable from them differently; without
+    // cycles, everything is freed.
     if ((fast.leftBehind == 0) != (plain.leftBehind == 0)) {
         fuzz::reportFinding("only one executor leaves memory behind",
                             (description + "\n--- engine " + std::to_string(fast.leftBehind) + ", plain " +
@@ -92,9 +93,9 @@ void compare(const Observed& fast, const Observed& plain, const std::string& des
     }
 }
 
-/// The program that the bytes stand for; its source text, if it has any, goes to `description`.
+/// The program encoded by the bytes; stores its source code, if any, in `description`.
 internal::Program makeProgram(std::span<const std::uint8_t> data, std::string& description) {
-    // The last bytes tell what to change in the program, the others what it is.
+    // The last bytes choose the changes to the program, the others the program itself.
     constexpr std::size_t kChangeBytes = 60;
     const std::size_t changing = std::min(kChangeBytes, data.size() / 4);
     fuzz::ByteSource bytes(data.first(data.size() - changing));
@@ -127,7 +128,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         compare(counted, observe(program, ExecutorChoice::PlainOnly, fuzz::Steps::Counted), description);
         return 0;
     }
-    // It ends by itself, so that it can run as it was generated.
+    // It ended without reaching the limit, so it can run as generated.
     const Observed plain = observe(program, ExecutorChoice::PlainOnly, fuzz::Steps::Uncounted);
     compare(counted, plain, description + "\n(engine with counted steps)");
     compare(observe(program, ExecutorChoice::Automatic, fuzz::Steps::Uncounted), plain, description);

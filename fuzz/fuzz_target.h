@@ -1,10 +1,10 @@
-// What every fuzz target defines, for libFuzzer and for the plain tester in standalone_main.cpp alike.
+// The entry point of every fuzz target, called by libFuzzer or by standalone_main.cpp.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-/// Tries one input. Ends the process when something is wrong with what happened.
+/// Tries one input. Ends the process if the outcome is wrong.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace morvel::ruby::fuzz {

@@ -1,4 +1,4 @@
-// What the fuzz targets try is worth trying: generated programs are valid and varied, and bounding them changes
+// Checks that the fuzz targets get useful input: generated programs are valid and varied, and bounding them changes
 // nothing.
 #include <gtest/gtest.h>
 #if defined(__SANITIZE_ADDRESS__)
@@ -25,8 +25,8 @@ namespace morvel::ruby::fuzz {
 
 namespace {
 
-/// While it lives, what is allocated may stay: rings are never freed, and generated programs lose some that the
-/// clean-up cannot reach any more.
+/// During its lifetime, allocations may leak: reference cycles are never freed, and generated programs lose some that
+/// the clean-up can no longer reach.
 class RingsMayStay {
 public:
 #if defined(__SANITIZE_ADDRESS__)
@@ -62,7 +62,7 @@ TEST(GeneratedSource, Compiles) {
     }
 }
 
-// A call of a name that there is not would only try how that fails.
+// A call of an undefined name would only test that error.
 TEST(GeneratedSource, CallsBuiltInsThatThereAre) {
     const std::vector<std::string> builtins = tests::builtinNames();
     const auto expectBuiltins = [&builtins](const auto& calls) {

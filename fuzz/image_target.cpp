@@ -1,4 +1,4 @@
-// Any bytes as an image: loaded, written again, listed, and run with a bound.
+// Takes arbitrary bytes as an image: loads it, writes it again, lists it and runs it with bounds.
 #include <algorithm>
 #include <vector>
 
@@ -12,7 +12,8 @@ namespace {
 
 using namespace morvel::ruby;
 
-/// What loads must come out of the writer as it was, up to the version, the bytes of booleans and what follows the end.
+/// An image that loads must be written back unchanged, apart from its version, the bytes of booleans, and trailing
+/// bytes.
 void checkRoundTrip(const RubyBytecode& image) {
     internal::Program program;
     try {

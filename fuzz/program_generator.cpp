@@ -19,7 +19,7 @@ constexpr std::array<std::int32_t, 8> kOddOperands{
     -1, 1 << 20, 1 << 21, std::numeric_limits<std::int32_t>::max(), std::numeric_limits<std::int32_t>::min(),
     17, 300,     70'000};
 
-/// Any opcode, and now and then the first number that is none.
+/// Any opcode, and occasionally the first invalid number.
 OpCode randomOpcode(ByteSource& bytes) { return static_cast<OpCode>(bytes.below(internal::kOpcodes.size() + 1)); }
 
 /// An operand that fits the opcode in most cases.
@@ -44,7 +44,7 @@ std::int32_t operandFor(OpCode op, const Program& program, std::size_t codeSize,
 
 Instruction randomInstruction(const Program& program, std::size_t codeSize, ByteSource& bytes) {
     Instruction instruction;
-    // Names and constants are what the others work on.
+    // Loads of names and constants supply operands for the other instructions.
     instruction.op =
         bytes.chance(110) ? (bytes.chance(128) ? OpCode::PushConst : OpCode::LoadName) : randomOpcode(bytes);
     instruction.a = operandFor(instruction.op, program, codeSize, bytes);
@@ -72,9 +72,9 @@ RubyValue randomConstant(ByteSource& bytes) {
 
 constexpr std::int32_t kFunctionName = 1;
 
-/// Adds an instruction that finds on the stack what it takes; gives how deep the stack is afterwards.
+/// Adds an instruction whose operands are on the stack; returns the stack depth after it.
 std::size_t addBalanced(CompiledFunction& function, const Program& program, std::size_t depth, ByteSource& bytes) {
-    // Few names, so that values of variables lie on the stack while the variables change.
+    // Few names, so that variables change while their old values lie on the stack.
     constexpr std::array<std::int32_t, 4> kNames{0, 0, 8, 2};
     const auto add = [&](OpCode op, std::int32_t a) {
         function.code.push_back({op, a, 0, static_cast<std::uint32_t>(bytes.below(50))});
@@ -118,7 +118,7 @@ std::size_t addBalanced(CompiledFunction& function, const Program& program, std:
     return depth;
 }
 
-/// Gives every function but the first code that mostly runs to its end, and has the first call them all.
+/// Gives every function but the first code that usually runs to its end, and makes the first call them all.
 void fillBalanced(Program& program, ByteSource& bytes) {
     const auto end = [](CompiledFunction& function, std::size_t depth) {
         function.code.push_back({OpCode::MakeArray, static_cast<std::int32_t>(depth), 0, 1});

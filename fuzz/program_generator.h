@@ -1,4 +1,4 @@
-// Generates and changes lists of instructions from a fuzzer's bytes.
+// Generates and mutates lists of instructions from a fuzzer's bytes.
 #pragma once
 
 #include "byte_source.h"

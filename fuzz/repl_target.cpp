@@ -1,4 +1,4 @@
-// Lines of an interactive session: each a chunk of its own, all on one VM.
+// Runs the lines of an interactive session, each as a separate chunk, on one VM.
 #include <string>
 #include <string_view>
 

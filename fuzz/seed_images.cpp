@@ -27,7 +27,7 @@ int main(int argumentCount, char** arguments) {
             std::ifstream file(entry.path(), std::ios::binary);
             const std::string source{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
             const std::string image = (output / entry.path().stem()).string() + ".bytecode";
-            // Scripts that do not compile are among the tests too.
+            // Some test scripts do not compile.
             written += vm.writeBytecodeFile(source, image, entry.path().filename().string()) ? 1U : 0U;
         }
     }

@@ -27,12 +27,12 @@ public:
 private:
     static constexpr std::size_t kMostText = 8000;
     static constexpr std::size_t kDeepest = 4;
-    /// Around the lengths from which on lists do not fit registers.
+    /// Around the lengths at which lists stop fitting into registers.
     static constexpr std::array<std::size_t, 6> kLongLengths{254, 255, 256, 257, 510, 511};
 
     [[nodiscard]] bool isFull(std::size_t depth) const { return depth >= kDeepest || m_text.size() >= kMostText; }
 
-    /// Variables and functions, a few of them missing.
+    /// Variables and functions, with a few left out.
     void preamble() {
         for (const Variable& variable : kVariables) {
             if (!m_bytes.chance(3)) {
@@ -46,7 +46,7 @@ private:
         wideFunction();
     }
 
-    /// Now and then a function with so many parameters that a call's arguments do not fit registers.
+    /// Occasionally a function with so many parameters that a call's arguments do not fit into registers.
     void wideFunction() {
         if (!m_bytes.chance(20)) {
             return;
@@ -60,7 +60,7 @@ private:
         m_text += m_bytes.chance(128) ? "return [p, q] end\n" : "x = [q, a] return x end\n";
     }
 
-    /// The values of a literal or call: mostly the same variable, and an expression in the middle and at the end.
+    /// The values of a literal or call: the same variable repeated, with an expression in the middle and at the end.
     void longList(std::size_t depth, std::size_t length) {
         const std::size_t middle = m_bytes.below(256);
         for (std::size_t i = 0; i < length; ++i) {
@@ -73,7 +73,7 @@ private:
         }
     }
 
-    /// A call with a long list of arguments, in one of the ways that calls are made.
+    /// A call with a long list of arguments, in one of the forms of call.
     void longCall(std::size_t depth) {
         const bool callsWide = m_wideParameters > 0 && m_bytes.chance(200);
         const bool isProtected = m_bytes.chance(60);
@@ -84,8 +84,8 @@ private:
         m_text += ')';
     }
 
-    /// Work whose errors do not end the program: a function called in protected mode, code loaded as a chunk of its
-    /// own, a definition, or just statements.
+    /// Work whose errors do not end the program: a function called in protected mode, code loaded as a separate chunk,
+    /// a definition, or plain statements.
     void unit(std::size_t number) {
         std::string name = "u";
         name += std::to_string(number);
@@ -112,7 +112,7 @@ private:
         m_text += "puts(r, a, b, s, x)\n";
     }
 
-    /// What `generate` appends becomes the inside of a text literal.
+    /// Makes the text that `generate` appends the content of a string literal.
     template <typename Generate>
     void quoted(Generate generate) {
         std::string outer;
@@ -186,7 +186,7 @@ private:
         }
     }
 
-    /// A built-in replaced while other code may be using it.
+    /// Replaces a built-in that other code may be using.
     void rebinding() {
         m_text += m_bytes.pick(kRebound);
         m_text += " = ";
@@ -201,7 +201,7 @@ private:
     void assignment(std::size_t depth) {
         const Variable& variable = m_bytes.pick(kVariables);
         m_text += std::string(variable.name) + " = ";
-        // A variable that grows from itself, the most common kind of assignment.
+        // A variable updated from itself, the most common kind of assignment.
         if (m_bytes.chance(110)) {
             m_text += std::string(variable.name) + (variable.kind == Kind::Number ? " " : " + ");
             if (variable.kind == Kind::Number) {
@@ -215,7 +215,7 @@ private:
         m_text += '\n';
     }
 
-    /// A text grown by several parts at once.
+    /// A string extended by several parts at once.
     void moreParts(std::size_t depth) {
         while (m_bytes.chance(100)) {
             m_text += " + ";
@@ -227,12 +227,12 @@ private:
         }
     }
 
-    /// A text that grows or changes in a variable or an element, mostly where nothing else holds it.
+    /// A string that grows or changes in a variable or an element, usually without other references to it.
     void textBuilding(std::size_t depth) {
         constexpr std::array<std::string_view, 6> kPlaces{"s", "t", "m['k']", "m[1]", "d[0]", "c[a % 3]"};
         const std::string_view place = m_bytes.pick(kPlaces);
         if (m_bytes.chance(60)) {
-            // A hold on the text from elsewhere.
+            // Another reference to the string.
             m_text += m_bytes.chance(128) ? "x = " : "y = ";
             m_text += place;
             m_text += '\n';
@@ -314,7 +314,7 @@ private:
         }
         m_text += " do\n";
         const std::string step = counter + " = " + counter + " + 1\n";
-        // The last statement of a loop gives the value of a function that ends there.
+        // The last statement of a loop determines the value of a function that ends there.
         const bool stepsFirst = m_bytes.chance(128);
         m_text += stepsFirst ? step : "";
         block(depth, 4);
@@ -324,7 +324,7 @@ private:
 
     void definition(std::size_t depth) {
         const Callable& callable = m_bytes.pick(kFunctions);
-        // Now and then the function that guards call.
+        // Occasionally the function that guards call.
         m_text += "def " + std::string(m_bytes.chance(12) ? "error" : callable.name) + "(";
         for (std::size_t i = 0; i < callable.parameters; ++i) {
             m_text += i == 0 ? "" : ", ";
@@ -347,7 +347,7 @@ private:
                 m_text += '\n';
                 break;
             case 2:
-                // Recursion, which ends by its parameter or when the steps are used up.
+                // Recursion, bounded by its parameter or by the step limit.
                 m_text += "if p < 1 then return ";
                 expression(Kind::Anything, depth + 1);
                 m_text += " end\n";
@@ -419,7 +419,7 @@ private:
         }
     }
 
-    /// What a function with a fast form may consist of.
+    /// An expression allowed in a function with a fast form.
     void simpleExpression(std::size_t depth) {
         if (m_bytes.chance(150)) {
             m_text += m_bytes.chance(170) ? "p" : m_bytes.pick(kVariables).name;
@@ -437,7 +437,7 @@ private:
     }
 
     void expression(Kind kind, std::size_t depth) {
-        // Now and then something of another kind.
+        // Occasionally a value of another kind.
         if (m_bytes.chance(14)) {
             kind = m_bytes.pick(kKinds);
         }
@@ -574,7 +574,7 @@ private:
 
     void fill(std::string_view pattern, std::size_t depth) {
         for (std::size_t i = 0; i < pattern.size(); ++i) {
-            // A question mark is an argument only where one may stand.
+            // A question mark stands for an argument only where one is allowed.
             const bool isArgument = pattern[i] != '?' || (i > 0 && (pattern[i - 1] == '(' || pattern[i - 1] == ' '));
             switch (isArgument ? pattern[i] : '.') {
                 case 'N':
@@ -601,7 +601,7 @@ private:
 
     ByteSource& m_bytes;
     std::string m_text;
-    /// How many parameters w has; 0 when there is no such function.
+    /// The number of parameters of w; 0 if there is no such function.
     std::size_t m_wideParameters = 0;
 };
 

@@ -1,4 +1,4 @@
-// Generates source text by the grammar of the language from a fuzzer's bytes.
+// Generates source code from a fuzzer's bytes, following the grammar of the language.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@
 
 namespace morvel::ruby::fuzz {
 
-/// Source text that always compiles. Leans towards what two executors could disagree on: mixed types, errors inside
-/// expressions, nested pcall, globals, built-ins and functions that change while they are used, names read before they
-/// are assigned, recursion.
+/// Source code that always compiles. Favours constructs on which two executors could disagree: mixed types, errors
+/// inside expressions, nested pcall, globals, built-ins and functions that change while they are used, names read
+/// before they are assigned, recursion.
 [[nodiscard]] std::string generateSource(ByteSource& bytes);
 
 }  // namespace morvel::ruby::fuzz

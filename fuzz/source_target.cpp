@@ -1,4 +1,4 @@
-// Any bytes as source text: compiled, and run with a bound.
+// Takes arbitrary bytes as source code: compiles it and runs it with bounds.
 #include <string>
 
 #include "bounded_vm.h"
@@ -16,7 +16,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         reportFinding("a run that completed has an error", source.c_str());
     }
     (void)textOf(result.value);
-    // Whatever happened, the VM goes on.
+    // Whatever happened, the VM must remain usable.
     bounded.vm().setGlobal("usable", 1);
     if (bounded.runSource("usable + 1", "after").value.toString() != "2") {
         reportFinding("the VM is not usable afterwards", source.c_str());

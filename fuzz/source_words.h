@@ -1,4 +1,4 @@
-// The words that generated source text is made of.
+// The vocabulary of generated source code.
 #pragma once
 
 #include <algorithm>
@@ -11,12 +11,12 @@
 
 namespace morvel::ruby::fuzz {
 
-/// What an expression should give. Most of the time it does.
+/// The kind of value that an expression should have, and usually has.
 enum class Kind : std::uint8_t { Number, Text, Array, Map, Flag, Anything };
 
 inline constexpr std::array kKinds{Kind::Number, Kind::Text, Kind::Array, Kind::Map, Kind::Flag, Kind::Anything};
 
-/// The variables, each usually of one kind. Functions use the same names for their locals.
+/// The variables, each usually of one kind. Functions also use these names for their locals.
 struct Variable {
     std::string_view name;
     Kind kind;
@@ -61,7 +61,7 @@ inline constexpr std::array<std::string_view, 7> kTexts{
     "''", "'a'", "'1'", "'abc,def'", "'text of more than fifteen bytes'", "\"q\\n\"", "'2.5'"};
 inline constexpr std::array<std::string_view, 5> kFlags{"true", "false", "nil", "0", "''"};
 
-/// How the operators of a class are written.
+/// The spellings of the operators of a class.
 template <internal::OpcodeClass kClass>
 constexpr auto spellingsOf() {
     constexpr auto kIsOfClass = [](const internal::OperatorInfo& row) { return classOf(row.op) == kClass; };
@@ -79,7 +79,8 @@ constexpr auto spellingsOf() {
 inline constexpr auto kArithmetic = spellingsOf<internal::OpcodeClass::Arithmetic>();
 inline constexpr auto kComparisons = spellingsOf<internal::OpcodeClass::Comparison>();
 
-// Calls of built-ins by what they give. In the templates N, T, A, M, B and ? stand for arguments of the six kinds.
+// Calls of built-ins by the kind of their result. In the templates, N, T, A, M, B and ? stand for arguments of the six
+// kinds.
 inline constexpr std::array<std::string_view, 17> kNumberCalls{"len(A)",
                                                                "len(T)",
                                                                "len(M)",

@@ -1,6 +1,6 @@
 // Runs a fuzz target without libFuzzer: replays files, then tries a fixed number of random inputs.
 //     TARGET [--rounds N] [--seed N] [--most-bytes N] [--dictionary FILE] [<file or directory>...]
-// The same options give the same inputs. An input that ends the process is kept as the file "finding" in the working
+// The same options give the same inputs. An input that ends the process is saved as the file "finding" in the working
 // directory.
 #include <fcntl.h>
 #include <unistd.h>
@@ -25,7 +25,7 @@ namespace {
 
 using Input = std::vector<std::uint8_t>;
 
-// One input may take this long, in seconds.
+// Time limit for one input, in seconds.
 constexpr unsigned kMostSeconds = 120;
 
 const Input* currentInput = nullptr;
@@ -167,7 +167,7 @@ private:
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-    // A stack of its own: the handler must also work when a stack has overflowed.
+    // The handler has its own stack, because it must also work after a stack overflow.
     static std::array<char, 1 << 16> handlerStack;
     const stack_t stack{handlerStack.data(), 0, handlerStack.size()};
     sigaltstack(&stack, nullptr);
