@@ -1,4 +1,4 @@
-// Lists what an image file holds, or what a script compiles to.
+// Lists the contents of an image file, or the code that a script compiles to.
 //
 //   morvel-disassemble IMAGE            lists an image file
 //   morvel-disassemble --source SCRIPT  compiles a script in memory and lists the result
@@ -36,7 +36,7 @@ RubyBytecode readImage(const std::string& path) {
     return {{content.begin(), content.end()}};
 }
 
-// Loading fills in the locals and fast forms, so a script goes through its image as it does when it is run.
+// Loading fills in the locals and fast forms, so a script passes through its image, as it does when run.
 RubyBytecode compileScriptFile(const std::string& path) { return RubyVM().compileScript(readFile(path), path); }
 
 int usage(const char* invocation) {

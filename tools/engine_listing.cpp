@@ -31,10 +31,10 @@ using internal::Program;
 constexpr std::size_t kPositionWidth = 4;
 constexpr std::size_t kLineWidth = 6;
 constexpr std::size_t kNameWidth = 20;
-// However long a text is that many instructions name, the listing is not much longer than the code.
+// Bounds the listing even if many instructions refer to one long string.
 constexpr std::size_t kLongestText = 60;
 
-/// `render` of a text's beginning, and how much there is in all where that is not all.
+/// Renders the beginning of a string, followed by the total length if it was cut.
 std::string shortened(std::string_view text, std::string (*render)(const std::string&)) {
     const std::string shown = render(std::string(text.substr(0, kLongestText)));
     return text.size() <= kLongestText ? shown : shown + "... " + std::to_string(text.size()) + " bytes";
@@ -99,7 +99,7 @@ private:
         return targets;
     }
 
-    /// The position that the jump at `position` goes to.
+    /// The target of the jump at `position`.
     [[nodiscard]] std::size_t targetOf(std::size_t position, EngineOperand kind) const {
         const EngineInstruction& jump = m_code.instructions[position];
         const std::int64_t distance = kind == EngineOperand::Distance ? static_cast<std::int16_t>(jump.c) : jump.wide();
@@ -181,7 +181,7 @@ private:
 
     [[nodiscard]] std::string globalText(std::size_t slot) const { return '$' + shortName(m_globals.nameOf(slot)); }
 
-    /// What a number means that is a place in a side table, or else the number.
+    /// The meaning of a number that is an index into a side table; otherwise the number itself.
     [[nodiscard]] std::string numberText(EngineOp op, std::size_t number) const {
         if (infoOf(op).operation == Operation::LoadLocalOrGlobal) {
             const internal::LocalFallback& fallback = m_code.fallbacks.at(number);
@@ -194,7 +194,7 @@ private:
         return std::to_string(number);
     }
 
-    /// What `n` says beside which operands die.
+    /// The notes for `n`, other than which operands die.
     [[nodiscard]] std::string notesOf(const EngineInstruction& instruction) const {
         const EngineOpInfo& info = infoOf(instruction.op);
         if (info.does().uses[0] == 'p') {
@@ -214,7 +214,7 @@ private:
 
     using FlagText = std::pair<std::uint8_t, const char*>;
 
-    /// The texts of the flags that are set.
+    /// The texts for the flags that are set.
     static std::string flagTexts(std::uint8_t flags, const std::array<FlagText, 3>& texts) {
         std::string notes;
         for (const auto& [flag, text] : texts) {
@@ -235,7 +235,7 @@ private:
     std::string& m_text;
 };
 
-/// Defines, as nil, the globals that the top-level code of a program gives values.
+/// Defines as nil the globals that a program's top-level code assigns.
 void defineGlobals(const Program& program, RubyVM::Impl& vm) {
     for (const internal::Instruction& instruction : program.functions[0].code) {
         const bool defines =

@@ -77,7 +77,7 @@ std::string meaning(const Program& program, const CompiledFunction& function, st
     return "";
 }
 
-// Operands that the opcode has, and any other that is not 0.
+// The operands that the opcode uses, and any other that is not 0.
 std::string operandText(const Instruction& instruction, const OpcodeInfo* info) {
     const bool hasA = info == nullptr || info->operand != OperandKind::None || instruction.a != 0;
     const bool hasB = info == nullptr || instruction.op == OpCode::DefineFunction || instruction.b != 0;

@@ -9,9 +9,9 @@ struct Program;
 
 namespace morvel::ruby::tools {
 
-/// The listing of a program: its name, then for each function its signature and one line an instruction with index,
-/// source line, opcode name, operands and, after ";", the constant, name or function that an operand means. Operands
-/// that mean nothing are marked as invalid; listing never fails on them.
+/// The listing of a program: its name, then for each function its signature and one line per instruction with index,
+/// source line, opcode name, operands and, after ";", the constant, name or function that an operand refers to.
+/// Operands that refer to nothing are marked as invalid; listing never fails on them.
 ///
 /// Example of one line: `   3  line 2   StoreName       4          ; total`
 [[nodiscard]] std::string listProgram(const internal::Program& program);

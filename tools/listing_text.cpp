@@ -10,7 +10,7 @@ namespace morvel::ruby::tools {
 
 namespace {
 
-// The shortest digits that read back as the same number; "inf" and "nan" need no more.
+// The fewest digits that read back as the same number; "inf" and "nan" need no more.
 std::string floatText(double number) {
     if (!std::isfinite(number)) {
         return RubyValue(number).toString();
@@ -18,11 +18,11 @@ std::string floatText(double number) {
     std::array<char, 32> buffer{};
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
     std::string text(buffer.data(), result.ptr);
-    // Floats always show that they are floats.
+    // A float must be recognizable as one.
     return text.find_first_of(".e") == std::string::npos ? text + ".0" : text;
 }
 
-// A name that could stand in a source text is shown bare.
+// Whether the name can be written unquoted in source code.
 bool isPlainName(std::string_view text) {
     constexpr std::string_view kNameBytes = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_0123456789?!";
     return !text.empty() && text.find_first_not_of(kNameBytes) == std::string_view::npos &&

@@ -1,4 +1,4 @@
-// The parts that listings have in common.
+// Helpers shared by the listings.
 #pragma once
 
 #include <cstddef>
@@ -10,13 +10,13 @@
 
 namespace morvel::ruby::tools {
 
-/// Appends a cell of a table, filled up with spaces to `width`.
+/// Appends a table cell, padded with spaces to `width`.
 void appendPadded(std::string& text, std::string_view cell, std::size_t width, bool toTheRight);
 
-/// A constant as it could stand in a source text: strings quoted, floats always with a point or an exponent.
+/// A constant as written in source code: strings quoted, floats always with a point or an exponent.
 [[nodiscard]] std::string constantText(const RubyValue& constant);
 
-/// A name bare where it could stand in a source text, quoted otherwise.
+/// A name, quoted unless it is valid in source code.
 [[nodiscard]] std::string nameText(const std::string& name);
 
 /// The heading of function `index`: its number, name and parameters.

@@ -40,7 +40,7 @@ def peer(name):
     return next(peer for peer in bench.PEERS if peer.name == name)
 
 
-# Against lua5.4 the ratios are 2 and 0.5 by the median, 3 and 6 by the smallest: every summary differs.
+# Against lua5.4 the ratios are 2 and 0.5 by the median, 3 and 6 by the smallest, so every summary differs.
 LUA = [peer("lua5.4")]
 RUNS = {
     "alpha": {bench.OURS: samples(1.0, 2.0, 3.0), "lua5.4": samples(3.0, 4.0, 9.0)},

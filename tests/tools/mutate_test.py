@@ -1,4 +1,4 @@
-"""What tools/mutate makes of sources."""
+"""Tests of the mutations that tools/mutate generates."""
 
 import importlib.machinery
 import sys
@@ -14,7 +14,7 @@ importlib.machinery.SourceFileLoader("mutate", str(PATH)).exec_module(mutate)
 
 
 def results(source, kind):
-    """The source with each of its mutations of a kind."""
+    """The sources that result from each mutation of one kind."""
     return sorted(mutate.mutated(source, found) for found in mutate.find_mutations(source) if found.kind == kind)
 
 
