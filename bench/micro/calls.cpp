@@ -1,4 +1,4 @@
-// Calls and operations of scripts. Each iteration runs a loop of a script; the reported rate is that of its rounds.
+// Calls and operations in scripts. Each iteration runs a script's loop; the reported rate counts its rounds.
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
@@ -12,7 +12,7 @@ using namespace morvel::ruby;
 
 constexpr std::int64_t kRounds = 10000;
 
-/// Runs `setup`, then measures a loop of kRounds rounds over `body` inside a function. `n` counts the rounds.
+/// Runs `setup`, then measures a loop that runs `body` kRounds times inside a function. `n` counts the rounds.
 void runLoop(benchmark::State& state, const char* setup, const char* body) {
     RubyVM vm;
     vm.bindFunction("host", [](RubyVM&, RubyArguments arguments) { return arguments[0]; });

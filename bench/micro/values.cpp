@@ -1,4 +1,4 @@
-// Copies of values, look-ups in maps, and growing arrays, through the public interface.
+// Copying values, map look-ups and growing arrays, through the public interface.
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
@@ -43,7 +43,7 @@ void makeString(benchmark::State& state) {
 }
 BENCHMARK(makeString)->Arg(8)->Arg(100);
 
-// The keys are values that live on, as the constants of a script do: their hash is known after the first look-up.
+// The keys are long-lived values, like the constants of a script: their hash is cached after the first look-up.
 void findStringConstant(benchmark::State& state) {
     RubyMap map = makeTextMap();
     std::vector<RubyValue> keys;
@@ -58,7 +58,7 @@ void findStringConstant(benchmark::State& state) {
 }
 BENCHMARK(findStringConstant);
 
-// The keys are texts that the map has not seen as values: every look-up hashes.
+// The keys are plain strings, not values with a cached hash: every look-up hashes.
 void findFreshString(benchmark::State& state) {
     const RubyMap map = makeTextMap();
     std::vector<std::string> keys;
