@@ -8,7 +8,7 @@ say() {
     printf '== %s\n' "$*"
 }
 
-# Runs a command as root: as it is when we are root already, with sudo otherwise.
+# Runs a command as root: directly if we are root already, otherwise with sudo.
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
         "$@"
@@ -22,7 +22,7 @@ as_root() {
 
 missing_packages=()
 
-# need_command COMMAND PACKAGE and need_file PATH PACKAGE: PACKAGE is missing when the command or file is not there.
+# need_command COMMAND PACKAGE and need_file PATH PACKAGE: PACKAGE is missing if the command or file does not exist.
 need_command() {
     command -v "$1" >/dev/null 2>&1 || missing_packages+=("$2")
 }
@@ -48,7 +48,7 @@ apt_install() {
         apt-get install -y -q --no-install-recommends "${missing_packages[@]}" </dev/null
 }
 
-# Installs the packages that were found missing; does nothing, and says nothing, when there are none.
+# Installs the missing packages; silent if there are none.
 install_missing() {
     if [ ${#missing_packages[@]} -eq 0 ]; then
         return 0
@@ -58,7 +58,7 @@ install_missing() {
         return 1
     fi
     say "Installing: ${missing_packages[*]}"
-    # A fresh machine has no package lists; one that was switched off for long has lists that no longer hold.
+    # A fresh machine has no package lists; on one that was off for a long time they are out of date.
     if ! compgen -G '/var/lib/apt/lists/*_Packages*' >/dev/null; then
         as_root apt-get update -q </dev/null
         apt_install
@@ -69,7 +69,7 @@ install_missing() {
     missing_packages=()
 }
 
-# configure FOLDER NAME=VALUE...: configures a build folder, or leaves it alone when it has these settings already.
+# configure FOLDER NAME=VALUE...: configures a build folder unless it already has these settings.
 configure() {
     local folder=$1 setting known=yes
     shift
@@ -84,7 +84,7 @@ configure() {
     cmake -S . -B "$folder" "${@/#/-D}"
 }
 
-# Has an effect on new build folders only.
+# Affects only new build folders.
 prefer_ninja() {
     if command -v ninja >/dev/null 2>&1; then
         export CMAKE_GENERATOR=${CMAKE_GENERATOR:-Ninja}
@@ -99,8 +99,8 @@ build() {
     cmake --build "$folder" --parallel "$jobs" ${1:+--target "$@"}
 }
 
-# run_tests FOLDER OPTION...: runs the tests of a build, all of them unless options of ctest choose some, and leaves a
-# summary in FOLDER/tests.xml.
+# run_tests FOLDER OPTION...: runs the tests of a build, all of them unless ctest options select some, and writes a
+# summary to FOLDER/tests.xml.
 run_tests() {
     local folder=$1
     shift
