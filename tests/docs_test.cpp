@@ -1,6 +1,6 @@
-// Runs the examples of the documents with the real program. An example is a block tagged "ruby", followed at once by a
-// block tagged "text" with its standard output, by one tagged "text error" with its standard error, or by both.
-// Also checks that the library reference leaves no built-in out and that links inside the documents lead somewhere.
+// Runs the examples of the documents with the real program. An example is a block tagged "ruby", followed directly by a
+// block tagged "text" with its standard output, one tagged "text error" with its standard error, or both. Also checks
+// that the library reference covers every built-in and that links within the documents have targets.
 
 #include <gtest/gtest.h>
 
@@ -59,7 +59,7 @@ std::vector<fs::path> findDocuments() {
     return documents;
 }
 
-// A fenced block or a line outside of all of them.
+// A fenced block, or a line outside all blocks.
 struct Element {
     std::size_t line = 0;  // from 1
     bool isBlock = false;
@@ -102,7 +102,7 @@ void PrintTo(const Example& example, std::ostream* stream) {
     *stream << example.document.filename().string() << ", line " << example.line;
 }
 
-// The heading's text without its "#"s, or nothing for any other line.
+// The heading's text without its "#"s; nothing for any other line.
 std::optional<std::string> headingOf(const Element& element) {
     const std::size_t level = element.text.find_first_not_of('#');
     if (element.isBlock || level == 0 || level == std::string::npos || element.text[level] != ' ') {
@@ -188,7 +188,7 @@ TEST(LanguageReference, HasExamples) {
     EXPECT_GT(examplesOf(fs::path(MORVELTESK_DOCS_DIR) / "language.md").size(), 0u);
 }
 
-// The names that the reference describes, with the text of each.
+// The names that the reference describes, each with its section.
 std::map<std::string, std::string> describedBuiltins() {
     std::map<std::string, std::string> sections;
     std::string* section = nullptr;
@@ -236,7 +236,7 @@ TEST(LibraryReference, DescribesOnlyWhatTheProgramHas) {
     EXPECT_EQ("", outcome.error);
 }
 
-// How many arguments a built-in takes by its description, and the message for any other number.
+// How many arguments a built-in takes according to its description, and the message for any other number.
 struct Arity {
     std::size_t least = 0;
     std::optional<std::size_t> most;
@@ -252,13 +252,13 @@ Arity arityOf(const std::string& name, const std::string& section) {
         if (kind != "at least") {
             arity.most = kind == "exactly" ? arity.least : std::stoul((*match)[5]);
         }
-        // A description may also tell what happens to a call that it makes.
+        // A description may also quote the message of another function that it calls.
         if (arity.message.starts_with(name + " ")) {
             found.push_back(arity);
         }
     }
     EXPECT_LE(found.size(), 1U) << name;
-    // Nothing is said where any number will do.
+    // A description says nothing if any number is allowed.
     return found.empty() ? Arity() : found.front();
 }
 
@@ -286,7 +286,7 @@ TEST(LibraryReference, SaysHowManyArgumentsABuiltInTakes) {
     }
 }
 
-// The anchor that a heading gets when the document is shown: lower case, without signs, blanks as dashes.
+// The anchor of a heading in the rendered document: lower case, without punctuation, spaces as dashes.
 std::string anchorOf(const std::string& heading) {
     std::string anchor;
     for (const char c : heading) {
@@ -308,7 +308,7 @@ bool hasAnchor(const fs::path& document, const std::string& anchor) {
     });
 }
 
-// The targets of all links in a line; what stands in backquotes is code and holds none.
+// The targets of all links in a line, ignoring code in backquotes.
 std::vector<std::string> linksOf(const std::string& line) {
     std::string text;
     bool code = false;

@@ -1,6 +1,6 @@
-// Runs the scripts under tests/scripts/ and the example programs with the real program, and compares what they print
-// and how they end, byte for byte, with what stands in them or in the files beside them. A few tests of the command
-// line that need more than one run, or a conversation, follow at the end.
+// Runs the scripts under tests/scripts/ and the example programs with the real program, and compares their output and
+// exit status, byte for byte, with the expectations in them or in the files beside them. A few command-line tests that
+// need several runs, or a conversation, follow at the end.
 
 #include <gtest/gtest.h>
 
@@ -35,7 +35,7 @@ ProcessSetup setupOf(const std::vector<std::string>& words, const fs::path& dire
     return setup;
 }
 
-// Through pipes, as most programs are run by others.
+// Through pipes, as other programs usually run it.
 ProcessOutcome runProgram(const std::vector<std::string>& words, const fs::path& directory,
                           std::string_view input = {}) {
     Conversation conversation(setupOf(words, directory));
@@ -148,7 +148,7 @@ void appendScripts(std::vector<Script>& scripts, const fs::path& directory, cons
     }
 }
 
-// All scripts of all areas in a fixed order; "skipped" names an area to leave out.
+// All scripts of all areas in a fixed order, except those of the area `skipped`.
 std::vector<Script> findScripts(std::string_view skipped = {}) {
     std::vector<Script> scripts;
     if (fs::is_directory(MORVELTESK_SCRIPTS_DIR)) {
@@ -179,7 +179,7 @@ std::string withProgramName(std::string text) {
     return text;
 }
 
-// What a script prints stands behind its statements: each "#=> TEXT" is a line. Other output has a file of its own.
+// Expected output follows the statements that print it: each "#=> TEXT" is a line. Other output has its own file.
 constexpr std::string_view kPrints = "#=>";
 
 std::string outputInComments(std::string_view source) {
@@ -237,7 +237,7 @@ INSTANTIATE_TEST_SUITE_P(Source, ScriptTest, testing::ValuesIn(findScripts()), n
 
 class CompiledScriptTest : public testing::TestWithParam<Script> {};
 
-// The bytecode file of a script prints the same and ends the same as the script itself.
+// The bytecode file of a script has the same output and exit status as the script itself.
 TEST_P(CompiledScriptTest, PrintsAndEndsAsExpected) {
     const Script& script = GetParam();
     const TemporaryDirectory directory;
@@ -262,7 +262,7 @@ TEST(ScriptFiles, BelongToAScript) {
                                      : std::vector{".rb"s, ".out"s, ".err"s, ".status"s, ".stdin"s, ".args"s};
             EXPECT_EQ(1, std::count(endings.begin(), endings.end(), ending)) << entry.path();
             EXPECT_TRUE(fs::is_regular_file(fs::path(entry.path()).replace_extension(".rb"))) << entry.path();
-            // Two expectations of the same output would soon differ.
+            // Two expectations for the same output would soon diverge.
             const bool hasComments =
                 ending == ".out" &&
                 readFile(fs::path(entry.path()).replace_extension(".rb")).find(kPrints) != std::string::npos;
@@ -347,7 +347,7 @@ TEST_F(CommandLine, TruncatedBytecodeIsRefused) {
     write("script.rb", "def f(a) return a + 1.5 end\nputs(f(\"x\"), true)\n");
     expectOutcome({}, run({"--compile", "script.rb", "whole.bytecode"}));
     const std::string whole = read("whole.bytecode");
-    // Every cut would do; these keep the test short.
+    // Any cut would do; these keep the test short.
     for (std::size_t length = 0; length < whole.size(); length += 7) {
         write("cut.bytecode", std::string_view(whole).substr(0, length));
         const ProcessOutcome outcome = run({"--run-bytecode", "cut.bytecode"});
@@ -358,7 +358,7 @@ TEST_F(CommandLine, TruncatedBytecodeIsRefused) {
     }
 }
 
-// What a script printed before it failed stands before the error line when both streams are one file.
+// Output from before a failure precedes the error line when both streams go to one file.
 TEST_F(CommandLine, OutputComesBeforeTheErrorInOneFile) {
     write("script.rb", "puts(\"first\")\nprint(\"second\", \"\\n\")\nerror(\"third\")\n");
     Conversation process(setupOf({"script.rb"}, directory()), path("shared.txt"));
@@ -379,7 +379,7 @@ TEST_F(CommandLine, ReplOutputComesInOrderInOneFile) {
         read("shared.txt"));
 }
 
-// A program at the other end of two pipes sees each prompt, and the output before it, without sending the next line.
+// A program connected by two pipes sees each prompt, and the output before it, without sending the next line.
 TEST_F(CommandLine, ReplShowsItsPromptBeforeItReads) {
     Conversation process(setupOf({"--repl"}, directory()));
     ASSERT_TRUE(process.waitForOutput("rb> "));

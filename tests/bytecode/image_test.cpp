@@ -1,4 +1,4 @@
-// Images: what is written, what is read back, and what is refused.
+// Images: what is written, read back and refused.
 #include "bytecode/image.h"
 
 #include <gtest/gtest.h>
@@ -79,7 +79,7 @@ TEST(ImageWriter, AWholeCompiledScript) {
     expected.header().text("t");
     expected.u32(4).u8(1).u64(1).u8(4).text("a").u8(4).text("x").u8(4).text("f");
     expected.u32(2);
-    // The constants of the function's body come before the name that it is defined under.
+    // The constants of the function's body precede the name under which it is defined.
     expected.text("<main>").u32(0).u32(3).record(0, 0, 0, 1).record(3, 0, 0, 1).record(22, 3, 1, 2);
     expected.text("f").u32(1).text("a").u32(3).record(1, 1, 0, 2).record(2, 2, 0, 2).record(3, 0, 0, 2);
     EXPECT_EQ(expected.bytes(), RubyVM().compileScript("1\ndef f(a) x = a end", "t").bytes);
@@ -194,7 +194,7 @@ TEST(RoundTrip, RandomPrograms) {
     }
 }
 
-/// An image up to and including its constants, none.
+/// An image up to the end of its empty constant pool.
 ImageBytes noConstants() {
     ImageBytes bytes;
     bytes.header().text("hand").u32(0);
@@ -253,7 +253,7 @@ TEST(ImageLoader, ConstantTags) {
     for (const unsigned tag : {5u, 6u, 7u, 8u, 128u, 255u}) {
         EXPECT_EQ("bytecode constant type is not supported",
                   loadError(ImageBytes().header().text("n").u32(1).u8(tag).u64(0).u64(0)));
-        // The tag is judged before the payload is read.
+        // The tag is checked before the payload is read.
         EXPECT_EQ("bytecode constant type is not supported", loadError(ImageBytes().header().text("n").u32(1).u8(tag)));
     }
 }
@@ -301,7 +301,7 @@ TEST(ImageLoader, DoesNotLookAtOperands) {
     EXPECT_EQ(200u, static_cast<unsigned>(program.functions[0].code[0].op));
 }
 
-// The message of a cut depends only on what the cut goes through.
+// The message depends only on the field that the cut goes through.
 TEST(ImageLoader, EveryTruncationIsRefused) {
     const RubyBytecode whole = serializeProgram(sampleProgram());
     for (std::size_t length = 0; length < whole.bytes.size(); ++length) {
@@ -343,7 +343,7 @@ TEST(ImageLoader, CutsBetweenAndInsideFields) {
     }
 }
 
-// Nothing is allocated from a count before the bytes for it are there.
+// A count must not lead to an allocation unless the bytes for it are present.
 TEST(ImageLoader, HugeCountsTakeNoMemory) {
     const std::vector<RubyBytecode> images{
         ImageBytes().header().text("n").u32(0xffffffff).image(),
@@ -369,7 +369,7 @@ TEST(ImageLoader, MemoryGrowsWithTheImageNotWithItsCounts) {
     }
     const AllocationMeter meter;
     EXPECT_EQ("bytecode is truncated", loadError(bytes));
-    // Room for one value per byte that is there.
+    // Room for one value per byte present.
     EXPECT_LE(AllocationMeter::largest(), 10000 * sizeof(RubyValue));
 }
 

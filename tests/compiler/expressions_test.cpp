@@ -1,4 +1,4 @@
-// What expressions compile to.
+// The code that expressions compile to.
 #include <gtest/gtest.h>
 
 #include "compiler/compiler.h"
@@ -25,7 +25,7 @@ TEST(Expressions, NumbersAreConverted) {
     EXPECT_EQ("PushConst 9223372036854775807; Pop", code("9223372036854775807"));
     EXPECT_EQ("PushConst 0.1; Pop", code("0.1000"));
     EXPECT_EQ("PushConst 123456789.12345679; Pop", code("123456789.123456789"));
-    // The nearest double of a literal between two doubles.
+    // A literal between two doubles becomes the nearest one.
     EXPECT_EQ("PushConst 9007199254740992.0; Pop", code("9007199254740992.9"));
     EXPECT_EQ("PushConst 1e-30; Pop", code("0.000000000000000000000000000001"));
 }
@@ -129,7 +129,7 @@ TEST(Expressions, ConstantsAreNeverMerged) {
 }
 
 TEST(Expressions, LinesOfPrimariesAndOperators) {
-    // An expression stands on one line: a line break ends it.
+    // An expression occupies one line: a line break ends it.
     EXPECT_EQ("1 1 1 1 2 2 2 2", lines("a + b\nc * d"));
     EXPECT_EQ("3 3 3 3 3 3 3 3", lines("\n\nf(x, [1])[0]"));
 }

@@ -14,7 +14,7 @@ using internal::Lexer;
 using internal::Token;
 using internal::TokenType;
 
-/// A token with a text of its own.
+/// A token that owns its text.
 struct Seen {
     TokenType kind;
     std::string text;
@@ -57,7 +57,7 @@ std::string lexError(const std::string& source) {
     return errorOf([&] { (void)tokens(source); });
 }
 
-/// The text of the one token that the source is.
+/// The text of the only token in the source.
 std::string onlyText(const std::string& source, TokenType kind) {
     const std::vector<Seen> seen = tokens(source);
     EXPECT_EQ(2u, seen.size()) << source;

@@ -316,7 +316,7 @@ TEST(GuardedForm, HandMadeShapes) {
         code[index] = instruction;
         return guardForm(code);
     };
-    // The targets must be equal and just after the jump.
+    // The targets must be equal and directly after the jump.
     EXPECT_EQ("none", changed(1, op(OpCode::JumpIfFalse, 8)));
     EXPECT_EQ("none", changed(1, op(OpCode::JumpIfFalse, 6)));
     EXPECT_EQ("none", changed(6, op(OpCode::Jump, 8)));
@@ -327,7 +327,7 @@ TEST(GuardedForm, HandMadeShapes) {
     EXPECT_EQ("none", changed(0, op(OpCode::JumpIfFalse, 7)));
     EXPECT_EQ("none", changed(6, op(OpCode::Pop)));
     EXPECT_EQ("none", changed(1, op(OpCode::Pop)));
-    // The branch is exactly error("text").
+    // The branch must be exactly error("text").
     EXPECT_EQ("none", changed(2, op(OpCode::PushConst, 1)));
     EXPECT_EQ("none", changed(2, op(OpCode::LoadName, 0)));
     EXPECT_EQ("none", changed(2, op(OpCode::LoadName, 9)));
@@ -353,7 +353,7 @@ TEST(GuardedForm, AJumpBeforeTheConditionalOneIsNoGuard) {
                                  op(OpCode::LoadName, 0), op(OpCode::Return)}));
 }
 
-// The guard's nodes and the body's stand in one list, guard first.
+// The nodes of guard and body share one list, guard first.
 TEST(GuardedForm, SharesOneNodeList) {
     const Program program = analyse("def f(x) if x < 1 then error('m') end return x + 2 end");
     const CompiledFunction& function = program.functions[1];
@@ -364,7 +364,7 @@ TEST(GuardedForm, SharesOneNodeList) {
 
 TEST(FastForm, HandMadeCode) {
     const std::vector<RubyValue> constants{"x", 5};
-    // Operands are not looked at: a leaf may mean a constant that is not there.
+    // Operands are not checked: a leaf may refer to a constant that does not exist.
     Program program = makeProgram({}, {}, {function("f", {}, {op(OpCode::PushConst, 7), op(OpCode::Return)})});
     internal::finalizeProgramMetadata(program);
     ASSERT_EQ(FastKind::Expression, program.functions[1].fastKind);

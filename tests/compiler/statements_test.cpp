@@ -1,4 +1,4 @@
-// What statements compile to.
+// The code that statements compile to.
 #include <gtest/gtest.h>
 
 #include "compiler/compiler.h"
@@ -146,7 +146,7 @@ TEST(ThenAndDo, AreOneOptionalWordEverywhere) {
     EXPECT_EQ("LoadName x; Pop", code("def f then x end", 1));
     EXPECT_EQ("LoadName x; Pop", code("def f() do x end", 1));
     EXPECT_EQ("t:1:11: expected expression", compileError("if a then do b end"));
-    // Not after a line break: a word there starts a statement, which none does.
+    // Not after a line break: there the word would start a statement, but no statement starts with it.
     for (const char* source : {"if a\nthen b end", "if a elsif b\ndo end", "if a else\nthen b end", "while x\ndo end",
                                "def f()\nthen b end", "def f\ndo b end"}) {
         EXPECT_EQ("t:2:1: expected expression", compileError(source)) << source;

@@ -1,4 +1,4 @@
-// What hostile guests do to the programs of the documents.
+// Attacks by hostile guests on the programs of the documents.
 #pragma once
 
 #include <array>
@@ -8,16 +8,16 @@ namespace morvel::ruby::tests {
 
 struct Attack {
     std::string_view name;
-    /// Runs after the program's own script; the program gets this one's result instead, also for the globals that it
-    /// reads. It finds in `_texts` the strings of the program's own script, in `_names` its words, and in `_functions`
-    /// the functions that the program has bound.
+    /// Runs after the program's own script and replaces its result, as well as the globals that the program reads.
+    /// `_texts` holds the strings of the program's script, `_names` its words, and `_functions` the functions that the
+    /// program has bound.
     std::string_view script;
-    /// The message that it ends with, unless it completes.
+    /// The error message that it ends with, unless it completes.
     std::string_view error = {};
 };
 
-/// Calls every function of the host with every pair of arguments, and with none, one and three, and lets every script
-/// function that the host calls back do the like.
+/// Calls every host function with every pair of arguments, and with none, one and three, and makes every script
+/// function that the host calls back do the same.
 inline constexpr std::string_view kCallEverything = R"(
     ring = []
     array_push(ring, ring)

@@ -1,4 +1,4 @@
-// The C++ programs of the documents print what the documents say, and no guest brings them down.
+// The C++ programs of the documents print what the documents say, and no guest crashes them.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -25,10 +25,10 @@ std::vector<std::string> programNames() {
     return names;
 }
 
-/// Runs a program in a folder of its own, on a small stack, under an attack or, when that is empty, as it is.
+/// Runs a program in its own folder on a small stack, under an attack unless that is empty.
 ProcessOutcome run(const std::string& name, const std::string& attack) {
-    // The sanitizers report with a signal. Rings are never freed, so leaks are not looked for. Without sanitizers,
-    // freed memory is overwritten, which shows some of the reads of it.
+    // The sanitizers report with a signal. Reference cycles are never freed, so leak detection is off. Without
+    // sanitizers, freed memory is overwritten, which exposes some reads of it.
     constexpr const char* kScript =
         "cd \"$1\" && ulimit -s 512 && export ASAN_OPTIONS=abort_on_error=1:detect_leaks=0 "
         "UBSAN_OPTIONS=abort_on_error=1:halt_on_error=1 MALLOC_PERTURB_=165 && "
@@ -39,7 +39,7 @@ ProcessOutcome run(const std::string& name, const std::string& attack) {
 
 std::string outputFile(const std::string& name) { return MORVEL_PROGRAM_OUTPUT_DIR "/" + name + ".out"; }
 
-/// The programs that stand in a document; another test has the output of the embedding example.
+/// The programs in the documents; another test checks the output of the embedding example.
 std::vector<std::string> programsWithOutput() {
     std::vector<std::string> names = programNames();
     std::erase_if(names, [](const std::string& name) { return !std::filesystem::exists(outputFile(name)); });
@@ -65,7 +65,7 @@ TEST_P(AttackedProgram, OutlivesHostileGuests) {
     }
 }
 
-// An attack that fails by itself would test nothing.
+// An attack that fails on its own would test nothing.
 TEST(Attacks, DoWhatTheySay) {
     const LeaksAllowed ringsAreMade;
     for (const Attack& attack : kAttacks) {
@@ -73,7 +73,7 @@ TEST(Attacks, DoWhatTheySay) {
         int calls = 0;
         vm.bindFunction("puts", [&](RubyVM&, RubyArguments arguments) {
             ++calls;
-            // Texts take time; the attack that wants them fails.
+            // Rendering takes time; only the attack that is expected to fail needs it.
             for (const RubyValue& argument : arguments) {
                 (void)(attack.error.empty() ? "" : argument.toString());
             }

@@ -24,7 +24,7 @@ namespace {
 using internal::OpCode;
 using tests::op;
 
-/// The names of all functions that the program has bound so far, on any VM.
+/// The names of all functions that the program has bound so far on any VM.
 class BoundNames {
 public:
     void add(const std::string& name) {
@@ -76,7 +76,7 @@ RubyArray textsOf(const std::string& source) {
     return texts;
 }
 
-/// The words of a script, which are the names of its variables and functions among others.
+/// The words of a script, including the names of its variables and functions.
 RubyArray namesOf(const std::string& source) {
     constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_";
     RubyArray names;
@@ -89,8 +89,8 @@ RubyArray namesOf(const std::string& source) {
     return names;
 }
 
-/// Images that no compiler makes: each calls a function without arguments at the very bottom of the stack, and with
-/// more arguments than the stack holds.
+/// Images that the compiler never produces: each calls a function with no arguments at the bottom of the stack, and
+/// with more arguments than the stack holds.
 void runHandMadeImages(RubyVM& vm) {
     for (const std::string& name : boundNames().all()) {
         for (const int count : {0, 1, 3}) {
@@ -102,7 +102,7 @@ void runHandMadeImages(RubyVM& vm) {
     }
 }
 
-/// Does what the attack says. `source` is what the program wanted to run.
+/// Carries out the attack. `source` is the script that the program wanted to run.
 RubyResult attack(RubyVM& vm, const tests::Attack& attack, const std::string& source) {
     RubyArray texts = textsOf(source);
     RubyArray names = namesOf(source);
@@ -110,7 +110,7 @@ RubyResult attack(RubyVM& vm, const tests::Attack& attack, const std::string& so
     for (const std::string& name : boundNames().all()) {
         texts.emplace_back(name);
         names.emplace_back(name);
-        // A program may have several VMs, not all with this function.
+        // A program may have several VMs, not all of which have this function.
         functions += "pcall(load('array_push(_functions, " + name + ")'))\n";
     }
     vm.setGlobal("_texts", texts);
@@ -120,7 +120,7 @@ RubyResult attack(RubyVM& vm, const tests::Attack& attack, const std::string& so
     return runRubyScriptString(vm, std::string(attack.script), "attack");
 }
 
-/// Runs what the program wanted, and then the attack in its place.
+/// Runs the program's script, then the attack, and returns the attack's result.
 template <typename Run>
 RubyResult runAndAttack(RubyVM& vm, const std::string& source, Run run) {
     const tests::Attack* const chosen = currentAttack();
@@ -128,7 +128,7 @@ RubyResult runAndAttack(RubyVM& vm, const std::string& source, Run run) {
         return run();
     }
     RubyResult own = run();
-    // What the guest leaves behind may make the program run very much more.
+    // The attack's side effects may make the program run far more scripts.
     static std::atomic<int> attacksLeft{2};
     return attacksLeft-- > 0 ? attack(vm, *chosen, source) : own;
 }
@@ -145,7 +145,7 @@ bool RubyVM::getGlobalOfGuest(const std::string& name, RubyValue& value) const {
     if (chosen == nullptr) {
         return tests::getGlobalUnchanged(*this, name, value);
     }
-    // A script can set every global to everything, so it is no matter which VM the value comes from.
+    // A script can set any global to any value, so it does not matter which VM the value comes from.
     RubyVM other;
     value = attack(other, *chosen, "").value;
     return true;

@@ -1,4 +1,4 @@
-// The embedding example prints what its comments say.
+// Checks that the embedding example prints what its comments say.
 #include <gtest/gtest.h>
 
 #include "support/process.h"

@@ -1,4 +1,4 @@
-// Memory of the system itself, and how much of it there is.
+// Memory obtained from the system, and how much of it there is.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -121,7 +121,7 @@ TEST(Random, EveryVmHasAGeneratorOfItsOwn) {
     for (RubyVM* vm : {&first, &second, &alone}) {
         valueOf(*vm, "math_random_seed(42)");
     }
-    // Drawing from one generator, or reseeding it, does not advance the other.
+    // Drawing from one generator, or reseeding it, does not affect the other.
     for (int i = 0; i < 20; ++i) {
         const std::string expected = describe(valueOf(alone, "return [math_random(), math_random(1000000)]"));
         EXPECT_EQ(expected, describe(valueOf(first, "return [math_random(), math_random(1000000)]")));
