@@ -194,7 +194,7 @@ private:
         return std::to_string(number);
     }
 
-    /// The notes for `n`, other than which operands die.
+    /// The meaning of the field `n`, apart from which operands die.
     [[nodiscard]] std::string notesOf(const EngineInstruction& instruction) const {
         const EngineOpInfo& info = infoOf(instruction.op);
         if (info.does().uses[0] == 'p') {

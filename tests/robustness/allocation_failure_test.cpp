@@ -317,7 +317,7 @@ TEST(AllocationFailureInPcall, OfOtherFormsIsHandledToo) {
     }
 }
 
-// Values that hosts make of their own containers.
+// Values that hosts make from their own containers.
 TEST(AllocationFailureInValues, LeaksNothing) {
     std::unordered_map<std::string, RubyValue> entries;
     for (int i = 0; i < 40; ++i) {

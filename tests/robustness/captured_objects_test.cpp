@@ -1,5 +1,5 @@
-// Objects captured by a host function are destroyed when the last reference to the function goes, whatever else they
-// end.
+// Objects captured by a host function are destroyed with the last reference to the function, whatever else ends with
+// it.
 #include <gtest/gtest.h>
 
 #include <cstddef>
