@@ -125,11 +125,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         return 0;
     }
     if (counted.ranOutOfSteps) {
-        compare(counted, observe(program, ExecutorChoice::PlainOnly, fuzz::Steps::Counted), description);
+        compare(counted, observe(program, ExecutorChoice::BaselineOnly, fuzz::Steps::Counted), description);
         return 0;
     }
     // It ended without reaching the limit, so it can run as generated.
-    const Observed plain = observe(program, ExecutorChoice::PlainOnly, fuzz::Steps::Uncounted);
+    const Observed plain = observe(program, ExecutorChoice::BaselineOnly, fuzz::Steps::Uncounted);
     compare(counted, plain, description + "\n(engine with counted steps)");
     compare(observe(program, ExecutorChoice::Automatic, fuzz::Steps::Uncounted), plain, description);
     return 0;

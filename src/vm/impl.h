@@ -25,7 +25,7 @@ class Engine;
 using RecentStrings = ShortStrings<2048, 16384>;
 
 /// Which executor runs functions. Only tests, which compare the two, change the choice.
-enum class ExecutorChoice : std::uint8_t { Automatic, PlainOnly };
+enum class ExecutorChoice : std::uint8_t { Automatic, BaselineOnly };
 
 }  // namespace internal
 

@@ -65,7 +65,7 @@ TEST(Equivalence, ScriptTestsAndExamples) {
     ASSERT_GT(scripts.size(), 300U);
     for (const fs::path& script : scripts) {
         const Observation engine = observeFile(script, internal::ExecutorChoice::Automatic);
-        const Observation plain = observeFile(script, internal::ExecutorChoice::PlainOnly);
+        const Observation plain = observeFile(script, internal::ExecutorChoice::BaselineOnly);
         if (engine.reachedTheStackLimit() || plain.reachedTheStackLimit()) {
             continue;
         }
@@ -80,7 +80,7 @@ TEST(Equivalence, Benchmarks) {
         std::string small = tests::readFile(entry.path() / "small");
         small.erase(std::remove(small.begin(), small.end(), '\n'), small.end());
         source.replace(0, source.find('\n'), "n = " + small);
-        for (const auto executor : {internal::ExecutorChoice::Automatic, internal::ExecutorChoice::PlainOnly}) {
+        for (const auto executor : {internal::ExecutorChoice::Automatic, internal::ExecutorChoice::BaselineOnly}) {
             const Observation run = observeSource(source, "benchmark", executor);
             EXPECT_TRUE(run.ok) << entry.path() << run.error;
             EXPECT_EQ(run.output, tests::readFile(entry.path() / "expected")) << entry.path();

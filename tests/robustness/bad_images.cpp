@@ -102,7 +102,7 @@ void runCase(const NamedImage& original, const Case& tried, std::size_t number, 
     startTimer(milliseconds);
     const Observed fast = observe(image, internal::ExecutorChoice::Automatic);
     startTimer(milliseconds);
-    const Observed plain = observe(image, internal::ExecutorChoice::PlainOnly);
+    const Observed plain = observe(image, internal::ExecutorChoice::BaselineOnly);
     startTimer(0);
     ++(fast.ok ? progress.completed : progress.failed);
     if (!(fast == plain) && !original.reachesLimit && !meetsBound(fast) && !meetsBound(plain)) {

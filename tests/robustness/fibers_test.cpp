@@ -174,7 +174,7 @@ std::string executorName(const ::testing::TestParamInfo<ExecutorChoice>& choice)
 }
 
 INSTANTIATE_TEST_SUITE_P(Executors, FibersOnOneVm,
-                         ::testing::Values(ExecutorChoice::Automatic, ExecutorChoice::PlainOnly), executorName);
+                         ::testing::Values(ExecutorChoice::Automatic, ExecutorChoice::BaselineOnly), executorName);
 
 }  // namespace
 

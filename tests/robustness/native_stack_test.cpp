@@ -91,7 +91,7 @@ TEST_P(NativeStack, LongExpressionsAreNotDeepOnes) {
                      "end return 5"),
               "5");
     const std::string sum = "a" + repeated("+a", kMillion / 10 - 1);
-    for (const auto executor : {internal::ExecutorChoice::Automatic, internal::ExecutorChoice::PlainOnly}) {
+    for (const auto executor : {internal::ExecutorChoice::Automatic, internal::ExecutorChoice::BaselineOnly}) {
         const auto choose = [executor](RubyVM& vm) { RubyVM::Impl::of(vm).executor = executor; };
         EXPECT_EQ(result("def f(a) return " + sum + " end return [f(1), pcall(f, 1)]", choose),
                   "[100000, [true, 100000]]");
@@ -304,7 +304,7 @@ TEST(OverflowingCalls, NameTheirPlaceWhereverTheStackEnds) {
             shifted[0] = 0;
             RubyVM vm;
             // The other executor uses no native stack for calls.
-            RubyVM::Impl::of(vm).executor = internal::ExecutorChoice::PlainOnly;
+            RubyVM::Impl::of(vm).executor = internal::ExecutorChoice::BaselineOnly;
             for (const Recursion& recursion : recursions) {
                 const std::string text = outcome(vm, recursion.source);
                 EXPECT_EQ(std::count(recursion.expected.begin(), recursion.expected.end(), text), 1)

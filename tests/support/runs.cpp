@@ -31,7 +31,7 @@ void expectEnding(const std::string& expected, const RubyBytecode& image, const 
 
 }  // namespace
 
-void useBaselineInterpreter(RubyVM& vm) { RubyVM::Impl::of(vm).executor = internal::ExecutorChoice::PlainOnly; }
+void useBaselineInterpreter(RubyVM& vm) { RubyVM::Impl::of(vm).executor = internal::ExecutorChoice::BaselineOnly; }
 
 void expectValue(const std::string& description, const RubyBytecode& image, const Preparation& prepare) {
     expectEnding("value " + description, image, prepare);

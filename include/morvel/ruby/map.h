@@ -22,10 +22,6 @@
 
 namespace morvel::ruby {
 
-namespace internal {
-class MapPlace;
-}
-
 /// A hash map from byte strings to values that keeps insertion order.
 ///
 /// Overwriting an entry keeps its place; erasing it and storing it again moves it to the end. Look-ups take a
@@ -290,8 +286,6 @@ public:
     [[nodiscard]] RubyArray entryValues() const;
 
 private:
-    friend class internal::MapPlace;
-
     /// A key in one word: 0 for an erased entry, an odd number for the integer (key >> 1), else a StringBox pointer
     /// that owns one reference.
     using Key = std::uint64_t;
