@@ -1,5 +1,6 @@
 #include "vm/engine/code_builder.h"
 
+#include <algorithm>
 #include <bit>
 
 #include "value/hash.h"
@@ -27,11 +28,27 @@ ConstantKey keyOfConstant(const RubyValue& constant) {
     return {constant.type, 0};
 }
 
+bool isShortDistance(std::int64_t distance) {
+    return distance >= std::numeric_limits<std::int16_t>::min() && distance <= std::numeric_limits<std::int16_t>::max();
+}
+
 }  // namespace
 
 std::size_t ConstantKeyHash::operator()(const ConstantKey& key) const {
     // Constants come from the image, so the hash must be one that the image's author cannot predict.
     return hashInteger(static_cast<std::int64_t>(key.payload)) ^ static_cast<std::size_t>(key.type);
+}
+
+void CodeBuilder::beginBlock(std::size_t index) {
+    // An empty block behind the jump would start too late without it.
+    const bool endsLastBlock = m_blockStart < m_code->instructions.size();
+    if (endsLastBlock && !m_patches.empty() && m_patches.back().target == index &&
+        m_patches.back().instruction + 1 == m_code->instructions.size() &&
+        m_code->instructions.back().op == EngineOp::Jump) {
+        m_patches.pop_back();
+        dropLast();
+    }
+    m_blockStart = m_code->instructions.size();
 }
 
 void CodeBuilder::emitJump(EngineOp op, std::uint8_t n, std::uint16_t a, std::size_t target) {
@@ -64,18 +81,35 @@ std::unique_ptr<Code> CodeBuilder::finish() { return patchJumps() ? std::move(m_
 bool CodeBuilder::patchJumps() {
     for (const Patch& patch : m_patches) {
         EngineInstruction& jump = m_code->instructions[patch.instruction];
-        const auto distance =
-            static_cast<std::int64_t>(m_starts[patch.target]) - static_cast<std::int64_t>(patch.instruction) - 1;
+        const auto distanceTo = [&](std::size_t destination) {
+            return static_cast<std::int64_t>(destination) - static_cast<std::int64_t>(patch.instruction) - 1;
+        };
+        const std::int64_t distance = distanceTo(destinationOf(patch.target));
+        const std::int64_t direct = distanceTo(m_starts[patch.target]);
         if (!patch.isShort) {
             jump.setWide(static_cast<std::int32_t>(distance));
-        } else if (distance >= std::numeric_limits<std::int16_t>::min() &&
-                   distance <= std::numeric_limits<std::int16_t>::max()) {
-            jump.c = static_cast<std::uint16_t>(distance);
+        } else if (isShortDistance(distance) || isShortDistance(direct)) {
+            jump.c = static_cast<std::uint16_t>(isShortDistance(distance) ? distance : direct);
         } else {
             return false;
         }
     }
     return true;
+}
+
+std::size_t CodeBuilder::destinationOf(std::size_t target) const {
+    // Endless loops may consist of jumps alone.
+    constexpr int kMostHops = 8;
+    std::size_t destination = m_starts[target];
+    for (int hops = 0; hops < kMostHops && destination < m_code->instructions.size() &&
+                       m_code->instructions[destination].op == EngineOp::Jump;
+         ++hops) {
+        const auto next = std::lower_bound(
+            m_patches.begin(), m_patches.end(), destination,
+            [](const Patch& patch, std::size_t instruction) { return patch.instruction < instruction; });
+        destination = m_starts[next->target];
+    }
+    return destination;
 }
 
 }  // namespace morvel::ruby::internal

@@ -61,8 +61,8 @@ public:
         m_current = index;
         m_starts[index] = m_code->instructions.size();
     }
-    /// A block starts here.
-    void beginBlock() { m_blockStart = m_code->instructions.size(); }
+    /// The block of stack instruction `index` starts here; a jump to it from just before is not needed.
+    void beginBlock(std::size_t index);
 
     void emit(EngineOp op, std::uint8_t n, std::uint16_t a, std::uint16_t b, std::uint16_t c) {
         append({op, n, a, b, c});
@@ -116,6 +116,9 @@ private:
     }
     /// False when a jump does not fit its short form.
     [[nodiscard]] bool patchJumps();
+    /// The register instruction at which execution goes on after a jump to stack instruction `target`: further jumps on
+    /// the way are skipped.
+    [[nodiscard]] std::size_t destinationOf(std::size_t target) const;
 
     std::unique_ptr<Code> m_code;
     std::unordered_map<ConstantKey, std::uint32_t, ConstantKeyHash> m_constants;

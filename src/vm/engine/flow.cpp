@@ -1,6 +1,7 @@
 #include "vm/engine/flow.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace morvel::ruby::internal {
 
@@ -106,7 +107,17 @@ std::vector<bool> findBlockStarts(const std::vector<Instruction>& code, const st
     return starts;
 }
 
-void linkBlocks(const std::vector<Instruction>& code, Flow& flow) {
+/// The truth of the condition that a block ends with, if that is a constant.
+std::optional<bool> constantCondition(const Program& program, const std::vector<Instruction>& code,
+                                      const Block& block) {
+    if (classOf(code[block.end - 1].op) != OpcodeClass::ConditionalJump || block.end - block.begin < 2 ||
+        code[block.end - 2].op != OpCode::PushConst) {
+        return std::nullopt;
+    }
+    return program.constants[static_cast<std::size_t>(code[block.end - 2].a)].isTruthy();
+}
+
+void linkBlocks(const Program& program, const std::vector<Instruction>& code, Flow& flow) {
     constexpr auto kNoBlock = static_cast<std::size_t>(-1);
     std::vector<std::size_t> blockAt(code.size() + 1, kNoBlock);
     for (std::size_t block = 0; block < flow.blocks.size(); ++block) {
@@ -123,10 +134,11 @@ void linkBlocks(const std::vector<Instruction>& code, Flow& flow) {
             }
         };
         const Instruction& last = code[block.end - 1];
-        if (isJump(last.op)) {
+        const std::optional<bool> condition = constantCondition(program, code, block);
+        if (isJump(last.op) && condition != true) {
             follow(static_cast<std::size_t>(last.a));
         }
-        if (fallsThrough(last.op)) {
+        if (fallsThrough(last.op) && condition != false) {
             follow(block.end);
         }
     }
@@ -200,7 +212,7 @@ std::optional<Flow> analyzeFlow(const Program& program, const CompiledFunction& 
     flow.deepest = verifier.deepest();
     flow.depths = verifier.takeDepths();
     flow.blocks = findBlocks(function.code, flow.depths);
-    linkBlocks(function.code, flow);
+    linkBlocks(program, function.code, flow);
     return flow;
 }
 

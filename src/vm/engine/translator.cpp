@@ -63,6 +63,7 @@ public:
                 return false;
             }
         }
+        m_code.beginBlock(m_facts.function.code.size());
         m_code.markStart(m_facts.function.code.size());
         translateEnd();
         Code& code = m_code.code();
@@ -78,7 +79,7 @@ public:
 private:
     void translateBlock(std::size_t number) {
         const Block& block = m_facts.flow.blocks[number];
-        m_code.beginBlock();
+        m_code.beginBlock(block.begin);
         m_variables.enterBlock(number);
         m_stack.beginBlock(static_cast<std::size_t>(m_facts.flow.depths[block.begin]));
         translateRange(block.begin, block.end, false);

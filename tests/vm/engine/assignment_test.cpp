@@ -63,7 +63,7 @@ TEST(DefiniteAssignment, IsNoneInALoopThatMayNotRun) {
 }
 
 TEST(DefiniteAssignment, AReadDefinesAGlobal) {
-    AssignmentIn main("x if 1 then y = z end x", 0);
+    AssignmentIn main("x if x then y = z end x", 0);
     ASSERT_EQ(3U, main.blocks());
     const std::size_t x = main.slotOf("x");
     const std::size_t y = main.slotOf("y");

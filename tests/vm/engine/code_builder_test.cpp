@@ -66,7 +66,7 @@ TEST(CodeBuilder, ShortJumpsReachAsFarAsTheirField) {
 TEST(CodeBuilder, LongJumpsReachAnywhere) {
     CodeBuilder builder = makeBuilder(3);
     builder.markStart(0);
-    builder.emitJump(EngineOp::Jump, 0, 0, 2);
+    builder.emitJump(EngineOp::JumpIfFalse, 0, 0, 2);
     emitNils(builder, 70'000);
     builder.markStart(1);
     builder.emitJump(EngineOp::JumpIfTrue, 1, 6, 0);
@@ -102,14 +102,75 @@ TEST(CodeBuilder, EqualConstantsAreOne) {
     EXPECT_TRUE(builder.constant(1).asBoolean());
 }
 
+TEST(CodeBuilder, LeavesOutAJumpToWhereTheCodeContinues) {
+    CodeBuilder builder = makeBuilder(4);
+    builder.markStart(0);
+    builder.emitJump(EngineOp::JumpIfFalse, 0, 0, 1);
+    builder.markStart(1);
+    builder.emitJump(EngineOp::Jump, 0, 0, 2);
+    builder.beginBlock(2);
+    builder.markStart(2);
+    builder.emitJump(EngineOp::Jump, 0, 0, 0);
+    builder.beginBlock(3);
+    builder.markStart(3);
+    builder.emitJump(EngineOp::JumpIfFalse, 0, 0, 4);
+    builder.beginBlock(4);
+    builder.markStart(4);
+    const std::unique_ptr<Code> code = builder.finish();
+    ASSERT_NE(nullptr, code);
+    ASSERT_EQ(3U, code->instructions.size());
+    EXPECT_EQ(EngineOp::JumpIfFalse, code->instructions[0].op);
+    // What went to the jump goes to its target, another jump.
+    EXPECT_EQ(-1, code->instructions[0].wide());
+    EXPECT_EQ(EngineOp::Jump, code->instructions[1].op);
+    EXPECT_EQ(EngineOp::JumpIfFalse, code->instructions[2].op);
+    EXPECT_EQ(0, code->instructions[2].wide());
+}
+
+TEST(CodeBuilder, AJumpToAJumpGoesToTheLastTarget) {
+    CodeBuilder builder = makeBuilder(4);
+    builder.markStart(0);
+    builder.emitShortJump(EngineOp::JumpIfLessRR, 0, 0, 0, 1);
+    emitNils(builder, 1);
+    builder.markStart(1);
+    builder.emitJump(EngineOp::Jump, 0, 0, 2);
+    emitNils(builder, 1);
+    builder.markStart(2);
+    builder.emitJump(EngineOp::Jump, 0, 0, 3);
+    emitNils(builder, 1);
+    builder.markStart(3);
+    builder.emitJump(EngineOp::Jump, 0, 0, 3);
+    const std::unique_ptr<Code> code = builder.finish();
+    ASSERT_NE(nullptr, code);
+    EXPECT_EQ(5, code->instructions[0].c);
+    EXPECT_EQ(3, code->instructions[2].wide());
+    EXPECT_EQ(1, code->instructions[4].wide());
+    EXPECT_EQ(-1, code->instructions[6].wide());
+}
+
+TEST(CodeBuilder, AShortJumpStopsAtAJumpBeyondItsRange) {
+    CodeBuilder builder = makeBuilder(3);
+    builder.markStart(0);
+    builder.emitShortJump(EngineOp::JumpIfLessRR, 0, 0, 0, 1);
+    emitNils(builder, 1);
+    builder.markStart(1);
+    builder.emitJump(EngineOp::Jump, 0, 0, 2);
+    emitNils(builder, 40'000);
+    builder.markStart(2);
+    const std::unique_ptr<Code> code = builder.finish();
+    ASSERT_NE(nullptr, code);
+    EXPECT_EQ(1, code->instructions[0].c);
+    EXPECT_EQ(40'000, code->instructions[2].wide());
+}
+
 TEST(CodeBuilder, TheLastInstructionCountsInItsBlockOnly) {
     CodeBuilder builder = makeBuilder(0);
-    builder.beginBlock();
+    builder.beginBlock(0);
     EXPECT_EQ(nullptr, builder.lastInBlock());
     builder.emit(EngineOp::Drop, 0, 2, 0, 0);
     ASSERT_NE(nullptr, builder.lastInBlock());
     EXPECT_EQ(EngineOp::Drop, builder.lastInBlock()->op);
-    builder.beginBlock();
+    builder.beginBlock(0);
     EXPECT_EQ(nullptr, builder.lastInBlock());
 }
 

@@ -107,6 +107,20 @@ TEST(Flow, LinksBlocks) {
     EXPECT_FALSE(flow->blocks[1].reachesEnd);
 }
 
+TEST(Flow, AConstantConditionLeadsOneWay) {
+    const auto loopWhile = [](const RubyValue& condition) {
+        const internal::Program program =
+            makeProgram({condition}, {op(OpCode::PushConst, 0), op(OpCode::JumpIfFalse, 3), op(OpCode::Jump, 0)});
+        return analyzeFlow(program, program.functions[0]).value();
+    };
+    const Flow endless = loopWhile(true);
+    EXPECT_EQ(std::vector<std::size_t>{1}, endless.blocks.at(0).successors);
+    EXPECT_FALSE(endless.blocks[0].reachesEnd);
+    const Flow skipped = loopWhile(nullptr);
+    EXPECT_EQ(std::vector<std::size_t>{}, skipped.blocks.at(0).successors);
+    EXPECT_TRUE(skipped.blocks[0].reachesEnd);
+}
+
 internal::LastValue lastValueOf(const Code& code) {
     const internal::Program program = makeProgram({"x", 1}, code);
     return findLastValue(program.functions[0], analyzeFlow(program, program.functions[0]).value());
