@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -112,13 +113,20 @@ private:
         appendPadded(row, std::to_string(position), kPositionWidth, true);
         row += isNewLine ? "  line " : "       ";
         appendPadded(row, isNewLine ? std::to_string(m_code.lines[position]) : "", kLineWidth, false);
-        appendPadded(row, internal::kEngineOpNames[static_cast<std::size_t>(instruction.op)], kNameWidth, false);
+        appendPadded(row, nameOf(instruction.op), kNameWidth, false);
         const std::string operands = operandsText(position);
         row += operands.empty() ? "" : ' ' + operands;
         const std::string notes = notesOf(instruction);
         row += notes.empty() ? "" : "  ; " + notes;
         row.erase(row.find_last_not_of(' ') + 1);
         m_text += row + '\n';
+    }
+
+    /// The name of an instruction; for a fused pair, that of its first half and a plus sign.
+    static std::string nameOf(EngineOp op) {
+        const std::optional<internal::FusedPair> pair = internal::pairOf(op);
+        const EngineOp shown = pair ? pair->first : op;
+        return std::string(internal::kEngineOpNames[static_cast<std::size_t>(shown)]) + (pair ? "+" : "");
     }
 
     [[nodiscard]] std::string operandsText(std::size_t position) const {

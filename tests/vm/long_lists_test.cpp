@@ -282,7 +282,7 @@ TEST(FarJumps, LeaveNearOnesShort) {
         Program program = internal::compileSource(source, "t");
         const auto codes = translations(program);
         ASSERT_NE(codes[1], nullptr) << size;
-        EXPECT_TRUE(hasOperation(*codes[1], internal::Operation::JumpIfNotEqual)) << size;
+        EXPECT_TRUE(hasOperation(*codes[1], internal::Operation::JumpUnlessEqual)) << size;
     }
 }
 

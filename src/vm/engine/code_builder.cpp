@@ -4,6 +4,7 @@
 #include <bit>
 
 #include "value/hash.h"
+#include "vm/engine/fusion.h"
 
 namespace morvel::ruby::internal {
 
@@ -76,7 +77,13 @@ std::uint32_t CodeBuilder::addConstant(const RubyValue& constant) {
     return entry->second;
 }
 
-std::unique_ptr<Code> CodeBuilder::finish() { return patchJumps() ? std::move(m_code) : nullptr; }
+std::unique_ptr<Code> CodeBuilder::finish() {
+    if (!patchJumps()) {
+        return nullptr;
+    }
+    fusePairs(m_code->instructions, reg(m_code->firstTemporary));
+    return std::move(m_code);
+}
 
 bool CodeBuilder::patchJumps() {
     for (const Patch& patch : m_patches) {

@@ -44,11 +44,9 @@ enum EngineEffects : std::uint8_t {
     ROW(Less, "wdd", kMayFail)                   /* a = b < c */                                                 \
     ROW(LessEqual, "wdd", kMayFail)              /* a = b <= c */                                                \
     ROW(JumpIfEqual, "dd-", kMayFail | kMayJump) /* by c when a == b */                                          \
-    ROW(JumpIfNotEqual, "dd-", kMayFail | kMayJump)                                                              \
     ROW(JumpIfLess, "dd-", kMayFail | kMayJump)                                                                  \
     ROW(JumpIfLessEqual, "dd-", kMayFail | kMayJump)                                                             \
     ROW(JumpUnlessEqual, "dd-", kMayFail | kMayJump) /* by c unless a == b */                                    \
-    ROW(JumpUnlessNotEqual, "dd-", kMayFail | kMayJump)                                                          \
     ROW(JumpUnlessLess, "dd-", kMayFail | kMayJump)                                                              \
     ROW(JumpUnlessLessEqual, "dd-", kMayFail | kMayJump)                                                         \
     ROW(CombineLess, "bdd", kMayFail | kMayJump) /* a = a and b < c, or a or b < c; then maybe the next jump */  \
@@ -95,7 +93,17 @@ enum EngineEffects : std::uint8_t {
     ROW(ReturnLocal, "m--", kNeverFallsThrough)      /* a */                                                     \
     ROW(ReturnConstant, "-r-", kNeverFallsThrough)   /* b */                                                     \
     ROW(ReturnGlobal, "-r-", kNeverFallsThrough)     /* b */                                                     \
-    ROW(ReturnNil, "---", kNeverFallsThrough)
+    ROW(ReturnNil, "---", kNeverFallsThrough)                                                                    \
+    /* These do what their first half says and, in the common case, the next instruction as well. */             \
+    ROW(IncreaseThenJump, "ud-", kMayFail | kMayJump)                                                            \
+    ROW(AddThenGetIndex, "wdd", kMayFail | kMayJump)                                                             \
+    ROW(SubtractThenGetIndex, "wdd", kMayFail | kMayJump)                                                        \
+    ROW(GetIndexThenGetIndex, "wdd", kMayFail | kMayJump)                                                        \
+    ROW(GetIndexThenSetIndex, "wdd", kMayFail | kMayJump)                                                        \
+    ROW(GetIndexThenAdd, "wdd", kMayFail | kMayJump)                                                             \
+    ROW(MultiplyThenAdd, "wdd", kMayFail | kMayJump)                                                             \
+    ROW(MultiplyThenIncrease, "wdd", kMayFail | kMayJump)                                                        \
+    ROW(ModuloThenJump, "wdd", kMayFail | kMayJump)
 
 /// What an instruction does, wherever its operands are.
 enum class Operation : std::uint8_t {
@@ -113,7 +121,7 @@ struct TestingJumps {
 
 inline constexpr std::array kTestingJumps{
     TestingJumps{Operation::Equal, Operation::JumpIfEqual, Operation::JumpUnlessEqual},
-    TestingJumps{Operation::NotEqual, Operation::JumpIfNotEqual, Operation::JumpUnlessNotEqual},
+    TestingJumps{Operation::NotEqual, Operation::JumpUnlessEqual, Operation::JumpIfEqual},
     TestingJumps{Operation::Less, Operation::JumpIfLess, Operation::JumpUnlessLess},
     TestingJumps{Operation::LessEqual, Operation::JumpIfLessEqual, Operation::JumpUnlessLessEqual},
     TestingJumps{Operation::GetIndex, Operation::JumpIfIndex, Operation::JumpUnlessIndex},
@@ -226,6 +234,26 @@ enum class EngineOperand : std::uint8_t {
     ROW(operation##GGK, operation, Global, Global, Constant)     \
     ROW(operation##GGG, operation, Global, Global, Global)
 
+// A fused instruction: its operation, the two instructions that it is made of, and the kinds of the first one's
+// operands, which are its own.
+#define MORVEL_ENGINE_FUSED_PAIRS(ROW)                                                 \
+    ROW(IncreaseKThenJumpIfLessRR, IncreaseThenJump, Register, Constant, None)         \
+    ROW(IncreaseKThenJumpIfLessRK, IncreaseThenJump, Register, Constant, None)         \
+    ROW(IncreaseKThenJumpIfLessEqualRR, IncreaseThenJump, Register, Constant, None)    \
+    ROW(IncreaseKThenJumpIfLessEqualRK, IncreaseThenJump, Register, Constant, None)    \
+    ROW(IncreaseRThenJumpIfLessRR, IncreaseThenJump, Register, Register, None)         \
+    ROW(IncreaseRThenJumpIfLessEqualRR, IncreaseThenJump, Register, Register, None)    \
+    ROW(AddRRThenGetIndexRR, AddThenGetIndex, Register, Register, Register)            \
+    ROW(AddRKThenGetIndexRR, AddThenGetIndex, Register, Register, Constant)            \
+    ROW(SubtractRKThenGetIndexRR, SubtractThenGetIndex, Register, Register, Constant)  \
+    ROW(GetIndexRRThenGetIndexRR, GetIndexThenGetIndex, Register, Register, Register)  \
+    ROW(GetIndexRRThenGetIndexRK, GetIndexThenGetIndex, Register, Register, Register)  \
+    ROW(GetIndexRRThenSetIndexRRR, GetIndexThenSetIndex, Register, Register, Register) \
+    ROW(GetIndexRRThenAddRR, GetIndexThenAdd, Register, Register, Register)            \
+    ROW(MultiplyRRThenAddRR, MultiplyThenAdd, Register, Register, Register)            \
+    ROW(MultiplyRRThenIncreaseR, MultiplyThenIncrease, Register, Register, Register)   \
+    ROW(ModuloRKThenJumpUnlessEqualRK, ModuloThenJump, Register, Register, Constant)
+
 #define MORVEL_ENGINE_INSTRUCTIONS(ROW)                                   \
     MORVEL_ENGINE_PAIRS(ROW, Add)                                         \
     MORVEL_ENGINE_PAIRS_TO_GLOBAL(ROW, Add)                               \
@@ -242,11 +270,9 @@ enum class EngineOperand : std::uint8_t {
     MORVEL_ENGINE_PAIRS(ROW, Less)                                        \
     MORVEL_ENGINE_PAIRS(ROW, LessEqual)                                   \
     MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpUnlessEqual)                        \
-    MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpUnlessNotEqual)                     \
     MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpUnlessLess)                         \
     MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpUnlessLessEqual)                    \
     MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpIfEqual)                            \
-    MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpIfNotEqual)                         \
     MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpIfLess)                             \
     MORVEL_ENGINE_PAIR_JUMPS(ROW, JumpIfLessEqual)                        \
     MORVEL_ENGINE_COMBINATIONS(ROW, CombineEqual)                         \
@@ -294,7 +320,8 @@ enum class EngineOperand : std::uint8_t {
     ROW(ReturnLocal, ReturnLocal, Register, None, None)                   \
     ROW(ReturnConstant, ReturnConstant, None, WideConstant, None)         \
     ROW(ReturnGlobal, ReturnGlobal, None, WideGlobal, None)               \
-    ROW(ReturnNil, ReturnNil, None, None, None)
+    ROW(ReturnNil, ReturnNil, None, None, None)                           \
+    MORVEL_ENGINE_FUSED_PAIRS(ROW)
 
 enum class EngineOp : std::uint8_t {
 #define MORVEL_NAME(name, ...) name,
@@ -369,6 +396,46 @@ inline constexpr std::array<std::string_view, kEngineOps.size()> kEngineOpNames{
 static_assert(kEngineOps.size() <= 256, "an instruction's number is one byte");
 
 [[nodiscard]] constexpr const EngineOpInfo& infoOf(EngineOp op) { return kEngineOps[static_cast<std::size_t>(op)]; }
+
+/// A pair of instructions that is also one. The fused instruction takes the place of the first and has its operands;
+/// the second stays behind it, for jumps to it and for the cases that the fused one leaves to the two.
+struct FusedPair {
+    EngineOp fused;
+    EngineOp first;
+    EngineOp second;
+    /// The operand of the second that is the first one's result.
+    std::size_t taking;
+};
+
+inline constexpr std::array kFusedPairs{
+    FusedPair{EngineOp::IncreaseKThenJumpIfLessRR, EngineOp::IncreaseK, EngineOp::JumpIfLessRR, 0},
+    FusedPair{EngineOp::IncreaseKThenJumpIfLessRK, EngineOp::IncreaseK, EngineOp::JumpIfLessRK, 0},
+    FusedPair{EngineOp::IncreaseKThenJumpIfLessEqualRR, EngineOp::IncreaseK, EngineOp::JumpIfLessEqualRR, 0},
+    FusedPair{EngineOp::IncreaseKThenJumpIfLessEqualRK, EngineOp::IncreaseK, EngineOp::JumpIfLessEqualRK, 0},
+    FusedPair{EngineOp::IncreaseRThenJumpIfLessRR, EngineOp::IncreaseR, EngineOp::JumpIfLessRR, 0},
+    FusedPair{EngineOp::IncreaseRThenJumpIfLessEqualRR, EngineOp::IncreaseR, EngineOp::JumpIfLessEqualRR, 0},
+    FusedPair{EngineOp::AddRRThenGetIndexRR, EngineOp::AddRR, EngineOp::GetIndexRR, 2},
+    FusedPair{EngineOp::AddRKThenGetIndexRR, EngineOp::AddRK, EngineOp::GetIndexRR, 2},
+    FusedPair{EngineOp::SubtractRKThenGetIndexRR, EngineOp::SubtractRK, EngineOp::GetIndexRR, 2},
+    FusedPair{EngineOp::GetIndexRRThenGetIndexRR, EngineOp::GetIndexRR, EngineOp::GetIndexRR, 1},
+    FusedPair{EngineOp::GetIndexRRThenGetIndexRK, EngineOp::GetIndexRR, EngineOp::GetIndexRK, 1},
+    FusedPair{EngineOp::GetIndexRRThenSetIndexRRR, EngineOp::GetIndexRR, EngineOp::SetIndexRRR, 2},
+    FusedPair{EngineOp::GetIndexRRThenAddRR, EngineOp::GetIndexRR, EngineOp::AddRR, 2},
+    FusedPair{EngineOp::MultiplyRRThenAddRR, EngineOp::MultiplyRR, EngineOp::AddRR, 1},
+    FusedPair{EngineOp::MultiplyRRThenAddRR, EngineOp::MultiplyRR, EngineOp::AddRR, 2},
+    FusedPair{EngineOp::MultiplyRRThenIncreaseR, EngineOp::MultiplyRR, EngineOp::IncreaseR, 1},
+    FusedPair{EngineOp::ModuloRKThenJumpUnlessEqualRK, EngineOp::ModuloRK, EngineOp::JumpUnlessEqualRK, 0},
+};
+
+/// The pair that a fused instruction stands for; nothing for other instructions.
+[[nodiscard]] constexpr std::optional<FusedPair> pairOf(EngineOp fused) {
+    for (const FusedPair& pair : kFusedPairs) {
+        if (pair.fused == fused) {
+            return pair;
+        }
+    }
+    return std::nullopt;
+}
 
 /// The first instruction of each operation; the others follow it.
 inline constexpr auto kFirstInstructions = [] {

@@ -32,9 +32,12 @@ namespace {
 
 using Type = RubyValue::Type;
 
+/// Releases the boxed value of a register. Kept out of the loop, because the test for one is all that is hot.
+[[gnu::noinline, gnu::cold]] void releaseBoxed(RubyValue* target) { releaseRegister(target); }
+
 [[gnu::always_inline]] inline void setInteger(RubyValue* target, std::uint64_t bits) {
     if (target->isBoxed()) [[unlikely]] {
-        releaseRegister(target);
+        releaseBoxed(target);
     }
     target->type = Type::Integer;
     target->data.integer = static_cast<std::int64_t>(bits);
@@ -42,7 +45,7 @@ using Type = RubyValue::Type;
 
 [[gnu::always_inline]] inline void setFloat(RubyValue* target, double number) {
     if (target->isBoxed()) [[unlikely]] {
-        releaseRegister(target);
+        releaseBoxed(target);
     }
     target->type = Type::Float;
     target->data.floating = number;
@@ -50,7 +53,7 @@ using Type = RubyValue::Type;
 
 [[gnu::always_inline]] inline void setBoolean(RubyValue* target, bool flag) {
     if (target->isBoxed()) [[unlikely]] {
-        releaseRegister(target);
+        releaseBoxed(target);
     }
     target->type = Type::Boolean;
     target->data.boolean = flag;
@@ -241,7 +244,6 @@ struct Engine::Loop {
     const EngineInstruction* pc = nullptr;
     RubyValue* base = nullptr;
     const RubyValue* constants = nullptr;
-    RubyValue* const globals = engine.m_context.globals;
 
     /// The instruction being carried out; `pc` is already past it.
     [[nodiscard, gnu::always_inline]] const EngineInstruction& instruction() const { return pc[-1]; }
@@ -267,22 +269,31 @@ struct Engine::Loop {
         return reinterpret_cast<RubyValue*>(reinterpret_cast<std::uint64_t*>(const_cast<RubyValue*>(area)) + number);
     }
 
-    /// The location of operand `kIndex` of the current instruction, whose opcode is `kOp`.
+    /// The location of operand `kIndex` of an instruction whose opcode is `kOp`.
     template <EngineOp kOp, std::size_t kIndex>
-    [[nodiscard, gnu::always_inline]] RubyValue* operand() const {
+    [[nodiscard, gnu::always_inline]] RubyValue* operandOf(const EngineInstruction& now) const {
         constexpr EngineOperand kKind = infoOf(kOp).operands[kIndex];
-        const EngineInstruction& now = instruction();
         if constexpr (kKind == EngineOperand::WideConstant) {
             return at(constants, static_cast<std::size_t>(now.wide()));
         } else if constexpr (kKind == EngineOperand::WideGlobal) {
-            return at(globals, static_cast<std::size_t>(now.wide()));
+            return at(engine.m_context.globals, static_cast<std::size_t>(now.wide()));
         } else {
             const std::uint16_t number = kIndex == 0 ? now.a : kIndex == 1 ? now.b : now.c;
             return at(kKind == EngineOperand::Register   ? base
                       : kKind == EngineOperand::Constant ? constants
-                                                         : globals,
+                                                         : engine.m_context.globals,
                       number);
         }
+    }
+    /// The same for the current instruction.
+    template <EngineOp kOp, std::size_t kIndex>
+    [[nodiscard, gnu::always_inline]] RubyValue* operand() const {
+        return operandOf<kOp, kIndex>(instruction());
+    }
+    /// The same for the second instruction of the fused pair `kOp`, which is the next instruction.
+    template <EngineOp kOp, std::size_t kIndex>
+    [[nodiscard, gnu::always_inline]] RubyValue* nextOperand() const {
+        return operandOf<pairOf(kOp)->second, kIndex>(*pc);
     }
 
     [[gnu::always_inline]] void jumpShort() { pc += static_cast<std::int16_t>(instruction().c); }
@@ -328,18 +339,24 @@ struct Engine::Loop {
         return arithmetic<kOp, OpCode::Modulo>();
     }
 
-    /// The language orders integers by their values as doubles.
+    /// The language orders integers by their values as doubles. Their own order is the same unless both are so large
+    /// that different ones may have the same double.
     template <OpCode kTest>
     [[gnu::always_inline]] static bool compareIntegers(const RubyValue* left, const RubyValue* right) {
+        const std::int64_t leftNumber = left->data.integer;
+        const std::int64_t rightNumber = right->data.integer;
         if constexpr (kTest == OpCode::Equal) {
-            return left->data.integer == right->data.integer;
+            return leftNumber == rightNumber;
         } else if constexpr (kTest == OpCode::NotEqual) {
-            return left->data.integer != right->data.integer;
-        } else if constexpr (kTest == OpCode::Less) {
-            return static_cast<double>(left->data.integer) < static_cast<double>(right->data.integer);
+            return leftNumber != rightNumber;
         } else {
-            static_assert(kTest == OpCode::LessEqual);
-            return static_cast<double>(left->data.integer) <= static_cast<double>(right->data.integer);
+            static_assert(kTest == OpCode::Less || kTest == OpCode::LessEqual);
+            if (static_cast<std::int32_t>(leftNumber) == leftNumber) [[likely]] {
+                return kTest == OpCode::Less ? leftNumber < rightNumber : leftNumber <= rightNumber;
+            }
+            const auto leftDouble = static_cast<double>(leftNumber);
+            const auto rightDouble = static_cast<double>(rightNumber);
+            return kTest == OpCode::Less ? leftDouble < rightDouble : leftDouble <= rightDouble;
         }
     }
     /// Compares operands that are not both integers.
@@ -467,14 +484,6 @@ struct Engine::Loop {
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doNotEqual() {
         return comparison<kOp, OpCode::NotEqual>();
-    }
-    template <EngineOp kOp>
-    [[gnu::always_inline]] Step doJumpIfNotEqual() {
-        return comparingJump<kOp, OpCode::NotEqual, true>();
-    }
-    template <EngineOp kOp>
-    [[gnu::always_inline]] Step doJumpUnlessNotEqual() {
-        return comparingJump<kOp, OpCode::NotEqual, false>();
     }
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doLess() {
@@ -615,6 +624,148 @@ struct Engine::Loop {
         save();
         return stepOf(engine.arithmeticSlow<OpCode::Add>(sum, sum, amount, instruction().n));
     }
+    // Fused pairs. What they do not handle is left to the bodies of the two instructions.
+
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doIncreaseThenJump() {
+        constexpr bool kOrEqual = infoOf(pairOf(kOp)->second).operation == Operation::JumpIfLessEqual;
+        RubyValue* const sum = operand<kOp, 0>();
+        const RubyValue* const amount = operand<kOp, 1>();
+        const RubyValue* const limit = nextOperand<kOp, 1>();
+        if (areIntegers(sum, amount) && limit->type == Type::Integer) [[likely]] {
+            sum->data.integer = static_cast<std::int64_t>(static_cast<std::uint64_t>(sum->data.integer) +
+                                                          static_cast<std::uint64_t>(amount->data.integer));
+            ++pc;
+            if (compareIntegers < kOrEqual ? OpCode::LessEqual : OpCode::Less > (sum, limit)) {
+                jumpShort();
+            }
+            return Step::Next;
+        }
+        return doIncrease<kOp>();
+    }
+
+    /// The element of a possible array at a possible index; null when there is none.
+    [[gnu::always_inline]] static RubyValue* findElement(const RubyValue* container, const RubyValue* index) {
+        return container->type == Type::Array && index->type == Type::Integer
+                   ? findElement(container, static_cast<std::uint64_t>(index->data.integer))
+                   : nullptr;
+    }
+    /// The same for an array.
+    [[gnu::always_inline]] static RubyValue* findElement(const RubyValue* array, std::uint64_t position) {
+        RubyArray& elements = static_cast<ArrayBox*>(array->data.box)->elements;
+        return position < elements.size() ? elements.data() + position : nullptr;
+    }
+
+    /// The index of the next instruction is the sum or difference.
+    template <EngineOp kOp, OpCode kOperation>
+    [[gnu::always_inline]] Step arithmeticThenGetIndex() {
+        const RubyValue* const left = operand<kOp, 1>();
+        const RubyValue* const right = operand<kOp, 2>();
+        const RubyValue* const container = nextOperand<kOp, 1>();
+        if (container->type == Type::Array && areIntegers(left, right)) [[likely]] {
+            const auto leftBits = static_cast<std::uint64_t>(left->data.integer);
+            const auto rightBits = static_cast<std::uint64_t>(right->data.integer);
+            const RubyValue* const element =
+                findElement(container, kOperation == OpCode::Add ? leftBits + rightBits : leftBits - rightBits);
+            if (element != nullptr) [[likely]] {
+                copyOver(nextOperand<kOp, 0>(), element);
+                ++pc;
+                return Step::Next;
+            }
+        }
+        return arithmetic<kOp, kOperation>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doAddThenGetIndex() {
+        return arithmeticThenGetIndex<kOp, OpCode::Add>();
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doSubtractThenGetIndex() {
+        return arithmeticThenGetIndex<kOp, OpCode::Subtract>();
+    }
+    /// The element is the container of the next instruction. Nothing can release it in between, so it is not counted.
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doGetIndexThenGetIndex() {
+        const RubyValue* const row = findElement(operand<kOp, 1>(), operand<kOp, 2>());
+        if (row != nullptr) [[likely]] {
+            const RubyValue* const element = findElement(row, nextOperand<kOp, 2>());
+            if (element != nullptr) [[likely]] {
+                copyOver(nextOperand<kOp, 0>(), element);
+                ++pc;
+                return Step::Next;
+            }
+        }
+        return doGetIndex<kOp>();
+    }
+    /// The next instruction stores the element.
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doGetIndexThenSetIndex() {
+        const RubyValue* const from = findElement(operand<kOp, 1>(), operand<kOp, 2>());
+        if (from != nullptr) [[likely]] {
+            RubyValue* const to = findElement(nextOperand<kOp, 0>(), nextOperand<kOp, 1>());
+            if (to != nullptr && storePlain(to, from)) [[likely]] {
+                ++pc;
+                return Step::Next;
+            }
+        }
+        return doGetIndex<kOp>();
+    }
+    /// The element is the right operand of the next instruction.
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doGetIndexThenAdd() {
+        const RubyValue* const right = findElement(operand<kOp, 1>(), operand<kOp, 2>());
+        if (right != nullptr) [[likely]] {
+            const RubyValue* const left = nextOperand<kOp, 1>();
+            if (calculateNumbers<OpCode::Add>(nextOperand<kOp, 0>(), left, right)) [[likely]] {
+                ++pc;
+                return Step::Next;
+            }
+        }
+        return doGetIndex<kOp>();
+    }
+    /// The product is an operand of the next instruction. The sum of two numbers does not depend on their order.
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doMultiplyThenAdd() {
+        RubyValue* const other = at(base, pc->b == instruction().a ? pc->c : pc->b);
+        return multiplyThenAdd<kOp>(nextOperand<kOp, 0>(), other);
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doMultiplyThenIncrease() {
+        RubyValue* const sum = nextOperand<kOp, 0>();
+        return multiplyThenAdd<kOp>(sum, sum);
+    }
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step multiplyThenAdd(RubyValue* to, const RubyValue* other) {
+        const RubyValue* const left = operand<kOp, 1>();
+        const RubyValue* const right = operand<kOp, 2>();
+        if (areFloats(left, right) && other->type == Type::Float) {
+            setFloat(to, left->data.floating * right->data.floating + other->data.floating);
+        } else if (areIntegers(left, right) && other->type == Type::Integer) {
+            setInteger(
+                to, static_cast<std::uint64_t>(left->data.integer) * static_cast<std::uint64_t>(right->data.integer) +
+                        static_cast<std::uint64_t>(other->data.integer));
+        } else {
+            return arithmetic<kOp, OpCode::Multiply>();
+        }
+        ++pc;
+        return Step::Next;
+    }
+    /// The next instruction compares the remainder.
+    template <EngineOp kOp>
+    [[gnu::always_inline]] Step doModuloThenJump() {
+        const RubyValue* const left = operand<kOp, 1>();
+        const RubyValue* const right = operand<kOp, 2>();
+        const RubyValue* const expected = nextOperand<kOp, 1>();
+        if (areIntegers(left, right) && right->data.integer != 0 && expected->type == Type::Integer) [[likely]] {
+            ++pc;
+            if (remainderOf(left->data.integer, right->data.integer) != expected->data.integer) {
+                jumpShort();
+            }
+            return Step::Next;
+        }
+        return arithmetic<kOp, OpCode::Modulo>();
+    }
+
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doCopyLocal() {
         copyOver(operand<kOp, 0>(), operand<kOp, 1>());
