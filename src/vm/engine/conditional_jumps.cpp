@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "vm/engine/instruction_table.h"
@@ -84,12 +85,85 @@ bool ConditionalJumps::fuseJump(const Entry& condition, std::size_t target, bool
         !m_code.isNear(target)) {
         return false;
     }
-    const std::uint16_t result = reg(condition.index);
-    while (takeNegation(result)) {
-        whenTrue = !whenTrue;
+    jumpOnTests(reg(condition.index), target, whenTrue, 0);
+    return true;
+}
+
+void ConditionalJumps::jumpOnTests(std::uint16_t result, std::size_t target, bool whenTrue, std::size_t nesting) {
+    for (std::optional<std::uint16_t> last = result; last; last = jumpOnLeft(result, target, whenTrue, nesting)) {
+        result = *last;
+        while (takeNegation(result)) {
+            whenTrue = !whenTrue;
+        }
     }
     fuseChain(result, target, whenTrue);
-    return true;
+}
+
+std::optional<std::uint16_t> ConditionalJumps::jumpOnLeft(std::uint16_t result, std::size_t target, bool whenTrue,
+                                                          std::size_t nesting) {
+    constexpr std::size_t kLongestRight = 16;
+    constexpr std::size_t kDeepest = 32;
+    const auto block = m_code.block();
+    const EngineInstruction logic = block.back();
+    if (nesting == kDeepest || logic.op != (whenTrue ? EngineOp::Or : EngineOp::And) || logic.a != result ||
+        logic.n != (kFirstDies | kSecondDies)) {
+        return std::nullopt;
+    }
+    // The code of the right operand changes only registers above the left one.
+    std::size_t begin = block.size() - 1;
+    while (begin > 0 && block[begin - 1].a > logic.b && block.size() - begin <= kLongestRight && isPure(begin - 1)) {
+        --begin;
+    }
+    if (begin == 0 || !gives(&block[begin - 1], logic.b)) {
+        return std::nullopt;
+    }
+    m_code.dropLast();
+    std::vector<std::pair<EngineInstruction, std::uint32_t>> right;
+    for (std::size_t left = m_code.block().size(); left > begin; --left) {
+        const EngineInstruction instruction = m_code.block().back();
+        m_code.dropLast();
+        right.emplace_back(instruction, m_code.line());
+    }
+    jumpOnTests(logic.b, target, whenTrue, nesting + 1);
+    for (auto kept = right.rbegin(); kept != right.rend(); ++kept) {
+        const auto& [instruction, line] = *kept;
+        m_code.setLine(line);
+        m_code.emit(instruction.op, instruction.n, instruction.a, instruction.b, instruction.c);
+    }
+    return logic.c;
+}
+
+bool ConditionalJumps::isPure(std::size_t position) const {
+    constexpr std::size_t kMostLooks = 16;
+    const auto block = m_code.block();
+    const EngineInstruction& instruction = block[position];
+    if (const auto compared = findConstant(instruction)) {
+        const Operation test = infoOf(combinedTest(instruction.op).value_or(instruction.op)).operation;
+        if (test == Operation::Equal || test == Operation::NotEqual) {
+            return true;
+        }
+    }
+    if (instruction.op != EngineOp::ModuloRK) {
+        return false;
+    }
+    // A local that had a remainder before has one again.
+    const auto divisorOf = [&](const EngineInstruction& modulo) -> const RubyValue& {
+        return m_code.constant(modulo.c / std::size_t{2});
+    };
+    const RubyValue& divisor = divisorOf(instruction);
+    if (instruction.b >= reg(m_code.temporary(0)) || !divisor.isInteger() || divisor.data.integer == 0) {
+        return false;
+    }
+    for (std::size_t i = position; i > 0 && position - i < kMostLooks; --i) {
+        const EngineInstruction& before = block[i - 1];
+        if (!gives(&before, before.a) || before.a == instruction.b) {
+            return false;
+        }
+        if (before.op == EngineOp::ModuloRK && before.b == instruction.b && divisorOf(before).isInteger()) {
+            return true;
+        }
+    }
+    return false;
 }
 
 bool ConditionalJumps::takeNegation(std::uint16_t result) {

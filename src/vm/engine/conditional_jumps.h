@@ -38,9 +38,16 @@ private:
 
     /// Fuses the jump with the code just emitted for its condition.
     bool fuseJump(const Entry& condition, std::size_t target, bool whenTrue);
-    /// The same for a chain of comparisons, or a single test, with its result in `result`. "and" and "or" evaluate all
-    /// their operands, but comparisons that cannot fail have no visible effect: those at the end of the chain are
-    /// jumped over once the others have decided the outcome.
+    /// Jumps on the left operand of the "and" or "or" emitted last before the right one is computed, if that decides
+    /// the outcome and computing the right one cannot fail. Returns the register of the right one, whose code is last
+    /// then.
+    [[nodiscard]] std::optional<std::uint16_t> jumpOnLeft(std::uint16_t result, std::size_t target, bool whenTrue,
+                                                          std::size_t nesting);
+    /// Jumps on the result of the code emitted last, the left operand of `nesting` others.
+    void jumpOnTests(std::uint16_t result, std::size_t target, bool whenTrue, std::size_t nesting);
+    /// Jumps on the result of a chain of comparisons, or of a single test. "and" and "or" evaluate all their operands,
+    /// but comparisons that cannot fail have no visible effect: those at the end of the chain are jumped over once the
+    /// others have decided the outcome.
     void fuseChain(std::uint16_t result, std::size_t target, bool whenTrue);
     /// Removes the instruction emitted last if it negates the value computed before it in the same register.
     bool takeNegation(std::uint16_t result);
@@ -54,6 +61,8 @@ private:
     [[nodiscard]] bool lastCannotFail() const;
     /// True when the current block has compared the register with a constant of this kind already.
     [[nodiscard]] bool isKnown(std::uint16_t local, const RubyValue& kind) const;
+    /// True when the instruction at `position` of the current block has no effect but its result.
+    [[nodiscard]] bool isPure(std::size_t position) const;
 
     CodeBuilder& m_code;
     SymbolicStack& m_stack;

@@ -15,3 +15,24 @@ def logic(a, b, c)
   if not not (a == b) then puts(13) end
   return a and b or not c
 end
+def leap(y)
+  if y % 4 == 0 and (y % 100 != 0 or y % 400 == 0)
+    return true
+  end
+  return false
+end
+def none(y)
+  while not (y % 2 == 0 or y % 3 == 0 and y % 5 == 0)
+    y = y + 1
+  end
+  return y
+end
+def may_fail(y, z)
+  if y % 4 == 0 and (z % 100 != 0 or z % 400 == 0)
+    return 1
+  end
+  if y % 4 == 0 and (y % 0 != 0 or y % 400 == 0)
+    return 2
+  end
+  return 3
+end
