@@ -661,15 +661,16 @@ struct Engine::Loop {
     [[gnu::always_inline]] Step arithmeticThenGetIndex() {
         const RubyValue* const left = operand<kOp, 1>();
         const RubyValue* const right = operand<kOp, 2>();
-        const RubyValue* const container = nextOperand<kOp, 1>();
+        RubyValue* const container = nextOperand<kOp, 1>();
         if (container->type == Type::Array && areIntegers(left, right)) [[likely]] {
             const auto leftBits = static_cast<std::uint64_t>(left->data.integer);
             const auto rightBits = static_cast<std::uint64_t>(right->data.integer);
             const RubyValue* const element =
                 findElement(container, kOperation == OpCode::Add ? leftBits + rightBits : leftBits - rightBits);
             if (element != nullptr) [[likely]] {
-                copyOver(nextOperand<kOp, 0>(), element);
+                RubyValue* const to = nextOperand<kOp, 0>();
                 ++pc;
+                copyElement(to, element, container);
                 return Step::Next;
             }
         }
