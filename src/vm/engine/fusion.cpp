@@ -10,6 +10,15 @@ namespace morvel::ruby::internal {
 
 namespace {
 
+/// By opcode, whether it is the first of some pair.
+constexpr auto kBeginsPair = [] {
+    std::array<bool, kEngineOps.size()> begins{};
+    for (const FusedPair& pair : kFusedPairs) {
+        begins[static_cast<std::size_t>(pair.first)] = true;
+    }
+    return begins;
+}();
+
 /// The flag that says that operand `index` of an instruction dies.
 std::uint8_t deathFlag(const EngineInstruction& instruction, std::size_t index) {
     const auto& uses = infoOf(instruction.op).does().uses;
@@ -39,6 +48,9 @@ bool fits(const FusedPair& pair, const EngineInstruction& first, const EngineIns
 
 void fusePairs(std::span<EngineInstruction> code, std::uint16_t firstTemporary) {
     for (std::size_t i = 0; i + 1 < code.size(); ++i) {
+        if (!kBeginsPair[static_cast<std::size_t>(code[i].op)]) {
+            continue;
+        }
         for (const FusedPair& pair : kFusedPairs) {
             if (fits(pair, code[i], code[i + 1], firstTemporary)) {
                 code[i].op = pair.fused;
