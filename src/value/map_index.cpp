@@ -138,10 +138,15 @@ RubyValue* RubyMap::findValue(const RubyValue& key) {
 }
 
 RubyMap::Entry* RubyMap::findTextEntry(StringBox* box) const noexcept {
-    const Position remembered = box->keyPosition;
-    if (m_table != nullptr && remembered >= kFirst && remembered <= m_last) {
-        Entry& entry = indexedEntry(remembered);
-        if (entry.key == keyOf(box)) {
+    const Key word = keyOf(box);
+    if (m_slots == nullptr) {
+        if (Entry* const entry = scan([word](Key stored) { return stored == word; })) {
+            box->keyPosition = positionOf(*entry);
+            return entry;
+        }
+    } else if (box->keyPosition <= m_last) {
+        Entry& entry = indexedEntry(box->keyPosition);
+        if (entry.key == word) {
             return &entry;
         }
     }

@@ -266,14 +266,14 @@ public:
     RubyValue& findOrInsert(const RubyValue& key);
     /// Removes the entry of `key`, a string or an integer; returns its value, if there was one.
     std::optional<RubyValue> take(const RubyValue& key);
-    /// The same as findValue for a string key. Usually this is the very string object that the entry was stored with;
-    /// a small map then finds it by comparing addresses, without reading a byte.
+    /// The same as findValue for a string key. Usually this is a constant that was last found in this very place, here
+    /// or in a map that was filled in the same way: one comparison of addresses tells, without reading a byte.
     [[nodiscard]] RubyValue* findText(internal::StringBox* box) noexcept {
-        if (m_slots == nullptr) {
-            const auto word = reinterpret_cast<std::uintptr_t>(box);
-            // cppcheck-suppress CastIntegerToAddressAtReturn; the comparison gives a bool
-            if (Entry* const entry = scan([word](Key key) { return key == word; })) {
-                return &entry->value;
+        const Position remembered = box->keyPosition;
+        if (m_slots == nullptr && remembered <= m_last) [[likely]] {
+            Entry& entry = m_few[remembered / (2 * kFirst)].get()[remembered % kFirst];
+            if (entry.key == reinterpret_cast<std::uintptr_t>(box)) [[likely]] {
+                return &entry.value;
             }
         }
         return valueOf(findTextEntry(box));

@@ -40,8 +40,9 @@ struct StringBox : Box {
     /// Kept for maps, 0 until computed: the hash of `text` as a key, and whether `text` spells an integer. Code that
     /// changes `text` resets it.
     mutable std::uint32_t keyHash = 0;
-    /// The position where this box was last found as a key of a map with an index. Usually it is there next time too.
-    mutable std::uint32_t keyPosition = 0;
+    /// The position at which a map last found this box as a key, or the first of all. Usually it is there next time
+    /// too, even in another map: maps that are filled in the same way have their keys in the same positions.
+    mutable std::uint32_t keyPosition = 4;
     std::string text;
 
     static void* operator new(std::size_t size);

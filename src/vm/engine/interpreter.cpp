@@ -160,18 +160,6 @@ constinit const RubyValue kNil;
     return callee;
 }
 
-/// True for keys that leave nothing to release after a lookup in a map.
-[[gnu::always_inline]] inline bool isPlainKey(const RubyValue* key, int isTemporary) {
-    return key->type == Type::Integer || (key->type == Type::String && isTemporary == 0);
-}
-
-/// The entry of a plain key, or null.
-[[gnu::always_inline]] inline RubyValue* findEntry(const RubyValue* map, const RubyValue* key) {
-    RubyMap& entries = static_cast<MapBox*>(map->data.box)->entries;
-    return key->type == Type::Integer ? entries.findInteger(key->data.integer)
-                                      : entries.findText(static_cast<StringBox*>(key->data.box));
-}
-
 [[gnu::always_inline]] inline std::int64_t remainderOf(std::int64_t left, std::int64_t right) {
     // A 32-bit division is much faster, and most operands fit.
     if (((static_cast<std::uint64_t>(left) | static_cast<std::uint64_t>(right)) >> 32) == 0) {
@@ -294,6 +282,12 @@ struct Engine::Loop {
     template <EngineOp kOp, std::size_t kIndex>
     [[nodiscard, gnu::always_inline]] RubyValue* nextOperand() const {
         return operandOf<pairOf(kOp)->second, kIndex>(*pc);
+    }
+
+    /// True when operand `kIndex` is a temporary that dies with this instruction, as its `kFlag` tells.
+    template <EngineOp kOp, std::size_t kIndex, std::uint8_t kFlag>
+    [[nodiscard, gnu::always_inline]] bool dies() const {
+        return infoOf(kOp).operands[kIndex] == EngineOperand::Register && (instruction().n & kFlag) != 0;
     }
 
     [[gnu::always_inline]] void jumpShort() { pc += static_cast<std::int16_t>(instruction().c); }
@@ -519,6 +513,22 @@ struct Engine::Loop {
         }
     }
 
+    /// Finds the entry of a key that leaves nothing to release; false for other keys. The entry is null when there is
+    /// none.
+    [[nodiscard, gnu::always_inline]] static bool findEntry(RubyValue*& entry, const RubyValue* map,
+                                                            const RubyValue* key, bool keyDies) {
+        RubyMap& entries = static_cast<MapBox*>(map->data.box)->entries;
+        if (key->type == Type::String && !keyDies) [[likely]] {
+            entry = entries.findText(static_cast<StringBox*>(key->data.box));
+            return true;
+        }
+        if (key->type == Type::Integer) [[likely]] {
+            entry = entries.findInteger(key->data.integer);
+            return true;
+        }
+        return false;
+    }
+
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doGetIndex() {
         RubyValue* const container = operand<kOp, 1>();
@@ -531,8 +541,8 @@ struct Engine::Loop {
                 copyElement(to, elements.data() + position, container);
                 return Step::Next;
             }
-        } else if (container->type == Type::Map && isPlainKey(index, instruction().n & kSecondDies)) {
-            const RubyValue* const found = findEntry(container, index);
+        } else if (RubyValue* found = nullptr;
+                   container->type == Type::Map && findEntry(found, container, index, dies<kOp, 2, kSecondDies>())) {
             copyElement(to, found == nullptr ? &kNil : found, container);
             return Step::Next;
         } else if (container->type == Type::String && index->type == Type::Integer) {
@@ -597,9 +607,9 @@ struct Engine::Loop {
                     return Step::Next;
                 }
             }
-        } else if (container->type == Type::Map && isPlainKey(index, instruction().n & kFirstDies)) {
-            RubyValue* const found = findEntry(container, index);
-            if (found != nullptr && storePlain(found, value)) {
+        } else if (RubyValue* found = nullptr;
+                   container->type == Type::Map && findEntry(found, container, index, dies<kOp, 1, kFirstDies>())) {
+            if (found != nullptr && storePlain(found, value)) [[likely]] {
                 return Step::Next;
             }
         }
