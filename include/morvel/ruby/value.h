@@ -60,6 +60,21 @@ void destroyBox(std::uint8_t type, Box* box) noexcept;
 
 /// A dynamically typed value: 16 bytes, a kind tag and an 8-byte payload.
 ///
+///      0      1         8                    16
+///      +------+---------+--------------------+
+///      | type | unused  |        data        |
+///      +------+---------+--------------------+
+///         0     nil      unused
+///         1     integer  the integer
+///         2     float    the double
+///         3     boolean  a byte, 0 or 1
+///         4     string   ------> StringBox           references | facts about the key | text
+///         5     array    ------> ArrayBox            references | elements
+///         6     map      ------> MapBox              references | entries
+///         7     function ------> RubyFunctionHandle  references | name, program, index or host function
+///
+/// The bit that 4 to 7 have in common says that the payload refers to a box, whose references are counted.
+///
 /// Copying nil, an integer, a float or a boolean copies 16 bytes. Strings behave as values; arrays, maps and functions
 /// are references: two copies denote the same array, and a change through one is seen through the other. The object
 /// is freed when the last value that refers to it goes; a container that contains itself is never freed.

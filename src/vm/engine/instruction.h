@@ -1,4 +1,16 @@
 // How the engine's register instructions are encoded.
+//
+//      0      1     2           4           6           8
+//      +------+-----+-----------+-----------+-----------+
+//      |  op  |  n  |     a     |     b     |     c     |   SubtractRK %2, <%1>, 1
+//      +------+-----+-----------+-----------+-----------+
+//      |  op  |  n  |     a     |         wide          |   JumpIfFalse <%1>, -> 7
+//      +------+-----+-----------+-----------------------+
+//
+//   n     flags, or how many arguments, elements or temporaries, as the operation has it
+//   a, b  registers, constants or globals, each number doubled
+//   c     the same; a count; or the distance of a jump from the next instruction, signed
+//   wide  a constant or global, doubled; a signed distance; an index into a side table; or a length
 #pragma once
 
 #include <cstddef>
