@@ -55,10 +55,12 @@ public:
 
     void append() {
         appendFrame();
-        const std::vector<bool> targets = findTargets();
+        auto start = m_code.blocks.starts.begin();
         for (std::size_t i = 0; i < m_code.instructions.size(); ++i) {
+            const bool startsBlock = start != m_code.blocks.starts.end() && *start == i;
+            start += startsBlock ? 1 : 0;
             const bool isNewLine = i == 0 || m_code.lines[i] != m_code.lines[i - 1];
-            appendInstruction(i, targets[i], isNewLine);
+            appendInstruction(i, startsBlock, isNewLine);
         }
     }
 
@@ -86,30 +88,9 @@ private:
         }
     }
 
-    [[nodiscard]] std::vector<bool> findTargets() const {
-        std::vector<bool> targets(m_code.instructions.size(), false);
-        for (std::size_t i = 0; i < m_code.instructions.size(); ++i) {
-            const EngineInstruction& instruction = m_code.instructions[i];
-            for (std::size_t operand = 0; operand < 3; ++operand) {
-                const EngineOperand kind = infoOf(instruction.op).operands[operand];
-                if (kind == EngineOperand::Distance || kind == EngineOperand::WideDistance) {
-                    targets.at(targetOf(i, kind)) = true;
-                }
-            }
-        }
-        return targets;
-    }
-
-    /// The target of the jump at `position`.
-    [[nodiscard]] std::size_t targetOf(std::size_t position, EngineOperand kind) const {
-        const EngineInstruction& jump = m_code.instructions[position];
-        const std::int64_t distance = kind == EngineOperand::Distance ? static_cast<std::int16_t>(jump.c) : jump.wide();
-        return static_cast<std::size_t>(static_cast<std::int64_t>(position) + 1 + distance);
-    }
-
-    void appendInstruction(std::size_t position, bool isTarget, bool isNewLine) {
+    void appendInstruction(std::size_t position, bool startsBlock, bool isNewLine) {
         const EngineInstruction& instruction = m_code.instructions[position];
-        std::string row = isTarget ? "> " : "  ";
+        std::string row = startsBlock ? "> " : "  ";
         appendPadded(row, std::to_string(position), kPositionWidth, true);
         row += isNewLine ? "  line " : "       ";
         appendPadded(row, isNewLine ? std::to_string(m_code.lines[position]) : "", kLineWidth, false);
@@ -170,7 +151,7 @@ private:
                 return std::to_string(field);
             case EngineOperand::Distance:
             case EngineOperand::WideDistance:
-                return "-> " + std::to_string(targetOf(position, kind));
+                return "-> " + std::to_string(internal::jumpTarget(m_code.instructions, position).value());
             case EngineOperand::WideNumber:
                 return numberText(instruction.op, wide);
         }

@@ -133,12 +133,12 @@ TEST(EngineListing, TellsWhatTheBaselineInterpreterRuns) {
         "  locals: a, \"not a name\"\n"
         "  temporaries: 2\n"
         "  on entry: the registers are prepared\n"
-        "     0  line 2     ReturnLocal          <\"not a name\">\n"
-        "     1  line 0     ReturnNil\n"
+        ">    0  line 2     ReturnLocal          <\"not a name\">\n"
+        ">    1  line 0     ReturnNil\n"
         "\n"
         "function 2 \"\"()\n"
         "  temporaries: 1\n"
-        "     0  line 0     ReturnNil\n",
+        ">    0  line 0     ReturnNil\n",
         engineListing(assemble({"not a name"}, {op(OpCode::Pop)},
                                {function("f", {"a", "not a name", "a"}, {op(OpCode::LoadName, 0), op(OpCode::Return)}),
                                 function("", {}, {})})));
@@ -190,7 +190,7 @@ TEST(EngineListing, EndsWhereTheCodeEnds) {
         "function 0 <main>()\n"
         "  temporaries: 1\n"
         ">    0  line 1     Jump                 -> 0\n"
-        "     1  line 0     ReturnNil\n",
+        ">    1  line 0     ReturnNil\n",
         engineListing(assemble({}, {op(OpCode::Jump, 0)})));
 }
 

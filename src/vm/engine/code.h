@@ -11,6 +11,7 @@
 #include "compiler/program.h"
 #include "morvel/ruby/value.h"
 #include "value/function_internals.h"
+#include "vm/engine/code_blocks.h"
 #include "vm/engine/global_names.h"
 #include "vm/engine/instruction.h"
 
@@ -43,6 +44,7 @@ struct Code : FunctionInternals {
     std::vector<Definition> definitions;
     /// Source line of each instruction.
     std::vector<std::uint32_t> lines;
+    CodeBlocks blocks;
 
     const Program* program = nullptr;
     const CompiledFunction* function = nullptr;

@@ -81,6 +81,7 @@ std::unique_ptr<Code> CodeBuilder::finish() {
     if (!patchJumps()) {
         return nullptr;
     }
+    m_code->blocks = findBlocks(m_code->instructions);
     fusePairs(m_code->instructions, reg(m_code->firstTemporary));
     return std::move(m_code);
 }
