@@ -42,6 +42,9 @@ std::string shortened(std::string_view text, std::string (*render)(const std::st
 }
 
 std::string shortText(const RubyValue& constant) {
+    if (constant.type == internal::kUndefinedType) {
+        return "unassigned";
+    }
     return constant.isString() ? shortened(constant.asString(), quoteText) : constantText(constant);
 }
 
@@ -80,11 +83,6 @@ private:
         }
         if (!constants.empty()) {
             m_text += "  constants: " + constants + '\n';
-        }
-        if (m_code.prologue == internal::Prologue::ClearLastValue) {
-            m_text += "  on entry: the last value is cleared\n";
-        } else if (m_code.prologue == internal::Prologue::PrepareRegisters) {
-            m_text += "  on entry: the registers are prepared\n";
         }
     }
 

@@ -16,6 +16,12 @@ enum class Shortcut : std::uint8_t { None, Len, ArrayPush };
 /// the arguments are not the numbers it expects. It neither fails nor touches the VM.
 using NumberFunction = bool (*)(const RubyValue* arguments, std::size_t count, RubyValue* result);
 
+/// Says all that a call has to know of a translated function: the engine that translated it, its program and its number
+/// of parameters.
+using CallKey = std::uintptr_t;
+/// The key of a function that no call instruction enters by itself.
+inline constexpr CallKey kNoCallKey = 0;
+
 /// The part of a function handle that only the runtime knows, shared among handles: the translation of a script
 /// function, the row of a built-in, or the Binder of a host function with state.
 struct FunctionInternals {
@@ -26,6 +32,7 @@ struct FunctionInternals {
     NumberFunction numberFunction = nullptr;
     Shortcut shortcut = Shortcut::None;
     Kind kind = Kind::Permanent;
+    CallKey callKey = kNoCallKey;
 
     [[nodiscard]] static const FunctionInternals& of(const RubyFunctionHandle& handle) noexcept {
         return *handle.m_internals;

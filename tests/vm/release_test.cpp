@@ -136,6 +136,13 @@ const std::vector<std::string> kBodies{
     "x = w x = x + [1] x = x + w",
     "x = '' x = x + w x = x + 'a' + w",
     "def inner(a) return [a] end inner(w)",
+    "def inner(a) b = 1 c = 2 d = 3 e = a return 5 end inner(w) x = inner([w])",
+    "def inner(a) b = 1 c = 2 d = 3 e = 4 f = a return f end inner(w) x = inner([w]) x = inner(w)",
+    "def inner(a) b = 1 c = 2 d = 3 e = a return 5 end x = pcall(inner, w) x = pcall(inner, [w])",
+    "x = pcall(id, w) x = pcall(id, 5) x = pcall(id, [w])",
+    "x = pcall(id, 5) x[0] = [w] x = pcall(id, 6)",
+    "load('def other(a) b = [a] return b end')() x = other(w) x = other(5)",
+    "load('def other(a) b = [a] other = nil return missing end')() x = pcall(other, w)",
     "def inner(a, a, a) b = a return b end inner(w, w, [w])",
     "f = load('return 5') f() f = w",
 };

@@ -18,15 +18,23 @@ constexpr std::size_t kMostProgramFrames = 100'000;
 
 }  // namespace
 
-void prepareRegisters(const Code& code, RubyValue* base) noexcept {
-    for (std::uint32_t i = code.localCount; i < code.parameterCount; ++i) {
-        releaseRegister(base + i);
+void releaseAndDeliver(RubyValue* next, RubyValue* end, RubyValue* result, RubyValue::Type type,
+                       RubyValue::Data data) noexcept {
+    for (; next != end; ++next) {
+        releaseRegister(next);
     }
-    for (std::uint32_t i = code.parameterCount; i < code.localCount; ++i) {
-        base[i].type = kUndefinedType;
-    }
-    if (code.keepsLastValue) {
-        base[code.localCount].type = RubyValue::Type::Nil;
+    releaseRegister(result);
+    result->type = type;
+    result->data = data;
+}
+
+void leaveRecordedFrame(Context& context, RubyValue::Type type, RubyValue::Data data) noexcept {
+    Frame& frame = *context.frame;
+    deliverResult(frame, frame.result, type, data);
+    frame.flags = kPlainFrame;
+    --context.frame;
+    if (frame.handle != nullptr && --frame.handle->references == 0) {
+        destroyBox(static_cast<std::uint8_t>(RubyValue::Type::Function), frame.handle);
     }
 }
 
@@ -56,7 +64,7 @@ bool CallStack::push(const Code& code, RubyValue* base, RubyValue* result, std::
     }
     m_programFrames += (flags & kProgramFrame) != 0 ? 1 : 0;
     ++m_context.frame;
-    *m_context.frame = {&code, base, code.instructions.data(), result, nullptr, flags, previousChunk};
+    *m_context.frame = {&code, base, code.instructions.data(), flags, previousChunk, result, nullptr};
     return true;
 }
 
@@ -90,8 +98,9 @@ void CallStack::pop(std::uint32_t registerCount) noexcept {
     if ((frame.flags & kProgramFrame) != 0) {
         --m_programFrames;
     }
+    m_context.frame->flags = kPlainFrame;
     --m_context.frame;
-    if (frame.handle != nullptr && --frame.handle->references == 0) {
+    if (frame.flags != kPlainFrame && frame.handle != nullptr && --frame.handle->references == 0) {
         destroyBox(static_cast<std::uint8_t>(RubyValue::Type::Function), frame.handle);
     }
 }
@@ -112,6 +121,9 @@ void CallStack::abandon(std::size_t from, std::size_t to) noexcept {
             releaseRegister(m_frames[index].base + i);
         }
         Frame& frame = m_frames[index];
+        if (frame.flags == kPlainFrame) {
+            frame.handle = nullptr;
+        }
         frame.code = &m_noCode;
         frame.flags |= kAbandonedFrame;
     }

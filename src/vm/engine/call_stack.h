@@ -28,7 +28,7 @@
 
 namespace morvel::ruby::internal {
 
-/// What is special about a frame; 0 for a plain call of one script function by another.
+/// What is special about a frame; 0 for a call of one script function by another of its program.
 enum FrameFlags : std::uint32_t {
     kPlainFrame = 0,
     /// Returning from the frame leaves the run.
@@ -41,6 +41,8 @@ enum FrameFlags : std::uint32_t {
     kProgramFrame = 8,
     /// The frame's run has failed below other runs. Its registers are dead, and it is removed once it is the top frame.
     kAbandonedFrame = 16,
+    /// The frame is like a plain one, but its `result` and `handle` count.
+    kRecordedFrame = 32,
 };
 
 /// An active call.
@@ -49,13 +51,16 @@ struct Frame {
     RubyValue* base;
     /// Where execution continues; kept up to date only around operations that may fail or leave the frame.
     const EngineInstruction* next;
-    /// Where the call's result goes.
-    RubyValue* result;
-    /// The function being called, kept alive by one reference; null when the caller keeps its program alive.
-    RubyFunctionHandle* handle;
+    /// kPlainFrame in all unused frames, too, so that entering a plain call need not write it.
     std::uint32_t flags;
     /// The chunk to go back to, for a kChunkFrame.
     std::uint32_t previousChunk;
+    // A plain frame has no use for the others: its caller's instruction says where the result goes, and its caller
+    // keeps its program alive.
+    /// Where the call's result goes.
+    RubyValue* result;
+    /// The function being called, kept alive by one reference, or null.
+    RubyFunctionHandle* handle;
 };
 
 /// An error on its way to a pcall, or out of the run.
@@ -83,54 +88,49 @@ struct Context {
 
 static_assert(std::is_standard_layout_v<Context>);
 
-/// True when a plain call of `code` can be entered with its registers at `base`.
-[[nodiscard, gnu::always_inline]] inline bool hasRoomFor(const Context& context, const Code& code,
-                                                         const RubyValue* base) noexcept {
-    return context.frame != context.lastFrame &&
-           code.registerCount < static_cast<std::size_t>(context.registersEnd - base);
+/// True when a plain call of `code` with its window at `window` can be entered from the top frame, `caller`.
+[[nodiscard, gnu::always_inline]] inline bool hasRoomFor(const Context& context, const Frame* caller, const Code& code,
+                                                         const RubyValue* window) noexcept {
+    return caller != context.lastFrame && reinterpret_cast<std::uintptr_t>(window) + code.registerBytes <
+                                              reinterpret_cast<std::uintptr_t>(context.registersEnd);
 }
 
-/// Prepares the registers of a new frame, which hold only the arguments, for its code.
-void prepareRegisters(const Code& code, RubyValue* base) noexcept;
-
-/// Enters a plain call for which there is room. The frame takes over one reference to `handle`, which may be null.
-[[gnu::always_inline]] inline void enterPlainFrame(Context& context, const Code& code, RubyValue* base,
-                                                   RubyValue* result, RubyFunctionHandle* handle) noexcept {
-    Frame* const frame = ++context.frame;
-    frame->code = &code;
-    frame->base = base;
-    frame->result = result;
-    frame->handle = handle;
-    frame->flags = kPlainFrame;
-    if (code.prologue == Prologue::ClearLastValue) {
-        base[code.localCount].type = RubyValue::Type::Nil;
-    } else if (code.prologue != Prologue::None) {
-        prepareRegisters(code, base);
-    }
+/// The types of the first registers of a frame that returns, and of the result's register, as bits: it is common that
+/// none is boxed, and a look at a few dead registers costs less than a loop.
+[[nodiscard, gnu::always_inline]] inline std::uint8_t typeBits(const RubyValue* base,
+                                                               const RubyValue* result) noexcept {
+    static_assert(kRegistersAtOnce == 4);
+    const auto bits = [](const RubyValue& value) { return static_cast<std::uint8_t>(value.type); };
+    return static_cast<std::uint8_t>(bits(base[0]) | bits(base[1]) | bits(base[2]) | bits(base[3]) | bits(*result));
 }
 
-/// Leaves a frame like a plain one, moving the value at `value`, its only live temporary, to `result`.
-[[gnu::always_inline]] inline void leavePlainFrame(Context& context, RubyValue* value, RubyValue* result) noexcept {
-    const Frame* const frame = context.frame;
-    const RubyValue::Type type = value->type;
-    const RubyValue::Data data = value->data;
-    value->type = RubyValue::Type::Nil;
-    RubyValue* const firstTemporary = frame->base + frame->code->firstTemporary;
-    for (RubyValue* local = frame->base; local != firstTemporary; ++local) {
+/// Releases the registers from `next` to `end` and what `result` holds, then gives the value to `result`.
+void releaseAndDeliver(RubyValue* next, RubyValue* end, RubyValue* result, RubyValue::Type type,
+                       RubyValue::Data data) noexcept;
+
+/// Gives the value that a frame returns to `result`, after releasing what the frame still holds and what `result` held.
+/// Most boxes have other holders, and then nothing is called that would use up machine registers.
+[[gnu::always_inline]] inline void deliverResult(const Frame& frame, RubyValue* result, RubyValue::Type type,
+                                                 RubyValue::Data data) noexcept {
+    RubyValue* const end = frame.base + frame.code->firstTemporary;
+    for (RubyValue* local = frame.base; local != end; ++local) {
         if (local->isBoxed()) {
-            releaseRegister(local);
+            if (local->data.box->references == 1) {
+                return releaseAndDeliver(local, end, result, type, data);
+            }
+            --local->data.box->references;
+            local->type = RubyValue::Type::Nil;
         }
     }
-    if (result->isBoxed()) [[unlikely]] {
-        releaseRegister(result);
+    if (result->isBoxed()) {
+        return releaseAndDeliver(end, end, result, type, data);
     }
     result->type = type;
     result->data = data;
-    --context.frame;
-    if (frame->handle != nullptr && --frame->handle->references == 0) [[unlikely]] {
-        destroyBox(static_cast<std::uint8_t>(RubyValue::Type::Function), frame->handle);
-    }
 }
+
+/// Leaves a frame that is only a kRecordedFrame, returning a value.
+void leaveRecordedFrame(Context& context, RubyValue::Type type, RubyValue::Data data) noexcept;
 
 /// The frames of a VM and their registers.
 class CallStack {

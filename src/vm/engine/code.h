@@ -31,12 +31,20 @@ struct Definition {
     std::size_t globalSlot;
 };
 
-/// What entering a function requires beyond switching to the new frame.
-enum class Prologue : std::uint8_t { None, ClearLastValue, PrepareRegisters };
+/// How many registers a return looks at without asking how many there are.
+inline constexpr std::uint32_t kRegistersAtOnce = 4;
 
 struct Code : FunctionInternals {
     Code() { kind = Kind::Translation; }
 
+    // What calls and returns look at comes first, side by side.
+    /// The key of the program's functions without parameters, from which those of the others follow.
+    CallKey programKey = kNoCallKey;
+    /// The size of all registers.
+    std::uint32_t registerBytes = 0;
+    /// Locals come first in a frame, parameters before the others; then, when `keepsLastValue`, the value of the last
+    /// expression statement; then the temporaries. Everything before `firstTemporary` is released on return.
+    std::uint32_t firstTemporary = 0;
     std::vector<EngineInstruction> instructions;
     /// Constants used by this function, each once.
     std::vector<RubyValue> constants;
@@ -49,17 +57,13 @@ struct Code : FunctionInternals {
     const Program* program = nullptr;
     const CompiledFunction* function = nullptr;
     std::uint32_t parameterCount = 0;
-    /// Locals come first in a frame, parameters before the others; then, when `keepsLastValue`, the value of the last
-    /// expression statement; then the temporaries. Everything before `firstTemporary` is released on return.
     std::uint32_t localCount = 0;
-    std::uint32_t firstTemporary = 0;
     std::uint32_t registerCount = 0;
     bool keepsLastValue = false;
     /// The function is its program's top-level code.
     bool isTopLevel = false;
-    /// The locals beyond the parameters must read as unassigned on entry.
-    bool marksUnassigned = false;
-    Prologue prologue = Prologue::None;
+    /// A call by pcall can enter the function. Guarded ones have their own kind of outcome.
+    bool isProtectable = false;
 
     /// The line of the instruction before `next`. A frame entered just now has executed none, yet values destroyed at
     /// that point may already run scripts.
@@ -74,8 +78,9 @@ struct EngineIdentity {
     EndedMentions endedMentions;
 };
 
-/// The engine's state for a program: the translated functions.
-struct ProgramCode {
+/// The engine's state for a program: the translated functions. Its address begins their call keys, and its alignment
+/// leaves room for the number of parameters.
+struct alignas(256) ProgramCode {
     enum class State : std::uint8_t { Untried, Translated, Unsuitable };
     struct Entry {
         State state = State::Untried;

@@ -77,13 +77,29 @@ std::uint32_t CodeBuilder::addConstant(const RubyValue& constant) {
     return entry->second;
 }
 
+void CodeBuilder::emitConstantAtStart(std::uint16_t target, const RubyValue& constant) {
+    EngineInstruction instruction{EngineOp::PassConstant, 0, target, 0, 0};
+    instruction.setWide(static_cast<std::int32_t>(wideOperand(addConstant(constant))));
+    emitAtStart(instruction);
+}
+
 std::unique_ptr<Code> CodeBuilder::finish() {
     if (!patchJumps()) {
         return nullptr;
     }
+    insertStart();
     m_code->blocks = findBlocks(m_code->instructions);
     fusePairs(m_code->instructions, reg(m_code->firstTemporary));
     return std::move(m_code);
+}
+
+void CodeBuilder::insertStart() {
+    if (m_start.empty()) {
+        return;
+    }
+    // Jumps are relative, so all others can move.
+    m_code->instructions.insert(m_code->instructions.begin(), m_start.begin(), m_start.end());
+    m_code->lines.insert(m_code->lines.begin(), m_start.size(), m_code->lines.front());
 }
 
 bool CodeBuilder::patchJumps() {

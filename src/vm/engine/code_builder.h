@@ -82,6 +82,11 @@ public:
         return target < m_current ? m_current - target <= kNear : target - m_current <= kNear;
     }
 
+    /// Puts an instruction before all others. No jump goes to it.
+    void emitAtStart(const EngineInstruction& instruction) { m_start.push_back(instruction); }
+    /// Fills a dead register before anything else happens.
+    void emitConstantAtStart(std::uint16_t target, const RubyValue& constant);
+
     /// The instruction just emitted, when it belongs to the current block and therefore ran last.
     [[nodiscard]] EngineInstruction* lastInBlock() {
         return m_code->instructions.size() > m_blockStart ? &m_code->instructions.back() : nullptr;
@@ -119,8 +124,11 @@ private:
     /// The register instruction at which execution goes on after a jump to stack instruction `target`: further jumps on
     /// the way are skipped.
     [[nodiscard]] std::size_t destinationOf(std::size_t target) const;
+    void insertStart();
 
     std::unique_ptr<Code> m_code;
+    /// The instructions to go before all others.
+    std::vector<EngineInstruction> m_start;
     std::unordered_map<ConstantKey, std::uint32_t, ConstantKeyHash> m_constants;
     std::vector<Patch> m_patches;
     /// Register instruction at which each stack instruction starts.

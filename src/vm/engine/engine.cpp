@@ -29,6 +29,14 @@ std::string textOf(const std::exception& exception) noexcept {
     }
 }
 
+void setKeys(Code& code, const ProgramCode& program) {
+    code.engine = program.engine.get();
+    code.programKey = reinterpret_cast<CallKey>(&program);
+    if (code.parameterCount < alignof(ProgramCode)) {
+        code.callKey = code.programKey + code.parameterCount;
+    }
+}
+
 /// Takes the whole message out of the pending error; it may be long, so nothing of it stays behind.
 std::string takeMessage(PendingError& pending) {
     PendingError error = std::exchange(pending, {});
@@ -64,7 +72,7 @@ const Code* Engine::codeFor(const Program& program, std::int32_t functionIndex) 
         entry.code = translateFunction(program, functionIndex, translations.names);
         entry.state = entry.code != nullptr ? ProgramCode::State::Translated : ProgramCode::State::Unsuitable;
         if (entry.code != nullptr) {
-            entry.code->engine = m_identity.get();
+            setKeys(*entry.code, translations);
         }
     }
     return entry.code.get();
@@ -102,7 +110,6 @@ RubyValue Engine::run(const Code& code, const RubyValue* arguments, std::size_t 
     for (std::size_t i = 0; i < argumentCount; ++i) {
         copyToDead(base + i, arguments + i);
     }
-    prepareRegisters(code, base);
     while (true) {
         std::string message;
         bool isMemoryShort = false;

@@ -13,10 +13,9 @@ namespace {
 using Kind = RubyFunctionHandle::Kind;
 using Intrinsic = RubyFunctionHandle::Intrinsic;
 
-/// True when pcall can simply enter the function: a wrong argument count has to fail inside the protected call, and
-/// guarded functions have their own kind of outcome.
+/// True when pcall can simply enter the function: a wrong argument count has to fail inside the protected call.
 bool canProtect(const Code& code, std::size_t argumentCount) {
-    return code.function->fastKind != FastKind::Guarded && argumentCount == code.parameterCount;
+    return code.isProtectable && argumentCount == code.parameterCount;
 }
 
 /// Releases callee and arguments, then delivers the result.
@@ -79,7 +78,7 @@ void Engine::callNative(const RubyFunctionHandle& handle, RubyValue* window, std
 Status Engine::callScript(RubyFunctionHandle& handle, RubyValue* window, std::size_t argumentCount, RubyValue* result) {
     if (const Code* code = codeOf(handle)) {
         releaseRegister(window);
-        return enterFunction(handle, *code, window + 1, window + 1, argumentCount, result, kPlainFrame);
+        return enterFunction(handle, *code, window + 1, window + 1, argumentCount, result, kRecordedFrame);
     }
     if (nativeStackLow()) {
         return fail(kStackOverflow);
@@ -115,7 +114,7 @@ Status Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyV
     if (argumentCount != code.parameterCount) {
         return fail(locationOf(*code.program, 0), arityMessage(*code.function, argumentCount));
     }
-    if (!m_calls.push(code, base, result, flags | (code.isTopLevel ? kProgramFrame : kPlainFrame))) {
+    if (!m_calls.push(code, base, result, flags | (code.isTopLevel ? kProgramFrame : 0U))) {
         return fail(kStackOverflow);
     }
     m_context.frame->handle = &handle;
@@ -124,9 +123,6 @@ Status Engine::enterFunction(RubyFunctionHandle& handle, const Code& code, RubyV
         for (std::size_t i = 0; i < argumentCount; ++i) {
             moveRegister(m_context.frame->base + i, arguments + i);
         }
-    }
-    if (code.prologue != Prologue::None) {
-        prepareRegisters(code, m_context.frame->base);
     }
     return Status::Done;
 }
@@ -144,8 +140,8 @@ Status Engine::callProtected(RubyValue* window, std::size_t argumentCount, RubyV
             code = isCallableScript(handle) ? codeOf(handle) : nullptr;
         }
         if (code != nullptr && canProtect(*code, argumentCount - 1)) {
-            if (enterFunction(handle, *code, callee + 1, callee + 1, argumentCount - 1, result, kProtectedFrame) ==
-                Status::Failed) {
+            if (enterFunction(handle, *code, callee + 1, callee + 1, argumentCount - 1, result,
+                              kProtectedFrame | kRecordedFrame) == Status::Failed) {
                 return Status::Failed;
             }
             releaseRegister(window);
@@ -163,9 +159,9 @@ Status Engine::callWithArray(RubyValue* window, RubyValue* result) {
     const bool isPcall =
         window->isFunction() && static_cast<RubyFunctionHandle*>(window->data.box)->intrinsic == Intrinsic::Pcall;
     const Attempt entered =
-        isPcall
-            ? enterWithArray(arguments[0], window, arguments.data() + 1, arguments.size() - 1, result, kProtectedFrame)
-            : enterWithArray(*window, window, arguments.data(), arguments.size(), result, kPlainFrame);
+        isPcall ? enterWithArray(arguments[0], window, arguments.data() + 1, arguments.size() - 1, result,
+                                 kProtectedFrame | kRecordedFrame)
+                : enterWithArray(*window, window, arguments.data(), arguments.size(), result, kRecordedFrame);
     if (entered == Attempt::Declined) {
         RubyValue value = m_vm.callValue(program(), *window, arguments.data(), arguments.size(), line());
         finishCall(window, 1, result, std::move(value));
@@ -180,7 +176,7 @@ Attempt Engine::enterWithArray(const RubyValue& callee, RubyValue* window, RubyV
     }
     auto& handle = *static_cast<RubyFunctionHandle*>(callee.data.box);
     const Code* code = isCallableScript(handle) ? codeOf(handle) : nullptr;
-    if (code == nullptr || (flags == kProtectedFrame && !canProtect(*code, argumentCount))) {
+    if (code == nullptr || ((flags & kProtectedFrame) != 0 && !canProtect(*code, argumentCount))) {
         return Attempt::Declined;
     }
     if (enterFunction(handle, *code, window + 2, arguments, argumentCount, result, flags) == Status::Failed) {

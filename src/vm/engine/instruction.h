@@ -65,6 +65,10 @@ inline constexpr std::uint8_t kCombinesByOr = 4;
 inline constexpr std::uint8_t kJumpsIfFalse = 8;
 inline constexpr std::uint8_t kJumpsIfTrue = 16;
 
+/// Flag in `n` of returns: the frame has more than kRegistersAtOnce registers to release. It is the bit by which
+/// the types of boxed values differ from the others, so that one test answers for both.
+inline constexpr std::uint8_t kReleasesMany = 4;
+
 /// Operands above this do not fit their field; separate instructions load them.
 inline constexpr std::size_t kLargestOperand = 0x7fff;
 

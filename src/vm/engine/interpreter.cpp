@@ -2,10 +2,10 @@
 //
 // Rules that hold in it:
 //  1. The frame's `next` is saved before anything that may fail or leave the frame, and the state is loaded again after
-//     anything that may enter, leave or run other frames (load) or create globals.
+//     anything that may enter, leave or run other frames (load).
 //  2. A dead register never holds a boxed value. Instructions that use up a temporary release it, unless it held a
 //     scalar, which may be left behind.
-//  3. Registers never move while a frame is active; frames and globals may.
+//  3. Registers never move while a frame is active, and globals never do; frames may.
 //  4. No object with a destructor lives in the loop, so exceptions may pass through it anywhere.
 #include <cmath>
 #include <cstddef>
@@ -17,6 +17,7 @@
 #include "morvel/ruby/error.h"
 #include "value/deferred_release.h"
 #include "value/operators.h"
+#include "vm/impl.h"
 
 #if defined(__GNUC__) && !defined(MORVEL_SWITCH_DISPATCH)
 #define MORVEL_THREADED 1
@@ -95,10 +96,13 @@ using Type = RubyValue::Type;
     return !left->isBoxed() && !right->isBoxed();
 }
 
-/// True for an array of two elements that nothing else refers to.
-[[gnu::always_inline]] inline bool isLonePair(const RubyValue* value) {
-    return value->type == Type::Array && value->data.box->references == 1 &&
-           static_cast<const ArrayBox*>(value->data.box)->elements.size() == 2;
+/// True for an array of two elements that nothing else refers to, the first of which needs no release.
+[[gnu::always_inline]] inline bool isReusablePair(const RubyValue* value) {
+    if (value->type != Type::Array || value->data.box->references != 1) {
+        return false;
+    }
+    const RubyArray& elements = static_cast<const ArrayBox*>(value->data.box)->elements;
+    return elements.size() == 2 && !elements[0].isBoxed();
 }
 
 /// Copies `from` to a register or global, whatever that held.
@@ -147,17 +151,6 @@ constinit const RubyValue kNil;
     releaseRegister(to);
     to->type = type;
     to->data = data;
-}
-
-/// A reference for the frame of a callee that lives in a variable, which may be rebound during the call. Only its
-/// program has to stay alive, and a caller from the same program ensures that: then the result is null.
-[[gnu::always_inline]] inline RubyFunctionHandle* keepCallee(RubyFunctionHandle* callee, const Code* code,
-                                                             const Code* caller) {
-    if (code->program == caller->program) [[likely]] {
-        return nullptr;
-    }
-    ++callee->references;
-    return callee;
 }
 
 [[gnu::always_inline]] inline std::int64_t remainderOf(std::int64_t left, std::int64_t right) {
@@ -232,13 +225,16 @@ struct Engine::Loop {
     const EngineInstruction* pc = nullptr;
     RubyValue* base = nullptr;
     const RubyValue* constants = nullptr;
+    /// The top frame, as in the context.
+    Frame* frame = nullptr;
 
     /// The instruction being carried out; `pc` is already past it.
     [[nodiscard, gnu::always_inline]] const EngineInstruction& instruction() const { return pc[-1]; }
 
-    [[gnu::always_inline]] void save() const { engine.m_context.frame->next = pc; }
+    [[gnu::always_inline]] void save() const { frame->next = pc; }
 
-    [[gnu::always_inline]] void loadFrame(const Frame* top) {
+    [[gnu::always_inline]] void loadFrame(Frame* top) {
+        frame = top;
         base = top->base;
         constants = top->code->constants.data();
         pc = top->next;
@@ -823,7 +819,7 @@ struct Engine::Loop {
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doLoadLocalOrGlobal() {
         const auto number = static_cast<std::size_t>(instruction().wide());
-        const LocalFallback& fallback = engine.m_context.frame->code->fallbacks[number];
+        const LocalFallback& fallback = frame->code->fallbacks[number];
         const RubyValue* const local = at(base, fallback.local);
         save();
         if (local->type == kUndefinedType) {
@@ -970,46 +966,97 @@ struct Engine::Loop {
         return Step::Next;
     }
 
-    /// Enters a script function whose translation is known; everything else goes through callFunction. The callee in
-    /// the window's first register gives its reference to the frame.
+    /// The translation of a script function when a call with this many arguments can enter it at once: it belongs to
+    /// the caller's program, takes that many arguments and has room. Null otherwise.
+    [[gnu::always_inline]] const Code* enterable(const RubyValue* function, const RubyValue* window,
+                                                 std::size_t argumentCount) const {
+        if (function->type != Type::Function) [[unlikely]] {
+            return nullptr;
+        }
+        const auto& known = FunctionInternals::of(*static_cast<const RubyFunctionHandle*>(function->data.box));
+        if (known.callKey != frame->code->programKey + argumentCount) [[unlikely]] {
+            return nullptr;
+        }
+        const Code* const code = static_cast<const Code*>(&known);
+        return hasRoomFor(engine.m_context, frame, *code, window) ? code : nullptr;
+    }
     template <EngineOp kOp, bool kInWindow>
     [[gnu::always_inline]] Step call(const RubyValue* function) {
         RubyValue* const window = operand<kOp, 0>();
         save();
+        const Code* const code = enterable(function, window, instruction().n);
+        if (code == nullptr) [[unlikely]] {
+            return callOther<kOp, kInWindow>(function, window);
+        }
+        if constexpr (kInWindow) {
+            // The caller keeps the program alive.
+            releaseRegister(window);
+        }
+        enter(*code, window + 1);
+        return Step::Next;
+    }
+    template <EngineOp kOp, bool kInWindow>
+    [[gnu::always_inline]] Step callOther(const RubyValue* function, RubyValue* window) {
+        const std::uint8_t argumentCount = instruction().n;
         if (function->type == Type::Function) [[likely]] {
-            auto* const handle = static_cast<RubyFunctionHandle*>(function->data.box);
-            const FunctionInternals& known = FunctionInternals::of(*handle);
-            const Code* const code = static_cast<const Code*>(&known);
-            const std::uint8_t argumentCount = instruction().n;
-            if (known.engine == engine.m_identity.get() && code->parameterCount == argumentCount &&
-                hasRoomFor(engine.m_context, *code, window)) [[likely]] {
-                RubyFunctionHandle* kept = handle;
-                if constexpr (kInWindow) {
-                    window->type = Type::Nil;
-                } else {
-                    kept = keepCallee(handle, code, engine.m_context.frame->code);
+            const auto& handle = *static_cast<const RubyFunctionHandle*>(function->data.box);
+            const FunctionInternals& known = FunctionInternals::of(handle);
+            if (known.numberFunction != nullptr) {
+                if (known.numberFunction(window + 1, argumentCount, operand<kOp, 1>())) [[likely]] {
+                    releaseRegister(window);
+                    return Step::Next;
                 }
-                enter(*code, window + 1, operand<kOp, 1>(), kept);
-                return Step::Next;
+                return callGeneral(*function, window, argumentCount, operand<kOp, 1>());
             }
-            if (known.numberFunction != nullptr && known.numberFunction(window + 1, argumentCount, operand<kOp, 1>())) {
-                releaseRegister(window);
-                return Step::Next;
-            }
-            if (handle->nativeFunction != nullptr && handle->intrinsic == RubyFunctionHandle::Intrinsic::None) {
-                engine.callNative(*handle, window, argumentCount, operand<kOp, 1>());
+            if (handle.nativeFunction != nullptr && handle.intrinsic == RubyFunctionHandle::Intrinsic::None) {
+                engine.callNative(handle, window, argumentCount, operand<kOp, 1>());
                 load();
                 return Step::Next;
             }
-            if (handle->intrinsic == RubyFunctionHandle::Intrinsic::Pcall) {
+            if (handle.intrinsic == RubyFunctionHandle::Intrinsic::Pcall) {
+                const Code* const code =
+                    argumentCount == 0 ? nullptr : enterable(window + 1, window + 1, argumentCount - 1);
+                if (code != nullptr && code->isProtectable) {
+                    engine.m_vm.prepareSpareOutcome();
+                    releaseRegister(window);
+                    releaseRegister(window + 1);
+                    frame[1].flags = kProtectedFrame;
+                    frame[1].result = operand<kOp, 1>();
+                    frame[1].handle = nullptr;
+                    enter(*code, window + 2);
+                    return Step::Next;
+                }
                 return afterCall(engine.callProtected(window, argumentCount, operand<kOp, 1>()));
             }
+            if (known.engine == engine.m_identity.get()) {
+                const Code& code = static_cast<const Code&>(known);
+                if (code.parameterCount == argumentCount && hasRoomFor(engine.m_context, frame, code, window)) {
+                    enterOtherProgram<kInWindow>(code, function, window, operand<kOp, 1>());
+                    return Step::Next;
+                }
+            }
         }
-        return callGeneral(*function, window, instruction().n, operand<kOp, 1>());
+        return callGeneral(*function, window, argumentCount, operand<kOp, 1>());
     }
-    [[gnu::always_inline]] void enter(const Code& code, RubyValue* registers, RubyValue* result,
-                                      RubyFunctionHandle* kept) {
-        enterPlainFrame(engine.m_context, code, registers, result, kept);
+    /// The frame keeps the program alive by a reference to the callee, which may be in a variable that is rebound.
+    template <bool kInWindow>
+    [[gnu::always_inline]] void enterOtherProgram(const Code& code, const RubyValue* function, RubyValue* window,
+                                                  RubyValue* result) {
+        frame[1].flags = kRecordedFrame;
+        frame[1].result = result;
+        frame[1].handle = static_cast<RubyFunctionHandle*>(function->data.box);
+        if constexpr (kInWindow) {
+            window->type = Type::Nil;
+        } else {
+            ++frame[1].handle->references;
+        }
+        enter(code, window + 1);
+    }
+    [[gnu::always_inline]] void enter(const Code& code, RubyValue* registers) {
+        ++frame;
+        frame->code = &code;
+        frame->base = registers;
+        engine.m_context.frame = frame;
         base = registers;
         constants = code.constants.data();
         pc = code.instructions.data();
@@ -1037,7 +1084,7 @@ struct Engine::Loop {
     [[gnu::always_inline]] Step doLen() {
         const RubyValue* const callee = operand<kOp, 2>();
         RubyValue* const argument = operand<kOp, 1>();
-        RubyValue* const window = base + engine.m_context.frame->code->firstTemporary + instruction().n;
+        RubyValue* const window = base + frame->code->firstTemporary + instruction().n;
         if (isShortcut(callee, Shortcut::Len)) [[likely]] {
             if (argument->type == Type::Array && argument != window + 1) {
                 setInteger(operand<kOp, 0>(), static_cast<ArrayBox*>(argument->data.box)->elements.size());
@@ -1060,7 +1107,7 @@ struct Engine::Loop {
         const RubyValue* const callee = operand<kOp, 2>();
         RubyValue* const array = operand<kOp, 1>();
         RubyValue* const value = operand<kOp, 0>();
-        RubyValue* const window = base + engine.m_context.frame->code->firstTemporary + instruction().n;
+        RubyValue* const window = base + frame->code->firstTemporary + instruction().n;
         save();
         if (isShortcut(callee, Shortcut::ArrayPush) && array->type == Type::Array) [[likely]] {
             pushElement(array, value, value == window + 2);
@@ -1081,14 +1128,16 @@ struct Engine::Loop {
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doDefineFunction() {
         save();
-        engine.defineFunction(
-            engine.m_context.frame->code->definitions[static_cast<std::size_t>(instruction().wide())]);
+        engine.defineFunction(frame->code->definitions[static_cast<std::size_t>(instruction().wide())]);
         return Step::Next;
     }
 
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doReturnLocal() {
-        return returnValue(operand<kOp, 0>());
+        RubyValue* const value = operand<kOp, 0>();
+        const Type type = value->type;
+        value->type = Type::Nil;
+        return returnValue(type, value->data);
     }
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doReturnConstant() {
@@ -1100,32 +1149,59 @@ struct Engine::Loop {
     }
     template <EngineOp kOp>
     [[gnu::always_inline]] Step doReturnNil() {
-        return returnCopy(&kNil);
+        return returnValue(Type::Nil, {});
     }
-    /// The first temporary, dead by now, takes the value to the common return.
     [[gnu::always_inline]] Step returnCopy(const RubyValue* source) {
-        RubyValue* const value = base + engine.m_context.frame->code->firstTemporary;
-        copyToDead(value, source);
-        return returnValue(value);
+        if (source->isBoxed()) {
+            ++source->data.box->references;
+        }
+        return returnValue(source->type, source->data);
     }
-    [[gnu::always_inline]] Step returnValue(RubyValue* value) {
-        const Frame* const frame = engine.m_context.frame;
-        RubyValue* result = frame->result;
-        if (frame->flags != kPlainFrame) [[unlikely]] {
-            if (frame->flags != kProtectedFrame || !isLonePair(result)) {
-                save();
-                if (engine.leaveFrame(value)) {
-                    return Step::Leave;
-                }
-                loadFrame(engine.m_context.frame);
+    [[gnu::always_inline]] Step returnValue(Type type, RubyValue::Data data) {
+        Frame* const caller = frame - 1;
+        const EngineInstruction* const next = caller->next;
+        RubyValue* const callerBase = caller->base;
+        RubyValue* result = nullptr;
+        if (frame->flags == kPlainFrame) [[likely]] {
+            result = at(callerBase, next[-1].b);
+        } else {
+            if (frame->flags == kRecordedFrame) {
+                leaveRecordedFrame(engine.m_context, type, data);
+                loadFrame(caller);
                 return Step::Next;
             }
+            if (frame->flags != kProtectedFrame || !isReusablePair(frame->result)) {
+                return leaveSpecial(type, data);
+            }
             // Reuses the pair that would end here, usually the previous outcome of pcall.
-            RubyValue* const pair = static_cast<ArrayBox*>(result->data.box)->elements.data();
-            setBoolean(pair, true);
+            RubyValue* const pair = static_cast<ArrayBox*>(frame->result->data.box)->elements.data();
+            pair->type = Type::Boolean;
+            pair->data.boolean = true;
             result = pair + 1;
+            frame->flags = kPlainFrame;
         }
-        leavePlainFrame(engine.m_context, value, result);
+        if (((typeBits(base, result) | instruction().n) & kReleasesMany) != 0) [[unlikely]] {
+            deliverResult(*frame, result, type, data);
+        } else {
+            result->type = type;
+            result->data = data;
+        }
+        frame = caller;
+        engine.m_context.frame = caller;
+        base = callerBase;
+        constants = caller->code->constants.data();
+        pc = next;
+        return Step::Next;
+    }
+    [[gnu::always_inline]] Step leaveSpecial(Type type, RubyValue::Data data) {
+        save();
+        // The first temporary is dead by now.
+        RubyValue* const value = base + frame->code->firstTemporary;
+        value->type = type;
+        value->data = data;
+        if (engine.leaveFrame(value)) {
+            return Step::Leave;
+        }
         loadFrame(engine.m_context.frame);
         return Step::Next;
     }

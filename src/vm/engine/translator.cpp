@@ -16,6 +16,7 @@
 #include "vm/engine/operations.h"
 #include "vm/engine/symbolic_stack.h"
 #include "vm/engine/variables.h"
+#include "vm/globals.h"
 
 namespace morvel::ruby::internal {
 
@@ -39,6 +40,7 @@ std::unique_ptr<Code> layOutFrame(const FunctionFacts& facts) {
     code->firstTemporary = code->localCount + (code->keepsLastValue ? 1U : 0U);
     code->registerCount = registerCount(facts, *code, static_cast<std::size_t>(facts.flow.deepest));
     code->isTopLevel = facts.isMain;
+    code->isProtectable = facts.function.fastKind != FastKind::Guarded;
     return code;
 }
 
@@ -66,10 +68,12 @@ public:
         m_code.beginBlock(m_facts.function.code.size());
         m_code.markStart(m_facts.function.code.size());
         translateEnd();
+        translateStart();
         Code& code = m_code.code();
         if (m_lists.deepest() > 0) {
             code.registerCount = registerCount(m_facts, code, m_lists.deepest());
         }
+        code.registerBytes = code.registerCount * static_cast<std::uint32_t>(sizeof(RubyValue));
         return code.registerCount <= kLargestOperand;
     }
 
@@ -179,32 +183,49 @@ private:
 
     void returnEntry() {
         if (m_stack.empty()) {
-            return m_code.emit(EngineOp::ReturnNil, 0, 0, 0, 0);
+            return m_code.emit(EngineOp::ReturnNil, returnFlags(), 0, 0, 0);
         }
         const Entry value = m_stack.pop();
         switch (value.place) {
             case Place::Constant:
-                return m_code.emitWide(EngineOp::ReturnConstant, 0, 0, wideOperand(value.index));
+                return m_code.emitWide(EngineOp::ReturnConstant, returnFlags(), 0, wideOperand(value.index));
             case Place::Global:
-                return m_code.emitWide(EngineOp::ReturnGlobal, 0, 0, wideOperand(value.index));
+                return m_code.emitWide(EngineOp::ReturnGlobal, returnFlags(), 0, wideOperand(value.index));
             case Place::Local:
             case Place::Temporary:
-                return m_code.emit(EngineOp::ReturnLocal, 0, reg(value.index), 0, 0);
+                return m_code.emit(EngineOp::ReturnLocal, returnFlags(), reg(value.index), 0, 0);
         }
+    }
+
+    [[nodiscard]] std::uint8_t returnFlags() const {
+        return m_code.code().firstTemporary > kRegistersAtOnce ? kReleasesMany : std::uint8_t{0};
     }
 
     void translateEnd() {
         Code& code = m_code.code();
         m_code.setLine(0);
         if (code.keepsLastValue) {
-            m_code.emit(EngineOp::ReturnLocal, 0, reg(m_code.lastValue()), 0, 0);
+            m_code.emit(EngineOp::ReturnLocal, returnFlags(), reg(m_code.lastValue()), 0, 0);
         } else {
-            m_code.emit(EngineOp::ReturnNil, 0, 0, 0, 0);
+            m_code.emit(EngineOp::ReturnNil, returnFlags(), 0, 0, 0);
         }
-        if (code.marksUnassigned || code.parameterCount > code.localCount) {
-            code.prologue = Prologue::PrepareRegisters;
-        } else if (code.keepsLastValue) {
-            code.prologue = Prologue::ClearLastValue;
+    }
+
+    /// Prepares the registers of a new frame, which hold only the arguments.
+    void translateStart() {
+        const Code& code = m_code.code();
+        for (std::uint32_t surplus = code.localCount; surplus < code.parameterCount; ++surplus) {
+            m_code.emitAtStart({EngineOp::Drop, 0, reg(surplus), 0, 0});
+        }
+        std::vector<bool> isMarked(code.localCount, false);
+        for (const LocalFallback& fallback : code.fallbacks) {
+            if (!isMarked[fallback.local / 2]) {
+                isMarked[fallback.local / 2] = true;
+                m_code.emitConstantAtStart(fallback.local, makeUndefined());
+            }
+        }
+        if (code.keepsLastValue) {
+            m_code.emitConstantAtStart(reg(m_code.lastValue()), RubyValue());
         }
     }
 

@@ -2,12 +2,19 @@
 
 #include <algorithm>
 
+#include "vm/engine/code.h"
+
 namespace morvel::ruby::internal {
 
 ValueStack::ValueStack() {
-    m_chunks.push_back({makeZeroedArray<RubyValue>(kFirstChunk), kFirstChunk});
-    m_total = kFirstChunk;
+    addChunk(kFirstChunk);
     returnToChunk(0);
+}
+
+void ValueStack::addChunk(std::size_t size) {
+    // A return may look at registers beyond those of the last frame.
+    m_chunks.push_back({makeZeroedArray<RubyValue>(size + kRegistersAtOnce), size});
+    m_total += size;
 }
 
 RubyValue* ValueStack::enterNextChunk(std::size_t count) {
@@ -21,8 +28,7 @@ RubyValue* ValueStack::enterNextChunk(std::size_t count) {
         if (size > kMostValues - m_total) {
             return nullptr;
         }
-        m_chunks.push_back({makeZeroedArray<RubyValue>(size), size});
-        m_total += size;
+        addChunk(size);
     }
     returnToChunk(next);
     return m_chunks[next].values.get();

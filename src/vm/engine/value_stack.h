@@ -43,6 +43,7 @@ private:
     /// How much of an unused stack giveBack keeps.
     static constexpr std::size_t kKeptValues = 1 << 16;
 
+    void addChunk(std::size_t size);
     void dropLastChunk() noexcept;
 
     std::vector<Chunk> m_chunks;

@@ -43,7 +43,6 @@ void Variables::loadName(std::size_t index) {
     Code& code = m_code.code();
     const std::size_t fallback = code.fallbacks.size();
     code.fallbacks.push_back({reg(localRegister), m_names.slotOf(m_facts.function.code[index].a)});
-    code.marksUnassigned = true;
     m_code.emitWide(EngineOp::LoadLocalOrGlobal, 0, m_stack.pushTemporary(), fallback);
 }
 

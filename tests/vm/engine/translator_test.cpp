@@ -153,7 +153,10 @@ TEST(Translator, SurplusParametersHaveRegisters) {
     ASSERT_NE(nullptr, code);
     EXPECT_EQ(1U, code->localCount);
     EXPECT_GE(code->registerCount, 4U);
-    EXPECT_EQ(internal::Prologue::PrepareRegisters, code->prologue);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(internal::EngineOp::Drop, code->instructions[i].op);
+        EXPECT_EQ((i + 1) * 2, code->instructions[i].a);
+    }
 }
 
 TEST(Translator, ResultsGoIntoGlobalsThatAnOperandCanName) {
