@@ -138,6 +138,7 @@ const std::vector<std::string> kBodies{
     "def inner(a) return [a] end inner(w)",
     "def inner(a) b = 1 c = 2 d = 3 e = a return 5 end inner(w) x = inner([w])",
     "def inner(a) b = 1 c = 2 d = 3 e = 4 f = a return f end inner(w) x = inner([w]) x = inner(w)",
+    "def inner() a = 1 b = 2 c = 3 d = 4 e = w return 5 end inner() x = inner()",
     "def inner(a) b = 1 c = 2 d = 3 e = a return 5 end x = pcall(inner, w) x = pcall(inner, [w])",
     "x = pcall(id, w) x = pcall(id, 5) x = pcall(id, [w])",
     "x = pcall(id, 5) x[0] = [w] x = pcall(id, 6)",
