@@ -18,6 +18,8 @@
 
 namespace morvel::ruby::internal {
 
+static_assert(GlobalTable::kBlockSlots == kLargestOperand + 1, "operands name the globals of the first block");
+
 namespace {
 
 constexpr const char* kOutOfMemory = "out of memory";

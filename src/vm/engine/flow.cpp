@@ -67,10 +67,10 @@ private:
             case OperandKind::JumpTarget:
                 return instruction.a >= 0 && unsignedA <= m_code.size();
             case OperandKind::Count:
-                // Each counted value needs an instruction that pushes it.
-                return instruction.a >= 0 && unsignedA < m_code.size();
+                break;
         }
-        return false;
+        // Each counted value needs an instruction that pushes it.
+        return instruction.a >= 0 && unsignedA < m_code.size();
     }
 
     bool reach(std::size_t index, std::int32_t depth) {

@@ -329,13 +329,16 @@ enum class EngineOp : std::uint8_t {
 #undef MORVEL_NAME
 };
 
-[[nodiscard]] constexpr std::array<char, 4> usesOf(std::string_view letters) {
-    return {letters[0], letters[1], letters[2]};
-}
+using EngineOperands = std::array<EngineOperand, 3>;
+
+/// A letter for each operand.
+using OperandUses = std::array<char, EngineOperands{}.size()>;
+
+[[nodiscard]] constexpr OperandUses usesOf(std::string_view letters) { return {letters[0], letters[1], letters[2]}; }
 
 /// The table entry of an operation.
 struct OperationInfo {
-    std::array<char, 4> uses;
+    OperandUses uses;
     std::uint8_t effects;
 };
 
@@ -359,8 +362,6 @@ inline constexpr std::array kOperations{
     }
     return std::nullopt;
 }
-
-using EngineOperands = std::array<EngineOperand, 3>;
 
 /// The table entry of an instruction.
 struct EngineOpInfo {
