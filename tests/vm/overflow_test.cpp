@@ -48,6 +48,11 @@ TEST_F(Overflow, UnderAnOperatorHasItsPlace) {
              "x = text x = x + 'y' + ring",
              "x = text x = x + 1 + ring + 'y'",
              "x = text x = x + [ring]",
+             // A long string that nothing else holds grows in place.
+             "x = string_rep('x', 40) x = x + ring",
+             "x = string_rep('x', 40) x = x + 'y' + ring",
+             "map['x'] = string_rep('x', 40) map['x'] = map['x'] + ring",
+             "map['x'] = string_rep('x', 40) map['x'] = map['x'] + 'y' + ring",
              "map['x'] = text + ring",
              "map[text + ring] = 1",
              "grown = 'y' grown = grown + ring",
