@@ -172,5 +172,24 @@ TEST(Translator, ResultsGoIntoGlobalsThatAnOperandCanName) {
     EXPECT_EQ("PassConstant AddRK StoreFarGlobal Drop ReturnConstant ReturnNil", statement(32'768));
 }
 
+TEST(Translator, OnlyTheResultJustComputedGoesIntoAGlobal) {
+    const auto main = [](std::vector<Instruction> code) {
+        return TranslatedProgram(makeProgram({"a", 1, "b"}, std::move(code))).names(0);
+    };
+    const Instruction jump = op(OpCode::Jump, 2);
+    const Instruction add = op(OpCode::Add);
+    EXPECT_EQ("PassConstant Jump PassConstant AddToGRK ReturnLocal ReturnNil",
+              main({kOne, jump, kOne, kOne, add, kStore, kPop, kPop}));
+    // The block before computed it.
+    EXPECT_EQ("PassConstant Jump StoreGlobalMove ReturnGlobal ReturnNil", main({kOne, jump, kStore, kPop}));
+    EXPECT_EQ("PassConstant Jump PassConstant AddRK Drop StoreGlobalMove ReturnGlobal ReturnNil",
+              main({kOne, jump, kOne, kOne, add, kPop, kStore, kPop}));
+    // Constants, the first and the second.
+    EXPECT_EQ("PassConstant AddRK PassConstant StoreGlobalMove ReturnLocal ReturnNil",
+              main({kOne, kOne, add, kOne, kStore, kPop, kPop}));
+    EXPECT_EQ("PassConstant AddRK PassConstant StoreGlobalMove ReturnLocal ReturnNil",
+              main({kOne, kOne, add, op(OpCode::PushConst, 2), kStore, kPop, kPop}));
+}
+
 }  // namespace
 }  // namespace morvel::ruby::tests
