@@ -4,9 +4,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "compiler/program.h"
@@ -181,8 +183,57 @@ private:
         return std::to_string(number);
     }
 
-    /// The meaning of the field `n`, apart from which operands die.
+    /// The meaning of the field `n`, apart from which operands die, and the fields that should be 0 but are not.
     [[nodiscard]] std::string notesOf(const EngineInstruction& instruction) const {
+        std::string notes = meaningOfN(instruction);
+        for (const auto& [name, value] : unusedFields(instruction)) {
+            if (value != 0) {
+                notes += (notes.empty() ? "" : ", ") + std::string("unused ") + name + " = " + std::to_string(value);
+            }
+        }
+        return notes;
+    }
+
+    using Field = std::pair<char, unsigned>;
+
+    /// The fields that have no meaning for the instruction; of `n`, the flags without a meaning.
+    static std::array<Field, 4> unusedFields(const EngineInstruction& instruction) {
+        const EngineOpInfo& info = infoOf(instruction.op);
+        const auto isUnused = [&info](std::size_t operand) { return info.operands[operand] == EngineOperand::None; };
+        const bool isWide = std::any_of(info.operands.begin(), info.operands.end(), isWideKind);
+        return {Field{'n', instruction.n & ~flagsOf(info)}, Field{'a', isUnused(0) ? instruction.a : 0U},
+                Field{'b', isUnused(1) ? instruction.b : 0U}, Field{'c', isUnused(2) && !isWide ? instruction.c : 0U}};
+    }
+
+    /// The operand takes the place of b and c.
+    static bool isWideKind(EngineOperand kind) {
+        return kind == EngineOperand::WideConstant || kind == EngineOperand::WideGlobal ||
+               kind == EngineOperand::WideDistance || kind == EngineOperand::WideNumber;
+    }
+
+    /// The bits of the field `n` that have a meaning for an instruction.
+    static unsigned flagsOf(const EngineOpInfo& info) {
+        if (info.does().uses[0] == 'p' || info.has(internal::kMayCall)) {
+            return std::numeric_limits<std::uint8_t>::max();
+        }
+        unsigned flags = 0;
+        for (const char use : info.does().uses) {
+            if (use == 'd' || use == 'u') {
+                flags |= flags == 0 ? internal::kFirstDies : internal::kSecondDies;
+            }
+        }
+        if (info.does().uses[0] == 'b') {
+            return flags | internal::kCombinesByOr | internal::kJumpsIfFalse | internal::kJumpsIfTrue;
+        }
+        if (info.operation == Operation::Add) {
+            flags |= internal::kBeginsAppend | internal::kEndsAppend;
+        }
+        const bool changesText = info.operation == Operation::Add || info.operation == Operation::Increase ||
+                                 info.operation == Operation::SetIndex;
+        return changesText ? flags | internal::kLastValueDies : flags;
+    }
+
+    [[nodiscard]] std::string meaningOfN(const EngineInstruction& instruction) const {
         const EngineOpInfo& info = infoOf(instruction.op);
         if (info.does().uses[0] == 'p') {
             return instruction.n == 0 ? "" : "takes " + rangeText(instruction.a / 2U + 1, instruction.n);

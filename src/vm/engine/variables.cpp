@@ -1,6 +1,7 @@
 #include "vm/engine/variables.h"
 
 #include <string>
+#include <utility>
 
 #include "vm/engine/instruction_table.h"
 
@@ -12,7 +13,7 @@ namespace {
 void shortenIncrease(EngineInstruction& addition) {
     if ((addition.op == EngineOp::AddRR || addition.op == EngineOp::AddRK) && addition.a == addition.b) {
         addition.op = addition.op == EngineOp::AddRR ? EngineOp::IncreaseR : EngineOp::IncreaseK;
-        addition.b = addition.c;
+        addition.b = std::exchange(addition.c, 0);
     }
 }
 
