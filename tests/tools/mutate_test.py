@@ -1,5 +1,6 @@
 """Tests of the mutations that tools/mutate generates."""
 
+import argparse
 import importlib.machinery
 import sys
 import types
@@ -69,6 +70,15 @@ class Mutations(unittest.TestCase):
         self.assertNotEqual(drawn[0], drawn[2])
         self.assertEqual(sorted(drawn[0]), sorted(drawn[2]))
         self.assertEqual(len(set(drawn[0])), len(drawn[0]))
+
+    def test_parts_share_out_what_a_seed_draws(self):
+        sources = {"a.cpp": "if (a < 1 && b) {", "b.cpp": "return c + 2;"}
+        drawn = list(mutate.draw(sources, 1))
+        parts = [list(mutate.draw(sources, 1, mutate.part_of(f"{number}/3"))) for number in (1, 2, 3)]
+        self.assertEqual([drawn[0::3], drawn[1::3], drawn[2::3]], parts)
+        for text in ("", "1", "0/3", "4/3", "a/b"):
+            with self.assertRaises(argparse.ArgumentTypeError, msg=text):
+                mutate.part_of(text)
 
 
 if __name__ == "__main__":
