@@ -187,8 +187,9 @@ void Engine::loadByte(RubyValue* target, const std::string& text, std::size_t po
 }
 
 Status Engine::getIndexSlow(RubyValue* target, RubyValue* container, RubyValue* index, std::uint8_t flags) {
-    if (container->isMap() && (index->isString() || index->isInteger())) {
-        const RubyValue* found = container->asMap().findValue(*index);
+    // Integer keys take the fast path of the instruction.
+    if (container->isMap() && index->isString()) {
+        const RubyValue* found = container->asMap().findText(static_cast<StringBox*>(index->data.box));
         RubyValue value = found == nullptr ? RubyValue() : *found;
         releaseIf((flags & kFirstDies) != 0, container);
         releaseIf((flags & kSecondDies) != 0, index);
