@@ -161,10 +161,7 @@ private:
     }
 
     [[nodiscard]] bool isSameVariable(std::size_t one, std::size_t other) const {
-        if (m_globals[one] != kNotGlobal || m_globals[other] != kNotGlobal) {
-            return m_globals[one] == m_globals[other];
-        }
-        return localSlotAt(m_function, one) == localSlotAt(m_function, other);
+        return m_globals[one] == m_globals[other] && localSlotAt(m_function, one) == localSlotAt(m_function, other);
     }
 
     const CompiledFunction& m_function;

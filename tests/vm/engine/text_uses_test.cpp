@@ -42,6 +42,16 @@ TEST(AppendChains, BeginWithTheVariableThatIsStored) {
     EXPECT_EQ("", chainsIn("s = s - t + 1"));
     EXPECT_EQ("", chainsIn("s = s[0] + t + 1"));
     EXPECT_EQ("", chainsOf(TranslatedProgram("t = s + t + 1"), 0));
+    // A global and a local.
+    EXPECT_EQ("", chainsIn("s = g + t + 1"));
+}
+
+TEST(AppendChains, MayHaveSmallerExpressionsAsParts) {
+    EXPECT_EQ("3-5", chainsIn("s = s + t() + 1"));
+    EXPECT_EQ("5-7", chainsIn("s = s + t(l, 1) + 1"));
+    EXPECT_EQ("5-7", chainsIn("s = s + [t, l, 1] + 1"));
+    EXPECT_EQ("4-6", chainsIn("s = s + t[l] + 1"));
+    EXPECT_EQ("3-5", chainsIn("s = s + -t + 1"));
 }
 
 TEST(AppendChains, MayBeginWithAnElementThatIsStored) {
@@ -94,6 +104,8 @@ TEST(LastReads, AreThoseBeforeAReturn) {
     EXPECT_EQ("0", lastReadsIn("return s + t"));
     // Only the second read is the last.
     EXPECT_EQ("2", lastReadsIn("return puts(s, s)"));
+    // A call does not take over its callee.
+    EXPECT_EQ("1", lastReadsIn("return t(s)"));
     // Subtraction and array literals do not take over their operands.
     EXPECT_EQ("", lastReadsIn("return s - t"));
     EXPECT_EQ("", lastReadsIn("return [s, t]"));
