@@ -373,6 +373,29 @@ TEST(ImageLoader, MemoryGrowsWithTheImageNotWithItsCounts) {
     EXPECT_LE(AllocationMeter::largest(), 10000 * sizeof(RubyValue));
 }
 
+// The smallest entries are the ones of which an image of a given size holds most.
+TEST(ImageLoader, ReservesRoomForAllEntriesAtOnce) {
+    constexpr std::uint32_t kCount = 2000;
+    const auto largestAllocation = [](const ImageBytes& image) {
+        const AllocationMeter meter;
+        (void)deserializeProgram(image.image());
+        return AllocationMeter::largest();
+    };
+    ImageBytes nils = ImageBytes().header().text("t").u32(kCount);
+    ImageBytes parameters = ImageBytes().header().text("t").u32(0).u32(1).text("f").u32(kCount);
+    ImageBytes functions = ImageBytes().header().text("t").u32(0).u32(kCount);
+    for (std::uint32_t i = 0; i < kCount; ++i) {
+        nils.u8(0);
+        parameters.text("");
+        functions.text("").u32(0).u32(0);
+    }
+    nils.u32(1).text("f").u32(0).u32(0);
+    parameters.u32(0);
+    EXPECT_EQ(kCount * sizeof(RubyValue), largestAllocation(nils));
+    EXPECT_EQ(kCount * sizeof(std::string), largestAllocation(parameters));
+    EXPECT_EQ(kCount * sizeof(CompiledFunction), largestAllocation(functions));
+}
+
 TEST(ImageLoader, AnyDamagedByteGivesAnImageOrAMessage) {
     const RubyBytecode whole = serializeProgram(sampleProgram());
     std::mt19937 random(3);

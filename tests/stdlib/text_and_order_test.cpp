@@ -110,6 +110,10 @@ TEST(Sorting, EverythingElseByItsText) {
     EXPECT_EQ("[[1, 2], [1], [2]]", sorted({RubyArray{2}, RubyArray{1, 2}, RubyArray{1}}));
 }
 
+TEST(Sorting, EqualNumbersAmongTextsKeepTheirOrder) {
+    EXPECT_EQ("[0, false, 0.0, 1.0, 1, true, \"x\"]", sorted({1.0, 0, false, "x", 1, 0.0, true}));
+}
+
 TEST(Sorting, OrdersThatContradictThemselvesKeepAllElements) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     std::mt19937 random(5);
