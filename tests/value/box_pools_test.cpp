@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <vector>
 
 #include "morvel/ruby/value.h"
 
@@ -59,6 +60,43 @@ TEST(SpareArrays, KeepsNeitherEmptyNorLongOnes) {
     for (const std::size_t room : {std::size_t{0}, std::size_t{5}, std::size_t{1000}}) {
         EXPECT_EQ(spares.take(room), nullptr);
         EXPECT_FALSE(keeps(spares, room));
+    }
+}
+
+TEST(SpareArrays, AreNoMoreThanSixteenThousandOfASize) {
+    constexpr std::size_t kMost = MORVEL_RECYCLES_BOXES != 0 ? 1 << 14 : 0;
+    SpareArrays spares;
+    for (std::size_t i = 0; i <= kMost; ++i) {
+        EXPECT_EQ(spares.take(1), nullptr);
+    }
+    for (std::size_t i = 0; i < kMost; ++i) {
+        EXPECT_TRUE(keeps(spares, 1));
+    }
+    EXPECT_FALSE(keeps(spares, 1));
+    spares.shrink(0);
+}
+
+TEST(FreeList, KeepsNoMoreThanSixtyFiveThousandBlocks) {
+    constexpr std::size_t kMost = MORVEL_RECYCLES_BOXES != 0 ? 1 << 16 : 0;
+    constexpr std::size_t kSize = 64;
+    FreeList list;
+    std::vector<void*> blocks;
+    for (std::size_t i = 0; i <= kMost; ++i) {
+        blocks.push_back(list.take(kSize));
+    }
+    for (void* const block : blocks) {
+        list.give(block);
+    }
+    EXPECT_FALSE(list.shrink(kMost));
+    if (kMost != 0) {
+        EXPECT_TRUE(list.shrink(kMost - 1));
+        // The last kept is the first to be reused.
+        void* const block = list.take(kSize);
+        list.give(block);
+        EXPECT_EQ(block, list.take(kSize));
+        list.give(block);
+        EXPECT_FALSE(list.shrink(kMost - 1));
+        EXPECT_TRUE(list.shrink(0));
     }
 }
 

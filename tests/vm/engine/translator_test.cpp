@@ -82,6 +82,27 @@ TEST(Translator, FusesTestsWithJumpsThatAreSurelyShort) {
     EXPECT_EQ("LessRK JumpIfFalse", jumpOver(1024).substr(0, 18));
 }
 
+/// The instruction names of a condition up to the statement that depends on it.
+std::string conditionOf(const std::string& condition) {
+    const std::string names =
+        TranslatedProgram("def f(a, b) if " + condition + " then b = 0 end return a end").names(1);
+    return names.substr(0, names.find(" LoadConstant"));
+}
+
+TEST(Translator, FusesChainsOfUpTo65Tests) {
+    EXPECT_EQ(repeated("JumpUnlessEqualRK ", 64) + "JumpUnlessEqualRK",
+              conditionOf(repeated("a == 1 and ", 64) + "a == 1"));
+    EXPECT_EQ("EqualRK CombineEqualRK JumpIfFalse " + repeated("JumpUnlessEqualRK ", 63) + "JumpUnlessEqualRK",
+              conditionOf(repeated("a == 1 and ", 65) + "a == 1"));
+}
+
+TEST(Translator, KnowsALocalsKindFromTheSixteenTestsBefore) {
+    EXPECT_EQ("JumpUnlessLessRK " + repeated("JumpUnlessEqualRK ", 15) + "JumpUnlessLessRK",
+              conditionOf("a < 1 and " + repeated("b == 1 and ", 15) + "a < 2"));
+    EXPECT_EQ("LessRK " + repeated("CombineEqualRK ", 16) + "CombineLessRK JumpIfFalse",
+              conditionOf("a < 1 and " + repeated("b == 1 and ", 16) + "a < 2"));
+}
+
 TEST(Translator, RepeatsConditionsThatAreNear) {
     const auto loop = [](int statements) {
         const std::string names =
