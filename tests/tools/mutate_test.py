@@ -2,7 +2,10 @@
 
 import argparse
 import importlib.machinery
+import subprocess
 import sys
+import tempfile
+import time
 import types
 import unittest
 from pathlib import Path
@@ -17,6 +20,16 @@ importlib.machinery.SourceFileLoader("mutate", str(PATH)).exec_module(mutate)
 def results(source, kind):
     """The sources that result from each mutation of one kind."""
     return sorted(mutate.mutated(source, found) for found in mutate.find_mutations(source) if found.kind == kind)
+
+
+def has_ended(process):
+    """Waits for a process that was killed; false if it goes on."""
+    for _ in range(100):
+        state = subprocess.run(["ps", "-o", "stat=", "-p", process], capture_output=True, text=True).stdout.strip()
+        if not state or state.startswith("Z"):
+            return True
+        time.sleep(0.05)
+    return False
 
 
 class Mutations(unittest.TestCase):
@@ -79,6 +92,26 @@ class Mutations(unittest.TestCase):
         for text in ("", "1", "0/3", "4/3", "a/b"):
             with self.assertRaises(argparse.ArgumentTypeError, msg=text):
                 mutate.part_of(text)
+
+    def test_what_a_failed_stage_leaves_running_is_ended(self):
+        with tempfile.TemporaryDirectory() as folder:
+            tree = mutate.Tree(Path(folder), 1)
+            tree.build.mkdir()
+            for status, expected in ((0, None), (1, "stage: status 1")):
+                command = f"sleep 60 > /dev/null 2>&1 & echo $! > process; exit {status}"
+                stage = mutate.Stage("stage", [], ["sh", "-c", command], False)
+                tree.limits = {"stage": 30}
+                self.assertEqual(expected, tree.failure(stage))
+                process = (tree.build / "process").read_text().strip()
+                self.assertTrue(has_ended(process), process)
+
+    def test_a_stage_has_a_time_limit(self):
+        with tempfile.TemporaryDirectory() as folder:
+            tree = mutate.Tree(Path(folder), 1)
+            tree.build.mkdir()
+            tree.limits = {"stage": 0.1}
+            self.assertEqual("stage: time limit",
+                             tree.failure(mutate.Stage("stage", [], ["sh", "-c", "sleep 60; true"], False)))
 
 
 if __name__ == "__main__":
