@@ -211,6 +211,10 @@ private:
                kind == EngineOperand::WideDistance || kind == EngineOperand::WideNumber;
     }
 
+    static bool isReturn(const EngineOpInfo& info) {
+        return info.has(internal::kNeverFallsThrough) && !info.has(internal::kMayJump);
+    }
+
     /// The bits of the field `n` that have a meaning for an instruction.
     static unsigned flagsOf(const EngineOpInfo& info) {
         if (info.does().uses[0] == 'p' || info.has(internal::kMayCall)) {
@@ -224,6 +228,9 @@ private:
         }
         if (info.does().uses[0] == 'b') {
             return flags | internal::kCombinesByOr | internal::kJumpsIfFalse | internal::kJumpsIfTrue;
+        }
+        if (isReturn(info)) {
+            return flags | internal::kReleasesMany;
         }
         if (info.operation == Operation::Add) {
             flags |= internal::kBeginsAppend | internal::kEndsAppend;
@@ -240,6 +247,9 @@ private:
         }
         if (info.has(internal::kMayCall)) {
             return "window %" + std::to_string(instruction.n);
+        }
+        if (isReturn(info)) {
+            return (instruction.n & internal::kReleasesMany) != 0 ? "releases many" : "";
         }
         return info.does().uses[0] == 'b'
                    ? flagTexts(instruction.n, {{{internal::kCombinesByOr, "by or"},

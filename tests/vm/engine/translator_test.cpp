@@ -199,11 +199,11 @@ TEST(Translator, OnlyTheResultJustComputedGoesIntoAGlobal) {
     };
     const Instruction jump = op(OpCode::Jump, 2);
     const Instruction add = op(OpCode::Add);
-    EXPECT_EQ("PassConstant Jump PassConstant AddToGRK ReturnLocal ReturnNil",
+    EXPECT_EQ("PassConstant PassConstant AddToGRK ReturnLocal ReturnNil",
               main({kOne, jump, kOne, kOne, add, kStore, kPop, kPop}));
     // The block before computed it.
-    EXPECT_EQ("PassConstant Jump StoreGlobalMove ReturnGlobal ReturnNil", main({kOne, jump, kStore, kPop}));
-    EXPECT_EQ("PassConstant Jump PassConstant AddRK Drop StoreGlobalMove ReturnGlobal ReturnNil",
+    EXPECT_EQ("PassConstant StoreGlobalMove ReturnGlobal ReturnNil", main({kOne, jump, kStore, kPop}));
+    EXPECT_EQ("PassConstant PassConstant AddRK Drop StoreGlobalMove ReturnGlobal ReturnNil",
               main({kOne, jump, kOne, kOne, add, kPop, kStore, kPop}));
     // Constants, the first and the second.
     EXPECT_EQ("PassConstant AddRK PassConstant StoreGlobalMove ReturnLocal ReturnNil",
