@@ -16,7 +16,7 @@ namespace morvel::ruby::tools {
 ///
 /// Operands are written as follows: a local by its name, a temporary as % and its depth, the last expression
 /// statement's value as %last, a global as $ and its name, a constant by its value, a jump target as -> and a position.
-/// A register that dies with the instruction is in angle brackets. Long strings are cut. The start of a block is marked ">".
+/// A register that dies with the instruction is in angle brackets. Long strings are cut. A block starts at a ">".
 ///
 /// Example of one line: `>   3  line 2  AddRR               total, <total>, <%0>  ; last value dies`
 ///
