@@ -192,39 +192,6 @@ TEST(MapPatternsOfIntegers, CostTheSameInSeries) {
     EXPECT_LT(secondsToFill([](std::int64_t i) { return kStart + i * 1024; }), kMostSeriesRatio * upwards);
 }
 
-double secondsToFind(RubyMap& map, int count) {
-    const Work work = [&map](int integers) {
-        std::int64_t sum = 0;
-        for (int round = 0; round < 10; ++round) {
-            for (std::int64_t i = 0; i < integers; ++i) {
-                sum += map.findInteger(i)->data.integer;
-            }
-        }
-        EXPECT_EQ(std::int64_t{5} * integers * (integers - 1), sum);
-    };
-    return secondsFor(work, count);
-}
-
-// A map of integers in series finds them without a hash; one that also holds a text needs the hash.
-TEST(MapPatternsOfIntegers, AreFoundFasterThanByHash) {
-    constexpr int kIntegers = 4'000;
-    constexpr double kLeastRatio = 1.4;
-    RubyMap series;
-    for (int i = 0; i < kIntegers; ++i) {
-        series.findOrInsert(RubyValue(i)) = i;
-    }
-    RubyMap mixed = series;
-    mixed["text"] = 1;
-    double bySeries = 1e9;
-    double byHash = 1e9;
-    // By turns, so that both get their share of a quiet processor.
-    for (int i = 0; i < 5; ++i) {
-        bySeries = std::min(bySeries, secondsToFind(series, kIntegers));
-        byHash = std::min(byHash, secondsToFind(mixed, kIntegers));
-    }
-    EXPECT_GT(byHash, kLeastRatio * bySeries);
-}
-
 INSTANTIATE_TEST_SUITE_P(All, MapPatterns,
                          testing::Values(Keys{"Texts", textKey}, Keys{"Integers", integerKey},
                                          Keys{"ScatteredIntegers", scatteredKey}),
