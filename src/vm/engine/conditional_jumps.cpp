@@ -125,8 +125,8 @@ std::optional<std::uint16_t> ConditionalJumps::jumpOnLeft(std::uint16_t result, 
         right.emplace_back(instruction, m_code.line());
     }
     jumpOnTests(logic.b, target, whenTrue, nesting + 1);
-    for (auto kept = right.rbegin(); kept != right.rend(); ++kept) {
-        const auto& [instruction, line] = *kept;
+    std::reverse(right.begin(), right.end());
+    for (const auto& [instruction, line] : right) {
         m_code.setLine(line);
         m_code.emit(instruction.op, instruction.n, instruction.a, instruction.b, instruction.c);
     }
